@@ -1,0 +1,37 @@
+#pragma once
+
+#include "Date.h"
+#include "SessionGoal.h"
+
+#include <QString>
+#include <QStringList>
+#include <QUuid>
+
+#include <optional>
+#include <vector>
+
+namespace tarne {
+
+/// One focus session: a plain value. A session is changed by building a new record and assigning
+/// it. Identity is `id`.
+struct FocusSession {
+    QUuid id = QUuid::createUuid();
+    QString goal; ///< The raw line, as typed.
+    std::vector<SessionGoal> goals; ///< Parsed from `goal`.
+    double duration = 1500.0; ///< Planned length in seconds.
+    Date startTime; ///< When the record was created; whoever creates it gives the moment.
+    std::optional<Date> endTime; ///< When the session ended or ran out.
+    std::optional<QString> reflection;
+    QStringList blockedApps;
+    QStringList blockedWebsites;
+    bool completed = false; ///< It ran its full length or was ended as completed.
+
+    /// The goals' texts joined with ", ", or the raw line when it parsed to no goal.
+    [[nodiscard]] QString goalsDisplayString() const;
+
+    /// Splits a line at every comma, trims white space of every kind at both ends of each piece
+    /// and makes one unrated goal, with a new `id`, of each piece that is not empty.
+    [[nodiscard]] static std::vector<SessionGoal> parseGoals(const QString &from);
+};
+
+} // namespace tarne

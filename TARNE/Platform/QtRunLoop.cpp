@@ -1,0 +1,93 @@
+#include "QtRunLoop.h"
+
+#include <QCoreApplication>
+#include <QEvent>
+
+namespace tarne {
+
+using namespace std::chrono;
+
+namespace {
+const auto wakeUpEvent = static_cast<QEvent::Type>(QEvent::registerEventType());
+}
+
+QtRunLoop::QtRunLoop() {
+    m_wakeUp.setSingleShot(true);
+    m_wakeUp.setTimerType(Qt::PreciseTimer);
+    connect(&m_wakeUp, &QTimer::timeout, this, &QtRunLoop::runDueBlocks);
+}
+
+QtRunLoop::~QtRunLoop() = default;
+
+void QtRunLoop::async(Block block) { enqueue(steady_clock::now(), std::move(block)); }
+
+void QtRunLoop::asyncAfter(Seconds delay, Block block) {
+    enqueue(steady_clock::now() + duration_cast<steady_clock::duration>(delay), std::move(block));
+}
+
+void QtRunLoop::enqueue(MonotonicTime due, Block block) {
+    bool postWakeUp = false;
+    {
+        const std::lock_guard lock(m_mutex);
+        m_entries.push({due, m_nextSequence++, std::make_shared<Block>(std::move(block))});
+        postWakeUp = !std::exchange(m_wakeUpPosted, true);
+    }
+    if (postWakeUp)
+        QCoreApplication::postEvent(this, new QEvent(wakeUpEvent));
+}
+
+bool QtRunLoop::event(QEvent *event) {
+    if (event->type() != wakeUpEvent)
+        return QObject::event(event);
+    runDueBlocks();
+    return true;
+}
+
+void QtRunLoop::runDueBlocks() {
+    // Only what is due on entry: a block that posts itself anew must not starve the event loop.
+    const MonotonicTime limit = steady_clock::now();
+    const auto takeDue = [&]() -> std::shared_ptr<Block> {
+        const std::lock_guard lock(m_mutex);
+        m_wakeUpPosted = false;
+        if (m_entries.empty() || m_entries.top().due > limit)
+            return nullptr;
+        auto block = m_entries.top().block;
+        m_entries.pop();
+        return block;
+    };
+    while (const auto block = takeDue())
+        (*block)();
+    armWakeUp();
+}
+
+void QtRunLoop::armWakeUp() {
+    const std::lock_guard lock(m_mutex);
+    if (m_entries.empty())
+        return;
+    const auto wait = ceil<milliseconds>(m_entries.top().due - steady_clock::now());
+    m_wakeUp.start(std::max(wait, 0ms));
+}
+
+RunLoop::Timer QtRunLoop::scheduleRepeating(Seconds interval, Block block) {
+    const quint64 id = m_nextTimer++;
+    auto timer = std::make_unique<QTimer>();
+    // Coarse timers are aligned to whole seconds, which would make all timers of an interval fire
+    // together, whatever their phase.
+    timer->setTimerType(Qt::PreciseTimer);
+    connect(timer.get(), &QTimer::timeout, this, std::move(block));
+    timer->start(duration_cast<milliseconds>(interval));
+    m_timers.emplace(id, std::move(timer));
+    return Timer{id};
+}
+
+void QtRunLoop::invalidate(Timer timer) {
+    const auto found = m_timers.find(static_cast<quint64>(timer));
+    if (found == m_timers.end())
+        return;
+    found->second->stop();
+    // The block that is running now belongs to the connection: delete it when it has returned.
+    found->second.release()->deleteLater();
+    m_timers.erase(found);
+}
+
+} // namespace tarne

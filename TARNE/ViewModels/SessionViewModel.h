@@ -1,0 +1,135 @@
+#pragma once
+
+#include "BackgroundActivityScheduler.h"
+#include "Calendar.h"
+#include "Clock.h"
+#include "FocusSession.h"
+#include "HapticFeedback.h"
+#include "Log.h"
+#include "NotificationCenter.h"
+#include "RunLoop.h"
+#include "SessionHistoryEntry.h"
+#include "UserDefaults.h"
+#include "UserNotificationCenter.h"
+#include "UserPreferences.h"
+
+#include <QHash>
+#include <QObject>
+
+#include <array>
+#include <memory>
+#include <optional>
+#include <vector>
+
+namespace tarne {
+
+/// What a session controller needs of the platform. Everything outlives the controller.
+struct SessionPlatform {
+    Clock &clock;
+    RunLoop &runLoop;
+    Log &log;
+    UserDefaults &defaults;
+    NotificationCenter &notificationCenter;
+    UserNotificationCenter &userNotifications;
+    BackgroundActivityScheduler &backgroundActivities;
+    HapticFeedback &haptics;
+    CurrentCalendar calendar;
+};
+
+/// The hub of the application: owns the current session, its count-down, a live copy of the
+/// preferences, the writing of the history and the publication of state for the browser extension.
+///
+/// The remaining time is never counted down: each tick works it out from the wall clock and the
+/// stored start, so a missed tick, a sleeping machine or a busy thread costs nothing. A pause
+/// stops the display, not the clock.
+///
+/// | state   | currentSession | isTimerActive | isTimerComplete                     | tick        |
+/// |---------|----------------|---------------|-------------------------------------|-------------|
+/// | idle    | absent         | false         | false, or left over from a run-out  | none        |
+/// | running | present        | true          | false                               | firing      |
+/// | paused  | present        | false         | false                               | no effect   |
+/// | run out | present        | false         | true until the timer screen appears | none        |
+///
+/// A run holds two of them (see docs/architecture.md). Main thread only, but for
+/// `getCurrentSessionGoals`. The sources: SessionViewModel.cpp (construction, preferences,
+/// session), SessionCountdown.cpp, SessionPersistence.cpp (timer keys and restoration),
+/// SessionHistory.cpp, SessionSharing.cpp (what the extension reads).
+class SessionViewModel : public QObject {
+    Q_OBJECT
+
+public:
+    /// Restores a stored count-down and starts publishing.
+    explicit SessionViewModel(SessionPlatform platform);
+    ~SessionViewModel() override;
+
+    // Observable state. Every change is followed by its signal.
+
+    [[nodiscard]] const std::optional<FocusSession> &currentSession() const { return m_currentSession; }
+    [[nodiscard]] const UserPreferences &userPreferences() const { return m_userPreferences; }
+    /// Seconds, never negative.
+    [[nodiscard]] double timeRemaining() const { return m_timeRemaining; }
+    /// The fraction left: 1.0 at the start, 0.0 at the end.
+    [[nodiscard]] double progress() const { return m_progress; }
+    [[nodiscard]] bool isTimerActive() const { return m_isTimerActive; }
+    [[nodiscard]] bool isTimerComplete() const { return m_isTimerComplete; }
+    /// For the timer screen, which lowers the flag when it appears.
+    void setTimerComplete(bool complete);
+
+    // A session and its count-down.
+
+    [[nodiscard]] FocusSession createSession(const QString &goal, double durationSeconds);
+    void startSession(const FocusSession &session);
+    void endSession(const std::optional<QString> &reflection, bool completed);
+    void startTimer(double durationSeconds);
+    void pauseTimer();
+    void resumeTimer();
+    void stopTimer();
+    void timerCompleted();
+    void updateGoalStatuses(const QHash<QUuid, GoalStatus> &statuses);
+    void provideHapticFeedback();
+
+    // Preferences.
+
+    void updatePreferences(const UserPreferences &preferences);
+    /// Stores the length as the new default when it is 5 to 180 minutes, both included; otherwise
+    /// changes nothing and returns false.
+    bool updateSessionDuration(double seconds);
+    /// "HH:MM:SS" of the argument, or of the default length; a fraction is dropped.
+    [[nodiscard]] QString formattedDuration(std::optional<double> seconds = std::nullopt) const;
+    void saveGoal(const QString &goal);
+    [[nodiscard]] QString loadLastGoal() const;
+    [[nodiscard]] static QString getRandomPlaceholder();
+    void saveReflection(const QString &reflection);
+    [[nodiscard]] QString loadLastReflection() const;
+
+    // Timer persistence.
+
+    void saveTimerState();
+    void restoreTimerState();
+    void clearTimerState();
+    void syncTimerWithRealTime();
+
+    // History.
+
+    [[nodiscard]] std::vector<SessionHistoryEntry> loadSessionHistory() const;
+    void saveSessionHistory(const std::vector<SessionHistoryEntry> &history);
+    void saveSessionToHistory(const FocusSession &session, const QString &overallAssessment = {},
+                              const QString &patternsObserved = {}, const QString &suggestions = {},
+                              const QString &motivation = {}, const QString &reflection = {});
+    /// Replaces the reflection of one entry. Does not post `sessionHistoryUpdated`.
+    void updateHistoryReflection(const QUuid &entryId, const QString &reflection);
+
+    // What the extension reads.
+
+    void updateSharedData();
+
+Q_SIGNALS:
+    void currentSessionChanged();
+    void userPreferencesChanged();
+    void timeRemainingChanged(double seconds);
+    void progressChanged(double progress);
+    void isTimerActiveChanged(bool active);
+    void isTimerCompleteChanged(bool complete);
+};
+
+} // namespace tarne

@@ -1,0 +1,88 @@
+# The few functions by which layers, tests, benchmarks and fuzz targets are declared.
+
+add_library(tarne_options INTERFACE)
+target_compile_options(tarne_options INTERFACE
+  -Wall -Wextra -Wpedantic -Wshadow -Wnon-virtual-dtor -Woverloaded-virtual -Wsuggest-override)
+target_compile_definitions(tarne_options INTERFACE
+  QT_NO_CAST_FROM_ASCII QT_NO_CAST_TO_ASCII QT_NO_URL_CAST_FROM_STRING QT_NO_KEYWORDS
+  QT_NO_FOREACH QT_DISABLE_DEPRECATED_BEFORE=0x060400)
+if(TARNE_WARNINGS_AS_ERRORS)
+  target_compile_options(tarne_options INTERFACE -Werror)
+endif()
+if(TARNE_SANITIZE)
+  target_compile_options(tarne_options INTERFACE
+    -fsanitize=${TARNE_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer)
+  target_link_options(tarne_options INTERFACE -fsanitize=${TARNE_SANITIZE})
+endif()
+if(TARNE_COVERAGE)
+  target_compile_options(tarne_options INTERFACE --coverage)
+  target_link_options(tarne_options INTERFACE --coverage)
+endif()
+if(CMAKE_BUILD_TYPE STREQUAL "Debug")
+  # Line tables are what a backtrace needs; full debug information doubles the time of a build.
+  set(CMAKE_CXX_FLAGS_DEBUG "-g1")
+endif()
+if(TARNE_CLANG_TIDY)
+  set(CMAKE_CXX_CLANG_TIDY clang-tidy --quiet)
+endif()
+
+# One precompiled header with what every file includes, shared by all targets of a kind.
+function(tarne_precompile target)
+  if(TARNE_CLANG_TIDY)
+    return()
+  endif()
+  target_precompile_headers(${target} PRIVATE ${ARGN})
+endfunction()
+
+# tarne_layer(<target> SOURCES <files> LINKS <targets>)
+#
+# A layer's include folder is its own source folder and what it links, and nothing else: an include
+# of a layer that lies above does not compile.
+function(tarne_layer target)
+  cmake_parse_arguments(PARSE_ARGV 1 LAYER "" "" "SOURCES;LINKS")
+  add_library(${target} STATIC ${LAYER_SOURCES})
+  target_include_directories(${target} PUBLIC ${CMAKE_CURRENT_SOURCE_DIR})
+  target_link_libraries(${target} PUBLIC tarne_options ${LAYER_LINKS})
+  tarne_precompile(${target}
+    <QByteArray> <QObject> <QString> <QStringList> <functional> <memory> <optional> <vector>)
+endfunction()
+
+# tarne_test(<name> SOURCES <files> LINKS <the layer under test> [LABELS <labels>] [GUI])
+#
+# One program a folder. Tests run with a shared main that fails on any warning (tests/support).
+function(tarne_test name)
+  cmake_parse_arguments(PARSE_ARGV 1 TEST "GUI" "TIMEOUT" "SOURCES;LINKS;LABELS")
+  add_executable(${name} ${TEST_SOURCES})
+  if(TEST_GUI)
+    set(main tarne_test_main_gui)
+  else()
+    set(main tarne_test_main)
+  endif()
+  target_link_libraries(${name} PRIVATE ${main} ${TEST_LINKS} GTest::gmock)
+  tarne_precompile(${name} <gmock/gmock.h> <gtest/gtest.h> <QString> <optional> <vector>)
+  add_test(NAME ${name} COMMAND ${name})
+  if(NOT TEST_TIMEOUT)
+    set(TEST_TIMEOUT 120)
+  endif()
+  set_tests_properties(${name} PROPERTIES TIMEOUT ${TEST_TIMEOUT} LABELS "${TEST_LABELS}")
+endfunction()
+
+# tarne_qml_module(<target> URI <uri> SOURCES <files> QML <files> LINKS <targets>)
+#
+# A layer that is also a static QML module. Files named *Style.qml, Colors.qml, Typography.qml and
+# Layout.qml are not special here: mark singletons with QT_QML_SINGLETON_TYPE before the call.
+function(tarne_qml_module target)
+  cmake_parse_arguments(PARSE_ARGV 1 MODULE "" "URI" "SOURCES;QML;LINKS;DEPENDENCIES")
+  qt_add_library(${target} STATIC)
+  qt_add_qml_module(${target}
+    URI ${MODULE_URI}
+    VERSION 1.0
+    RESOURCE_PREFIX /qt/qml
+    IMPORT_PATH ${QT_QML_OUTPUT_DIRECTORY}
+    DEPENDENCIES QtQuick ${MODULE_DEPENDENCIES}
+    SOURCES ${MODULE_SOURCES}
+    QML_FILES ${MODULE_QML})
+  target_include_directories(${target} PUBLIC ${CMAKE_CURRENT_SOURCE_DIR})
+  target_link_libraries(${target} PUBLIC tarne_options ${MODULE_LINKS})
+  target_compile_options(${target}plugin PRIVATE -w)
+endfunction()

@@ -1,0 +1,99 @@
+#include "QtRunLoop.h"
+
+#include <QCoreApplication>
+#include <QDeadlineTimer>
+#include <QEventLoop>
+
+#include <gtest/gtest.h>
+
+#include <thread>
+
+using namespace std::chrono_literals;
+
+namespace tarne {
+namespace {
+
+/// Serves the event loop until `done` holds, for ten seconds at most.
+void serveUntil(const std::function<bool()> &done) {
+    const QDeadlineTimer deadline(10s);
+    while (!done() && !deadline.hasExpired())
+        QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents | QEventLoop::AllEvents, 50);
+    ASSERT_TRUE(done());
+}
+
+TEST(QtRunLoop, RunsBlocksInTheOrderInWhichTheyWerePosted) {
+    QtRunLoop loop;
+    QString order;
+    loop.async([&] { order += QLatin1Char('a'); });
+    loop.async([&] { order += QLatin1Char('b'); });
+    loop.async([&] { order += QLatin1Char('c'); });
+    EXPECT_TRUE(order.isEmpty());
+    serveUntil([&] { return order.size() == 3; });
+    EXPECT_EQ(order, QStringLiteral("abc"));
+}
+
+TEST(QtRunLoop, RunsADelayedBlockThatFellDueBeforeOneThatWasPostedLater) {
+    QtRunLoop loop;
+    QString order;
+    loop.asyncAfter(20ms, [&] { order += QLatin1Char('d'); });
+    loop.asyncAfter(1ms, [&] { order += QLatin1Char('c'); });
+    // A main thread that blocks past both moments.
+    const QDeadlineTimer busy(30ms);
+    while (!busy.hasExpired())
+        std::this_thread::yield();
+    loop.async([&] { order += QLatin1Char('p'); });
+    serveUntil([&] { return order.size() == 3; });
+    EXPECT_EQ(order, QStringLiteral("cdp"));
+}
+
+TEST(QtRunLoop, RunsABlockThatAnotherThreadPosts) {
+    QtRunLoop loop;
+    const auto mainThread = std::this_thread::get_id();
+    std::thread::id ranOn;
+    std::thread poster([&] { loop.async([&] { ranOn = std::this_thread::get_id(); }); });
+    poster.join();
+    serveUntil([&] { return ranOn != std::thread::id(); });
+    EXPECT_EQ(ranOn, mainThread);
+}
+
+TEST(QtRunLoop, LetsAnEarlierBlockOvertakeOneThatIsWaitedFor) {
+    QtRunLoop loop;
+    QString order;
+    loop.asyncAfter(60ms, [&] { order += QLatin1Char('2'); });
+    loop.async([&] { loop.asyncAfter(5ms, [&] { order += QLatin1Char('1'); }); });
+    serveUntil([&] { return order.size() == 2; });
+    EXPECT_EQ(order, QStringLiteral("12"));
+}
+
+TEST(QtRunLoop, ABlockThatPostsItselfForEverDoesNotStopTheEventLoop) {
+    QtRunLoop loop;
+    std::function<void()> again = [&] { loop.async(again); };
+    loop.async(again);
+    int fired = 0;
+    const auto timer = loop.scheduleRepeating(1ms, [&] { ++fired; });
+    serveUntil([&] { return fired > 2; });
+    loop.invalidate(timer);
+}
+
+TEST(QtRunLoop, ARepeatingTimerFiresUntilItIsInvalidatedFromItsOwnBlock) {
+    QtRunLoop loop;
+    int fired = 0;
+    RunLoop::Timer timer = RunLoop::Timer::None;
+    timer = loop.scheduleRepeating(1ms, [&] {
+        if (++fired == 3)
+            loop.invalidate(timer);
+    });
+    bool later = false;
+    loop.asyncAfter(100ms, [&] { later = true; });
+    serveUntil([&] { return later; });
+    EXPECT_EQ(fired, 3);
+}
+
+TEST(QtRunLoop, InvalidatingAnUnknownTimerDoesNothing) {
+    QtRunLoop loop;
+    loop.invalidate(RunLoop::Timer::None);
+    loop.invalidate(RunLoop::Timer{42});
+}
+
+} // namespace
+} // namespace tarne

@@ -1,0 +1,92 @@
+#include "TestMain.h"
+
+#include <QTemporaryDir>
+#ifdef TARNE_TEST_GUI
+#include <QGuiApplication>
+#else
+#include <QCoreApplication>
+#endif
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <cstdio>
+#include <mutex>
+#include <optional>
+
+#include <sys/resource.h>
+
+namespace tarne::test {
+namespace {
+
+struct Expectation {
+    QString part;
+    bool met = false;
+};
+
+std::mutex expectationMutex;
+std::optional<Expectation> expectation;
+
+bool isExpected(const QString &text) {
+    const std::lock_guard lock(expectationMutex);
+    if (!expectation || !text.contains(expectation->part))
+        return false;
+    expectation->met = true;
+    return true;
+}
+
+void handleMessage(QtMsgType type, const QMessageLogContext &, const QString &text) {
+    if (type == QtDebugMsg || type == QtInfoMsg || isExpected(text))
+        return;
+    std::fprintf(stderr, "%s\n", qPrintable(text));
+    ADD_FAILURE() << "unannounced warning: " << qPrintable(text);
+}
+
+/// Temporary homes, the C locale, UTC, no desktop: nothing of the machine reaches a test.
+void isolate(const QTemporaryDir &home) {
+    qputenv("HOME", home.path().toUtf8());
+    qputenv("XDG_DATA_HOME", home.filePath(QStringLiteral("data")).toUtf8());
+    qputenv("XDG_CONFIG_HOME", home.filePath(QStringLiteral("config")).toUtf8());
+    qputenv("XDG_CACHE_HOME", home.filePath(QStringLiteral("cache")).toUtf8());
+    qputenv("XDG_RUNTIME_DIR", home.path().toUtf8());
+    qputenv("LC_ALL", "C.UTF-8");
+    qputenv("TZ", "UTC");
+    qputenv("QT_QPA_PLATFORM", "offscreen");
+    qputenv("QT_QUICK_BACKEND", "software");
+    qunsetenv("DISPLAY");
+    qunsetenv("WAYLAND_DISPLAY");
+    qputenv("DBUS_SESSION_BUS_ADDRESS", "unix:path=/nonexistent");
+    qputenv("DBUS_SYSTEM_BUS_ADDRESS", "unix:path=/nonexistent");
+    const rlimit noCoreDumps{0, 0};
+    setrlimit(RLIMIT_CORE, &noCoreDumps);
+}
+
+} // namespace
+
+ExpectedWarning::ExpectedWarning(const QString &part) {
+    const std::lock_guard lock(expectationMutex);
+    expectation = Expectation{part};
+}
+
+ExpectedWarning::~ExpectedWarning() {
+    const std::lock_guard lock(expectationMutex);
+    EXPECT_TRUE(expectation->met) << "no warning with: " << qPrintable(expectation->part);
+    expectation.reset();
+}
+
+} // namespace tarne::test
+
+int main(int argc, char **argv) {
+    const QTemporaryDir home;
+    tarne::test::isolate(home);
+    testing::InitGoogleMock(&argc, argv);
+#ifdef TARNE_TEST_GUI
+    const QGuiApplication application(argc, argv);
+#else
+    const QCoreApplication application(argc, argv);
+#endif
+    qInstallMessageHandler(tarne::test::handleMessage);
+    const int result = RUN_ALL_TESTS();
+    qInstallMessageHandler(nullptr);
+    return result;
+}
