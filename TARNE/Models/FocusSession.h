@@ -16,9 +16,9 @@ namespace tarne {
 /// it. Identity is `id`.
 struct FocusSession {
     QUuid id = QUuid::createUuid();
-    QString goal; ///< The raw line, as typed.
+    QString goal;                   ///< The raw line, as typed.
     std::vector<SessionGoal> goals; ///< Parsed from `goal`.
-    double duration = 1500.0; ///< Planned length in seconds.
+    double duration = 1500.0;       ///< Planned length in seconds.
     Date startTime; ///< When the record was created; whoever creates it gives the moment.
     std::optional<Date> endTime; ///< When the session ended or ran out.
     std::optional<QString> reflection;

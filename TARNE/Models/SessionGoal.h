@@ -12,7 +12,7 @@ namespace tarne {
 /// One goal of a session. Identity is `id`; two goals are never compared as wholes.
 struct SessionGoal {
     QUuid id = QUuid::createUuid();
-    QString text; ///< The goal's words, trimmed.
+    QString text;                                    ///< The goal's words, trimmed.
     std::optional<GoalStatus> status = std::nullopt; ///< None until the user has rated the goal.
 };
 

@@ -13,7 +13,7 @@ struct UserPreferences {
     QStringList defaultBlockedApps;
     QStringList defaultBlockedWebsites;
     bool notificationsEnabled = true; ///< Carried and stored, read by nothing.
-    bool soundEnabled = true; ///< Carried and stored, read by nothing.
+    bool soundEnabled = true;         ///< Carried and stored, read by nothing.
     QString lastGoal;
     QString lastReflection;
     bool hasCompletedOnboarding = false;

@@ -19,10 +19,10 @@ QString description(double value) {
     const double magnitude = std::abs(value);
     const bool scientific = value != 0.0 && (magnitude < 1e-4 || magnitude >= 1e16);
     std::array<char, 64> buffer;
-    const auto end = std::to_chars(buffer.data(), buffer.data() + buffer.size(), value,
-                                   scientific ? std::chars_format::scientific
-                                              : std::chars_format::fixed)
-                         .ptr;
+    const auto end =
+        std::to_chars(buffer.data(), buffer.data() + buffer.size(), value,
+                      scientific ? std::chars_format::scientific : std::chars_format::fixed)
+            .ptr;
     QString text = QString::fromLatin1(buffer.data(), end - buffer.data());
     if (!scientific && !text.contains(u'.'))
         text += u".0"_s;

@@ -19,7 +19,9 @@ QtRunLoop::QtRunLoop() {
 
 QtRunLoop::~QtRunLoop() = default;
 
-void QtRunLoop::async(Block block) { enqueue(steady_clock::now(), std::move(block)); }
+void QtRunLoop::async(Block block) {
+    enqueue(steady_clock::now(), std::move(block));
+}
 
 void QtRunLoop::asyncAfter(Seconds delay, Block block) {
     enqueue(steady_clock::now() + duration_cast<steady_clock::duration>(delay), std::move(block));

@@ -57,31 +57,29 @@ bool UserDefaults::boolForKey(const QString &key) const {
     const auto value = objectForKey(key);
     if (!value)
         return false;
-    return std::visit(
-        Overloaded{[](bool flag) { return flag; },
-                   [](qint64 number) { return number != 0; },
-                   [](double number) { return number != 0.0; },
-                   [](const QString &text) {
-                       const QString word = text.trimmed();
-                       return word.startsWith("y"_L1, Qt::CaseInsensitive) ||
-                              word.startsWith("t"_L1, Qt::CaseInsensitive) ||
-                              leadingNumber(word) != 0.0;
-                   },
-                   [](const auto &) { return false; }},
-        *value);
+    return std::visit(Overloaded{[](bool flag) { return flag; },
+                                 [](qint64 number) { return number != 0; },
+                                 [](double number) { return number != 0.0; },
+                                 [](const QString &text) {
+                                     const QString word = text.trimmed();
+                                     return word.startsWith("y"_L1, Qt::CaseInsensitive) ||
+                                            word.startsWith("t"_L1, Qt::CaseInsensitive) ||
+                                            leadingNumber(word) != 0.0;
+                                 },
+                                 [](const auto &) { return false; }},
+                      *value);
 }
 
 qint64 UserDefaults::integerForKey(const QString &key) const {
     const auto value = objectForKey(key);
     if (!value)
         return 0;
-    return std::visit(
-        Overloaded{[](bool flag) { return qint64{flag}; },
-                   [](qint64 number) { return number; },
-                   [](double number) { return saturated(number); },
-                   [](const QString &text) { return saturated(leadingNumber(text)); },
-                   [](const auto &) { return qint64{0}; }},
-        *value);
+    return std::visit(Overloaded{[](bool flag) { return qint64{flag}; },
+                                 [](qint64 number) { return number; },
+                                 [](double number) { return saturated(number); },
+                                 [](const QString &text) { return saturated(leadingNumber(text)); },
+                                 [](const auto &) { return qint64{0}; }},
+                      *value);
 }
 
 double UserDefaults::doubleForKey(const QString &key) const {
@@ -101,13 +99,12 @@ std::optional<QString> UserDefaults::stringForKey(const QString &key) const {
     if (!value)
         return std::nullopt;
     using Text = std::optional<QString>;
-    return std::visit(
-        Overloaded{[](bool flag) -> Text { return flag ? u"1"_s : u"0"_s; },
-                   [](qint64 number) -> Text { return QString::number(number); },
-                   [](double number) -> Text { return numberText(number); },
-                   [](const QString &text) -> Text { return text; },
-                   [](const auto &) -> Text { return std::nullopt; }},
-        *value);
+    return std::visit(Overloaded{[](bool flag) -> Text { return flag ? u"1"_s : u"0"_s; },
+                                 [](qint64 number) -> Text { return QString::number(number); },
+                                 [](double number) -> Text { return numberText(number); },
+                                 [](const QString &text) -> Text { return text; },
+                                 [](const auto &) -> Text { return std::nullopt; }},
+                      *value);
 }
 
 std::optional<QByteArray> UserDefaults::dataForKey(const QString &key) const {

@@ -33,21 +33,21 @@ TEST_P(DefaultsCoercion, ReadsAsTheOriginalStoreDoes) {
 
 INSTANTIATE_TEST_SUITE_P(
     Values, DefaultsCoercion,
-    testing::Values(
-        Coercion{"True", true, true, 1, 1.0, u"1"_s},
-        Coercion{"False", false, false, 0, 0.0, u"0"_s},
-        Coercion{"IntegerOne", qint64{1}, true, 1, 1.0, u"1"_s},
-        Coercion{"IntegerZero", qint64{0}, false, 0, 0.0, u"0"_s},
-        Coercion{"Double", 2.75, true, 2, 2.75, u"2.75"_s},
-        Coercion{"WholeDouble", 1500.0, true, 1500, 1500.0, u"1500"_s},
-        Coercion{"HugeDouble", 1e300, true, std::numeric_limits<qint64>::max(), 1e300, u"1e+300"_s},
-        Coercion{"YesText", u"YES"_s, true, 0, 0.0, u"YES"_s},
-        Coercion{"TrueText", u"true"_s, true, 0, 0.0, u"true"_s},
-        Coercion{"NoText", u"NO"_s, false, 0, 0.0, u"NO"_s},
-        Coercion{"NumberText", u" 12.5 minutes"_s, true, 12, 12.5, u" 12.5 minutes"_s},
-        Coercion{"EmptyText", QString(), false, 0, 0.0, QString()},
-        Coercion{"Date", Date::fromReferenceSeconds(5.0), false, 0, 0.0, std::nullopt},
-        Coercion{"Data", QByteArray("1"), false, 0, 0.0, std::nullopt}),
+    testing::Values(Coercion{"True", true, true, 1, 1.0, u"1"_s},
+                    Coercion{"False", false, false, 0, 0.0, u"0"_s},
+                    Coercion{"IntegerOne", qint64{1}, true, 1, 1.0, u"1"_s},
+                    Coercion{"IntegerZero", qint64{0}, false, 0, 0.0, u"0"_s},
+                    Coercion{"Double", 2.75, true, 2, 2.75, u"2.75"_s},
+                    Coercion{"WholeDouble", 1500.0, true, 1500, 1500.0, u"1500"_s},
+                    Coercion{"HugeDouble", 1e300, true, std::numeric_limits<qint64>::max(), 1e300,
+                             u"1e+300"_s},
+                    Coercion{"YesText", u"YES"_s, true, 0, 0.0, u"YES"_s},
+                    Coercion{"TrueText", u"true"_s, true, 0, 0.0, u"true"_s},
+                    Coercion{"NoText", u"NO"_s, false, 0, 0.0, u"NO"_s},
+                    Coercion{"NumberText", u" 12.5 minutes"_s, true, 12, 12.5, u" 12.5 minutes"_s},
+                    Coercion{"EmptyText", QString(), false, 0, 0.0, QString()},
+                    Coercion{"Date", Date::fromReferenceSeconds(5.0), false, 0, 0.0, std::nullopt},
+                    Coercion{"Data", QByteArray("1"), false, 0, 0.0, std::nullopt}),
     [](const auto &test) { return std::string(test.param.name); });
 
 TEST(UserDefaults, ReadsAnAbsentKeyAsTheZeroValueOrNone) {

@@ -4,7 +4,9 @@
 
 namespace tarne::test {
 
-void ManualTime::async(Block block) { asyncAfter(Seconds{0}, std::move(block)); }
+void ManualTime::async(Block block) {
+    asyncAfter(Seconds{0}, std::move(block));
+}
 
 void ManualTime::asyncAfter(Seconds delay, Block block) {
     m_blocks.emplace(Order{m_uptime + delay.count(), m_nextSequence++}, std::move(block));
@@ -12,12 +14,14 @@ void ManualTime::asyncAfter(Seconds delay, Block block) {
 
 RunLoop::Timer ManualTime::scheduleRepeating(Seconds interval, Block block) {
     const quint64 id = m_nextSequence++;
-    m_timers.emplace(
-        id, Repeating{interval.count(), m_uptime + interval.count(), std::move(block)});
+    m_timers.emplace(id,
+                     Repeating{interval.count(), m_uptime + interval.count(), std::move(block)});
     return Timer{id};
 }
 
-void ManualTime::invalidate(Timer timer) { m_timers.erase(static_cast<quint64>(timer)); }
+void ManualTime::invalidate(Timer timer) {
+    m_timers.erase(static_cast<quint64>(timer));
+}
 
 void ManualTime::advance(Seconds duration) {
     const double end = m_uptime + duration.count();
@@ -42,9 +46,8 @@ bool ManualTime::runNext(double limit) {
         if (due == m_timers.end() || timer->second.next < due->second.next)
             due = timer;
     }
-    const bool timerIsNext =
-        due != m_timers.end() &&
-        (m_blocks.empty() || due->second.next < m_blocks.begin()->first.first);
+    const bool timerIsNext = due != m_timers.end() &&
+                             (m_blocks.empty() || due->second.next < m_blocks.begin()->first.first);
     if (!timerIsNext && m_blocks.empty())
         return false;
     const double moment = timerIsNext ? due->second.next : m_blocks.begin()->first.first;

@@ -40,10 +40,10 @@ public:
         calls += QStringLiteral("removeAll");
     }
 
-    std::vector<NotificationRequest> added; ///< Every request ever added.
+    std::vector<NotificationRequest> added;   ///< Every request ever added.
     std::vector<NotificationRequest> pending; ///< Those with a moment that nobody removed.
-    std::vector<Completion> lateCompletions; ///< For the test to call.
-    QStringList calls; ///< "add ID", "remove ID,ID", "removeAll".
+    std::vector<Completion> lateCompletions;  ///< For the test to call.
+    QStringList calls;                        ///< "add ID", "remove ID,ID", "removeAll".
     int authorizationRequests = 0;
 
     std::optional<QString> error; ///< The error that every answer carries.
