@@ -1,6 +1,8 @@
 #pragma once
 
+#ifndef Q_MOC_RUN // moc of Qt 6.4 stumbles over the concepts in this header.
 #include <compare>
+#endif
 
 namespace tarne {
 
