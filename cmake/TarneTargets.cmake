@@ -69,8 +69,8 @@ endfunction()
 
 # tarne_qml_module(<target> URI <uri> SOURCES <files> QML <files> LINKS <targets>)
 #
-# A layer that is also a static QML module. Files named *Style.qml, Colors.qml, Typography.qml and
-# Layout.qml are not special here: mark singletons with QT_QML_SINGLETON_TYPE before the call.
+# A layer that is also a static QML module. A program that uses it links `<target>plugin` and names
+# the plugin's class with Q_IMPORT_QML_PLUGIN, here TARNE_StylingPlugin for the URI TARNE.Styling.
 function(tarne_qml_module target)
   cmake_parse_arguments(PARSE_ARGV 1 MODULE "" "URI" "SOURCES;QML;LINKS;DEPENDENCIES")
   qt_add_library(${target} STATIC)
@@ -84,5 +84,13 @@ function(tarne_qml_module target)
     QML_FILES ${MODULE_QML})
   target_include_directories(${target} PUBLIC ${CMAKE_CURRENT_SOURCE_DIR})
   target_link_libraries(${target} PUBLIC tarne_options ${MODULE_LINKS})
+  # What Qt's tools generate is not ours to be warned about.
   target_compile_options(${target}plugin PRIVATE -w)
+  set(generated ${target}_qmltyperegistrations.cpp .rcc/qmlcache/${target}_qmlcache_loader.cpp)
+  foreach(file IN LISTS MODULE_QML)
+    string(REPLACE "." "_" file ${file})
+    list(APPEND generated .rcc/qmlcache/${target}_${file}.cpp)
+  endforeach()
+  list(TRANSFORM generated PREPEND ${CMAKE_CURRENT_BINARY_DIR}/)
+  set_source_files_properties(${generated} PROPERTIES COMPILE_OPTIONS -w)
 endfunction()

@@ -1,0 +1,91 @@
+#include "ModalLayer.h"
+
+#include <QCursor>
+#include <QQuickWindow>
+
+namespace tarne {
+
+ModalLayer::ModalLayer(QQuickItem *parent) : QQuickItem(parent) {
+    setVisible(false);
+    setFlag(ItemIsFocusScope);
+    setAcceptedMouseButtons(Qt::AllButtons);
+    setAcceptHoverEvents(true);
+    setCursor(Qt::ArrowCursor);
+}
+
+ModalLayer::~ModalLayer() {
+    uncover();
+}
+
+void ModalLayer::setPresented(bool isPresented) {
+    if (m_isPresented == isPresented)
+        return;
+    m_isPresented = isPresented;
+    if (isPresented)
+        cover();
+    else
+        uncover();
+    Q_EMIT isPresentedChanged();
+}
+
+void ModalLayer::itemChange(ItemChange change, const ItemChangeData &value) {
+    // Asked to appear before it had a window, it does so as soon as it has one.
+    if (change == ItemSceneChange && value.window && m_isPresented && !m_content)
+        QMetaObject::invokeMethod(this, &ModalLayer::cover, Qt::QueuedConnection);
+    QQuickItem::itemChange(change, value);
+}
+
+void ModalLayer::cover() {
+    if (!window() || m_content || !m_isPresented)
+        return;
+    m_content = window()->contentItem();
+    m_formerFocus = window()->activeFocusItem();
+    const QList<QQuickItem *> siblings = m_content->childItems();
+    for (QQuickItem *sibling : siblings) {
+        if (sibling == this || !sibling->isEnabled())
+            continue;
+        sibling->setEnabled(false);
+        m_covered.append(sibling);
+    }
+    setParentItem(m_content);
+    // Behind none of its new siblings, whatever heights they ask for.
+    double top = 0;
+    for (const QQuickItem *sibling : siblings)
+        top = std::max(top, sibling->z());
+    setZ(top + 1);
+    connect(m_content, &QQuickItem::widthChanged, this, &ModalLayer::fillWindow);
+    connect(m_content, &QQuickItem::heightChanged, this, &ModalLayer::fillWindow);
+    fillWindow();
+    setVisible(true);
+    forceActiveFocus(Qt::PopupFocusReason);
+}
+
+void ModalLayer::uncover() {
+    if (!m_content)
+        return;
+    disconnect(m_content, nullptr, this, nullptr);
+    m_content.clear();
+    setVisible(false);
+    for (const QPointer<QQuickItem> &item : std::exchange(m_covered, {})) {
+        if (item)
+            item->setEnabled(true);
+    }
+    if (m_formerFocus && m_formerFocus->isEnabled() && m_formerFocus->isVisible())
+        m_formerFocus->forceActiveFocus(Qt::PopupFocusReason);
+}
+
+void ModalLayer::fillWindow() {
+    setSize(m_content->size());
+}
+
+void ModalLayer::mousePressEvent(QMouseEvent *event) {
+    event->accept();
+}
+void ModalLayer::wheelEvent(QWheelEvent *event) {
+    event->accept();
+}
+void ModalLayer::hoverMoveEvent(QHoverEvent *event) {
+    event->accept();
+}
+
+} // namespace tarne

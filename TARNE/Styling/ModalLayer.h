@@ -1,0 +1,47 @@
+#pragma once
+
+#include <QPointer>
+#include <QQuickItem>
+
+namespace tarne {
+
+/// The layer under a modal panel. While `isPresented` it covers the whole of its window above all
+/// that lay there before, and everything behind it is disabled: out of reach of the pointer, of the
+/// Tab key and of assistive tools, and counted as not shown, so that no animation runs there.
+/// Layers stack; each covers those presented before it. The focus goes into the layer and, when it
+/// leaves, back to where it was.
+class ModalLayer : public QQuickItem {
+    Q_OBJECT
+    QML_ELEMENT
+
+    Q_PROPERTY(
+        bool isPresented MEMBER m_isPresented WRITE setPresented NOTIFY isPresentedChanged FINAL)
+
+public:
+    explicit ModalLayer(QQuickItem *parent = nullptr);
+    ~ModalLayer() override;
+
+    void setPresented(bool isPresented);
+
+Q_SIGNALS:
+    void isPresentedChanged();
+
+protected:
+    void itemChange(ItemChange change, const ItemChangeData &value) override;
+    void mousePressEvent(QMouseEvent *event) override;
+    void wheelEvent(QWheelEvent *event) override;
+    void hoverMoveEvent(QHoverEvent *event) override;
+
+private:
+    void cover();
+    void uncover();
+    void fillWindow();
+
+    bool m_isPresented = false;
+    /// What this layer has disabled, to be enabled again.
+    QList<QPointer<QQuickItem>> m_covered;
+    QPointer<QQuickItem> m_formerFocus;
+    QPointer<QQuickItem> m_content;
+};
+
+} // namespace tarne

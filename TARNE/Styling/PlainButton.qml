@@ -1,0 +1,29 @@
+pragma ComponentBehavior: Bound
+import QtQuick
+import TARNE.Styling
+import QtQuick.Templates as T
+
+// A button without a look of its own: what it shows is its `contentItem`, over its `background` if
+// it is given one. While pressed it steps back a little. Its accessible name is its `text`, which it
+// does not draw.
+T.AbstractButton {
+    id: button
+
+    // Whether the pointer becomes a hand while over it.
+    property bool hasPointingHand: true
+    property real cornerRadius: 6
+
+    implicitWidth: Math.max(implicitBackgroundWidth, implicitContentWidth + leftPadding + rightPadding)
+    implicitHeight: Math.max(implicitBackgroundHeight, implicitContentHeight + topPadding + bottomPadding)
+    focusPolicy: Qt.TabFocus
+    opacity: down ? 0.6 : 1
+    Accessible.name: text
+
+    HoverHandler {
+        cursorShape: button.enabled && button.hasPointingHand ? Qt.PointingHandCursor : Qt.ArrowCursor
+    }
+    FocusRing {
+        isShown: button.visualFocus
+        cornerRadius: button.cornerRadius
+    }
+}

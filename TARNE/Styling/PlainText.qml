@@ -1,0 +1,16 @@
+pragma ComponentBehavior: Bound
+import QtQuick
+import TARNE.Styling
+
+// A visible text: never read as markup, and a node of its own for assistive tools.
+Text {
+    // The space between two lines beyond the font's own, in points.
+    property real lineSpacing: 0
+
+    font: Typography.body
+    color: Colors.primaryText
+    textFormat: Text.PlainText
+    lineHeight: lineSpacing > 0 ? 1 + lineSpacing / (font.pixelSize * 1.21) : 1
+    Accessible.role: Accessible.StaticText
+    Accessible.name: text
+}

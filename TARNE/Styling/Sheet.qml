@@ -1,0 +1,36 @@
+pragma ComponentBehavior: Bound
+import QtQuick
+import TARNE.Styling
+
+// Presents `content`, usually a SheetPanel, as a modal panel over the whole window while
+// `isPresented`. It takes no room where it is declared. The content is made anew on each
+// presentation and gone with its end; only what it contains closes it, never the Escape key and
+// never a press beside it. Sheets declared inside a sheet stack above it.
+Item {
+    id: sheet
+
+    property bool isPresented: false
+    required property Component content
+
+    // What is presented, or null.
+    readonly property Item item: loader.item as Item
+
+    ModalLayer {
+        id: layer
+
+        isPresented: sheet.isPresented
+
+        Rectangle {
+            anchors.fill: parent
+            color: Colors.withOpacity(Colors.black, 0.2)
+        }
+        Loader {
+            id: loader
+
+            anchors.centerIn: parent
+            focus: true
+            active: sheet.isPresented
+            sourceComponent: sheet.content
+        }
+    }
+}

@@ -1,0 +1,76 @@
+pragma ComponentBehavior: Bound
+import QtQuick
+import TARNE.Styling
+
+// The panel of a sheet: header and footer stay, the body between them scrolls when the panel is
+// higher than the window less 32. `ownHeight` is the height that it asks for; at 0 it is as high as
+// what it holds.
+FocusScope {
+    id: panel
+
+    property real ownHeight: 0
+    property Item header: null
+    property Item footer: null
+    default property alias body: scroll.content
+
+    property bool hasDragIndicator: false
+    property color color: Colors.regularMaterial
+    property real cornerRadius: 16
+    property color shadowColor: Colors.withOpacity(Colors.black, 0.08)
+    property real shadowRadius: 24
+    property real shadowOffset: 8
+    property string accessibleName
+
+    readonly property real headerHeight: header ? header.implicitHeight : 0
+    readonly property real footerHeight: footer ? footer.implicitHeight : 0
+    readonly property real naturalHeight: headerHeight + scroll.contentHeight + footerHeight
+    readonly property real availableHeight: Window.height > 0 ? Window.height - 32 : Infinity
+
+    implicitHeight: Math.min(ownHeight > 0 ? ownHeight : naturalHeight, availableHeight)
+    Accessible.role: Accessible.Dialog
+    Accessible.name: accessibleName
+
+    ShadowImage {
+        anchors.fill: parent
+        color: panel.shadowColor
+        cornerRadius: panel.cornerRadius
+        blurRadius: panel.shadowRadius
+        offsetY: panel.shadowOffset
+    }
+    Rectangle {
+        anchors.fill: parent
+        radius: panel.cornerRadius
+        color: panel.color
+    }
+    Item {
+        id: headerSlot
+
+        width: parent.width
+        height: panel.headerHeight
+        children: panel.header ? [panel.header] : []
+    }
+    ScrollColumn {
+        id: scroll
+
+        anchors.top: headerSlot.bottom
+        anchors.bottom: footerSlot.top
+        width: parent.width
+    }
+    Item {
+        id: footerSlot
+
+        anchors.bottom: parent.bottom
+        width: parent.width
+        height: panel.footerHeight
+        children: panel.footer ? [panel.footer] : []
+    }
+    Rectangle {
+        anchors.horizontalCenter: parent.horizontalCenter
+        y: 5
+        visible: panel.hasDragIndicator
+        width: 36
+        height: 5
+        radius: 2.5
+        color: Colors.tertiaryLabel
+    }
+}

@@ -1,0 +1,87 @@
+pragma ComponentBehavior: Bound
+import QtQuick
+import TARNE.Styling
+import QtQuick.Templates as T
+
+// A button whose look is chosen by `buttonStyle`, with an optional symbol before or behind its text.
+// The text is its accessible name. Set `label` to put something else than text and symbols into it.
+T.AbstractButton {
+    id: button
+
+    property anyButtonStyle buttonStyle: ButtonStyles.primary
+    property string symbol
+    property string trailingSymbol
+    property real minimumWidth: 0
+    // In place of text and symbols; sized by its implicit size, in `look.textColor`.
+    property Item label: null
+
+    readonly property buttonLook look: button.buttonStyle.render(button.down)
+
+    implicitWidth: Math.max(minimumWidth, implicitContentWidth + leftPadding + rightPadding)
+    implicitHeight: implicitContentHeight + topPadding + bottomPadding
+    horizontalPadding: look.horizontalPadding
+    verticalPadding: look.verticalPadding
+    focusPolicy: Qt.TabFocus
+    font: Typography.button
+    opacity: look.opacity
+    Accessible.name: text
+
+    Behavior on opacity {
+        EaseInOut { duration: 200 }
+    }
+
+    HoverHandler {
+        cursorShape: button.enabled ? Qt.PointingHandCursor : Qt.ArrowCursor
+    }
+
+    background: RoundedBox {
+        color: button.look.background
+        radius: button.look.cornerRadius
+        outlineColor: button.look.outlineColor
+        outlineWidth: button.look.outlineWidth
+
+        FocusRing {
+            isShown: button.visualFocus
+            cornerRadius: button.look.cornerRadius
+        }
+    }
+
+    contentItem: Item {
+        implicitWidth: button.label ? button.label.implicitWidth : row.implicitWidth
+        implicitHeight: button.label ? button.label.implicitHeight : row.implicitHeight
+        children: button.label ? [button.label] : [row]
+    }
+
+    Row {
+        id: row
+
+        anchors.centerIn: parent
+        spacing: 6
+
+        SymbolIcon {
+            anchors.verticalCenter: parent.verticalCenter
+            visible: button.symbol.length > 0
+            symbol: button.symbol
+            size: button.font.pixelSize
+            weight: Font.Medium
+            color: button.look.textColor
+        }
+        Text {
+            anchors.verticalCenter: parent.verticalCenter
+            visible: text.length > 0
+            text: button.text
+            font: button.font
+            color: button.look.textColor
+            textFormat: Text.PlainText
+            Accessible.ignored: true
+        }
+        SymbolIcon {
+            anchors.verticalCenter: parent.verticalCenter
+            visible: button.trailingSymbol.length > 0
+            symbol: button.trailingSymbol
+            size: button.font.pixelSize
+            weight: Font.Medium
+            color: button.look.textColor
+        }
+    }
+}

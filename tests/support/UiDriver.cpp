@@ -1,0 +1,208 @@
+#include "UiDriver.h"
+
+#include <QGuiApplication>
+#include <QQmlComponent>
+#include <QQmlEngine>
+#include <QTest>
+
+#include <gtest/gtest.h>
+
+namespace tarne::test {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+bool isReachable(const QAccessibleInterface &node) {
+    const QAccessible::State state = node.state();
+    return !state.invisible && !state.disabled;
+}
+
+/// Visits the nodes below `node` in the order of the tree until `visit` returns true.
+bool walk(QAccessibleInterface *node, const std::function<bool(QAccessibleInterface &)> &visit) {
+    if (!node || !node->isValid())
+        return false;
+    if (visit(*node))
+        return true;
+    for (int index = 0; index < node->childCount(); ++index) {
+        if (walk(node->child(index), visit))
+            return true;
+    }
+    return false;
+}
+
+bool matches(const QAccessibleInterface &node, QAccessible::Role role) {
+    return role == QAccessible::NoRole || node.role() == role;
+}
+
+} // namespace
+
+UiDriver::UiDriver(const QString &qml, const QSize &size) : m_view(std::make_unique<QQuickView>()) {
+    m_view->engine()->addImportPath(u"qrc:/qt/qml"_s);
+    QQmlComponent component(m_view->engine());
+    component.setData(qml.toUtf8(), QUrl(u"qrc:/test.qml"_s));
+    QObject *const root = component.create();
+    if (!root) {
+        ADD_FAILURE() << qPrintable(component.errorString());
+        return;
+    }
+    m_view->setContent(QUrl(), nullptr, root);
+    show(size);
+}
+
+UiDriver::UiDriver(const QUrl &url, const QVariantMap &properties, const QSize &size)
+    : m_view(std::make_unique<QQuickView>()) {
+    m_view->engine()->addImportPath(u"qrc:/qt/qml"_s);
+    m_view->setInitialProperties(properties);
+    m_view->setSource(url);
+    for (const QQmlError &error : m_view->errors())
+        ADD_FAILURE() << qPrintable(error.toString());
+    show(size);
+}
+
+UiDriver::~UiDriver() = default;
+
+void UiDriver::show(const QSize &size) {
+    m_view->setResizeMode(QQuickView::SizeRootObjectToView);
+    m_view->resize(size);
+    m_view->show();
+    EXPECT_TRUE(QTest::qWaitForWindowActive(m_view.get()));
+    settle();
+}
+
+QQuickItem *UiDriver::root() const {
+    return m_view->rootObject();
+}
+
+QAccessibleInterface *UiDriver::accessible(const QString &name) const {
+    QQuickItem *const item = find(name);
+    return item ? QAccessible::queryAccessibleInterface(item) : nullptr;
+}
+
+QQuickItem *UiDriver::find(const QString &name, QAccessible::Role role) const {
+    QQuickItem *found = nullptr;
+    walk(QAccessible::queryAccessibleInterface(m_view.get()), [&](QAccessibleInterface &node) {
+        if (!isReachable(node) || !matches(node, role) || node.text(QAccessible::Name) != name)
+            return false;
+        found = qobject_cast<QQuickItem *>(node.object());
+        return found != nullptr;
+    });
+    return found;
+}
+
+bool UiDriver::has(const QString &name, QAccessible::Role role) const {
+    return find(name, role);
+}
+
+QStringList UiDriver::names(QAccessible::Role role) const {
+    QStringList result;
+    walk(QAccessible::queryAccessibleInterface(m_view.get()), [&](QAccessibleInterface &node) {
+        if (node.object() != m_view.get() && isReachable(node) && matches(node, role))
+            result.append(node.text(QAccessible::Name));
+        return false;
+    });
+    return result;
+}
+
+namespace {
+
+QPoint middleOf(const QQuickItem &item) {
+    return item.mapToScene(QPointF(item.width() / 2, item.height() / 2)).toPoint();
+}
+
+} // namespace
+
+bool UiDriver::click(const QString &name, QAccessible::Role role) {
+    QQuickItem *const item = find(name, role);
+    if (!item)
+        return false;
+    clickAt(middleOf(*item));
+    return true;
+}
+
+void UiDriver::clickAt(const QPointF &position) {
+    hover(position);
+    press(position);
+    release(position);
+}
+
+void UiDriver::press(const QPointF &position) {
+    QTest::mousePress(m_view.get(), Qt::LeftButton, {}, position.toPoint());
+    settle();
+}
+
+void UiDriver::release(const QPointF &position) {
+    QTest::mouseRelease(m_view.get(), Qt::LeftButton, {}, position.toPoint());
+    settle();
+}
+
+void UiDriver::hover(const QPointF &position) {
+    QTest::mouseMove(m_view.get(), position.toPoint());
+    settle();
+}
+
+void UiDriver::wheel(const QPointF &position, int degrees) {
+    QWheelEvent event(position, m_view->mapToGlobal(position), QPoint(), QPoint(0, degrees * 8),
+                      Qt::NoButton, Qt::NoModifier, Qt::NoScrollPhase, false);
+    QGuiApplication::sendEvent(m_view.get(), &event);
+    settle();
+}
+
+Qt::CursorShape UiDriver::cursorOver(const QString &name) {
+    const QQuickItem *const item = find(name);
+    if (!item) {
+        ADD_FAILURE() << "nothing is named " << qPrintable(name);
+        return Qt::BlankCursor;
+    }
+    hover(middleOf(*item));
+    return m_view->cursor().shape();
+}
+
+void UiDriver::type(const QString &text) {
+    for (const QChar character : text) {
+        QKeyEvent press(QEvent::KeyPress, 0, Qt::NoModifier, character);
+        QKeyEvent release(QEvent::KeyRelease, 0, Qt::NoModifier, character);
+        QGuiApplication::sendEvent(m_view.get(), &press);
+        QGuiApplication::sendEvent(m_view.get(), &release);
+    }
+    settle();
+}
+
+void UiDriver::key(Qt::Key key, Qt::KeyboardModifiers modifiers) {
+    QTest::keyClick(m_view.get(), key, modifiers);
+    settle();
+}
+
+void UiDriver::tab() {
+    key(Qt::Key_Tab);
+}
+void UiDriver::backtab() {
+    key(Qt::Key_Backtab, Qt::ShiftModifier);
+}
+
+QString UiDriver::focusedName() const {
+    QQuickItem *const item = m_view->activeFocusItem();
+    QAccessibleInterface *const node = item ? QAccessible::queryAccessibleInterface(item) : nullptr;
+    return node ? node->text(QAccessible::Name) : QString();
+}
+
+bool UiDriver::waitUntil(const std::function<bool()> &condition) {
+    return QTest::qWaitFor(condition, 5000);
+}
+
+void UiDriver::settle() {
+    QCoreApplication::sendPostedEvents();
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    QCoreApplication::processEvents();
+}
+
+QImage UiDriver::picture() {
+    settle();
+    return m_view->grabWindow();
+}
+
+bool UiDriver::grab(const QString &path) {
+    return picture().save(path);
+}
+
+} // namespace tarne::test

@@ -1,0 +1,75 @@
+#pragma once
+
+#include <QAccessible>
+#include <QQuickItem>
+#include <QQuickView>
+#include <QString>
+#include <QStringList>
+
+#include <memory>
+
+namespace tarne::test {
+
+/// Shows a piece of QML in a window and uses it as a person does: it finds controls by accessible
+/// name and role, presses them with real mouse events, types, and moves on with Tab. What it finds
+/// is what an assistive tool finds, so a control that cannot be reached by one fails its test.
+///
+/// The window is real to Qt but lies on the offscreen platform and is drawn in software.
+class UiDriver {
+public:
+    /// Loads `qml`, a document's text, with the modules of the program at hand. Its root is resized
+    /// to `size`. Errors fail the test as any warning does.
+    explicit UiDriver(const QString &qml, const QSize &size = QSize(1000, 700));
+    /// Loads the document at `url`; `properties` are the root's required properties.
+    explicit UiDriver(const QUrl &url, const QVariantMap &properties = {},
+                      const QSize &size = QSize(1000, 700));
+    ~UiDriver();
+
+    [[nodiscard]] QQuickView &view() { return *m_view; }
+    [[nodiscard]] QQuickItem *root() const;
+
+    /// The item with this accessible name (and role), or null. Only what is visible, enabled and
+    /// not covered counts.
+    [[nodiscard]] QQuickItem *find(const QString &name,
+                                   QAccessible::Role role = QAccessible::NoRole) const;
+    [[nodiscard]] bool has(const QString &name, QAccessible::Role role = QAccessible::NoRole) const;
+    /// The names of all that can be found, in the order of the tree.
+    [[nodiscard]] QStringList names(QAccessible::Role role = QAccessible::NoRole) const;
+    /// The accessible interface of what `find` finds, or null.
+    [[nodiscard]] QAccessibleInterface *accessible(const QString &name) const;
+
+    /// Presses and releases the left button on the middle of the named control. False when there is
+    /// none.
+    [[nodiscard]] bool click(const QString &name, QAccessible::Role role = QAccessible::NoRole);
+    void clickAt(const QPointF &position);
+    void press(const QPointF &position);
+    void release(const QPointF &position);
+    void hover(const QPointF &position);
+    void wheel(const QPointF &position, int degrees);
+    /// The shape that the pointer has over the middle of the named control.
+    [[nodiscard]] Qt::CursorShape cursorOver(const QString &name);
+
+    /// Types into what has the focus.
+    void type(const QString &text);
+    void key(Qt::Key key, Qt::KeyboardModifiers modifiers = Qt::NoModifier);
+    void tab();
+    void backtab();
+    /// The accessible name of what has the focus, or an empty text.
+    [[nodiscard]] QString focusedName() const;
+
+    /// Handles what is pending until `condition` holds; false when it does not within five seconds.
+    [[nodiscard]] bool waitUntil(const std::function<bool()> &condition);
+    /// Handles all events and draws one frame.
+    void settle();
+    /// What the window shows.
+    [[nodiscard]] QImage picture();
+    /// Saves what the window shows, to be looked at.
+    bool grab(const QString &path);
+
+private:
+    void show(const QSize &size);
+
+    std::unique_ptr<QQuickView> m_view;
+};
+
+} // namespace tarne::test
