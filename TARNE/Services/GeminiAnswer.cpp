@@ -1,0 +1,74 @@
+#include "GeminiAnswer.h"
+
+#include <optional>
+#include <string_view>
+
+#include <simdjson.h>
+
+using namespace Qt::StringLiterals;
+
+namespace tarne {
+namespace {
+
+namespace dom = simdjson::dom;
+
+using Value = std::optional<dom::element>;
+
+// The steps of a walk. A step from nothing, or from a value of another type, leads to nothing.
+
+Value member(const Value &object, std::string_view name) {
+    Value found;
+    if (object && object->is_object()) {
+        for (const auto &[key, value] : dom::object(object->get_object())) {
+            if (key == name)
+                found = value;
+        }
+    }
+    return found;
+}
+
+/// The first element of an array that holds nothing but objects.
+Value firstObject(const Value &array) {
+    if (!array || !array->is_array())
+        return {};
+    Value first;
+    for (const dom::element element : dom::array(array->get_array())) {
+        if (!element.is_object())
+            return {};
+        if (!first)
+            first = element;
+    }
+    return first;
+}
+
+std::optional<QString> text(const Value &value) {
+    if (!value || !value->is_string())
+        return {};
+    const std::string_view utf8 = value->get_string();
+    return QString::fromUtf8(utf8.data(), static_cast<qsizetype>(utf8.size()));
+}
+
+GeminiError noJson() {
+    return {u"The service's answer is not valid JSON."_s};
+}
+
+} // namespace
+
+GeminiResult readGeminiAnswer(const QByteArray &body) {
+    dom::parser parser;
+    dom::element document;
+    const auto size = static_cast<std::size_t>(body.size());
+    if (parser.parse(body.constData(), size).get(document) != simdjson::SUCCESS)
+        return noJson();
+    if (!document.is_object() && !document.is_array())
+        return noJson();
+
+    const Value content = member(firstObject(member(document, "candidates")), "content");
+    if (const auto answer = text(member(firstObject(member(content, "parts")), "text")))
+        return *answer;
+    if (const auto message = text(member(member(document, "error"), "message")))
+        return GeminiError{*message};
+    return GeminiError{u"Invalid response format"_s};
+}
+
+} // namespace tarne

@@ -1,0 +1,17 @@
+#pragma once
+
+#include <QByteArray>
+#include <QString>
+#include <QUrl>
+
+namespace tarne {
+
+/// The address of the one call to the model: `endpoint` (scheme and host), the fixed path, and the
+/// key as it stands, not encoded in any way. A key with characters that no address can carry (by
+/// RFC 3986) ends the process: one line, without the key, on standard error, then `abort`.
+[[nodiscard]] QUrl geminiAddress(const QString &endpoint, const QString &apiKey);
+
+/// The JSON body that asks for one answer to `prompt`.
+[[nodiscard]] QByteArray geminiRequestBody(const QString &prompt);
+
+} // namespace tarne
