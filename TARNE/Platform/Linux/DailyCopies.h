@@ -1,0 +1,32 @@
+#pragma once
+
+#include "Date.h"
+#include "DefaultsFolder.h"
+
+#include <QString>
+#include <QStringList>
+
+namespace tarne {
+
+class DefaultsFile;
+
+/// The copies of the store, one for each day (UTC) on which it was used, the latest seven kept.
+class DailyCopies {
+public:
+    static constexpr int kept = 7;
+
+    explicit DailyCopies(const DefaultsFolder &folder) : m_folder(folder) {}
+
+    /// Copies the file unless the day has its copy already, and removes the oldest beyond seven. A
+    /// failure costs the day's copy and a line on standard error.
+    void copyOncePerDay(DefaultsFile &file, Date now);
+
+    /// The paths of the copies, the latest day first.
+    [[nodiscard]] QStringList latestFirst() const;
+
+private:
+    DefaultsFolder m_folder;
+    QString m_lastDay; ///< The day that was last seen to, with or without success.
+};
+
+} // namespace tarne

@@ -1,0 +1,201 @@
+#include "DefaultsFile.h"
+
+#include "DefaultsFault.h"
+#include "DefaultsSchema.h"
+#include "StoreLog.h"
+
+#include <SQLiteCpp/Backup.h>
+#include <SQLiteCpp/Statement.h>
+#include <SQLiteCpp/Transaction.h>
+
+#include <QUrl>
+
+#include <sqlite3.h>
+
+using namespace Qt::StringLiterals;
+
+namespace tarne {
+
+namespace {
+
+/// How long one operation waits for another process's lock. The writer's end waits for two of them
+/// at most.
+constexpr int busyTimeoutMilliseconds = 250;
+
+DefaultsFault::Kind kindOf(const SQLite::Exception &exception) {
+    // A sector that cannot be read any more is damage; other I/O errors may pass.
+    if (exception.getExtendedErrorCode() == SQLITE_IOERR_READ ||
+        exception.getExtendedErrorCode() == SQLITE_IOERR_CORRUPTFS)
+        return DefaultsFault::Kind::Damaged;
+    switch (exception.getErrorCode() & 0xff) {
+    case SQLITE_CORRUPT:
+    case SQLITE_NOTADB:
+    case SQLITE_ERROR: // Tables that are missing or that are not ours.
+        return DefaultsFault::Kind::Damaged;
+    case SQLITE_BUSY:
+    case SQLITE_LOCKED:
+        return DefaultsFault::Kind::Locked;
+    default:
+        return DefaultsFault::Kind::Unavailable;
+    }
+}
+
+template <class Operation>
+auto guarded(const Operation &operation) {
+    try {
+        return operation();
+    } catch (const SQLite::Exception &exception) {
+        throw DefaultsFault(kindOf(exception), exception.what());
+    }
+}
+
+SQLite::Database opened(const QString &path, DefaultsFile::Access access) {
+    using Access = DefaultsFile::Access;
+    return guarded([&] {
+        if (access == Access::ReadWrite)
+            return SQLite::Database(path.toStdString(), SQLite::OPEN_READWRITE,
+                                    busyTimeoutMilliseconds);
+        QUrl url = QUrl::fromLocalFile(path);
+        url.setQuery(access == Access::Immutable ? u"immutable=1"_s : u"mode=ro"_s);
+        return SQLite::Database(url.toEncoded().toStdString(),
+                                SQLite::OPEN_READONLY | SQLite::OPEN_URI, busyTimeoutMilliseconds);
+    });
+}
+
+StoredValue::Cell cellOf(const SQLite::Column &column) {
+    switch (column.getType()) {
+    case SQLITE_INTEGER:
+        return qint64{column.getInt64()};
+    case SQLITE_FLOAT:
+        return column.getDouble();
+    case SQLITE_TEXT:
+        return column.getString();
+    case SQLITE_BLOB:
+        return QByteArray(static_cast<const char *>(column.getBlob()), column.getBytes());
+    default:
+        return std::monostate{};
+    }
+}
+
+void bindCell(SQLite::Statement &statement, int index, const StoredValue::Cell &cell) {
+    if (const auto *integer = std::get_if<qint64>(&cell))
+        statement.bind(index, int64_t{*integer});
+    else if (const auto *real = std::get_if<double>(&cell))
+        statement.bind(index, *real);
+    else if (const auto *text = std::get_if<std::string>(&cell))
+        statement.bindNoCopy(index, *text);
+    else if (const auto *data = std::get_if<QByteArray>(&cell))
+        statement.bindNoCopy(index, data->constData(), static_cast<int>(data->size()));
+}
+
+} // namespace
+
+DefaultsFile::DefaultsFile(const QString &path, Access access) : m_database(opened(path, access)) {
+    guarded([&] {
+        m_database.exec("PRAGMA mmap_size = 0");
+        if (access == Access::ReadWrite)
+            prepareForWriting();
+    });
+}
+
+void DefaultsFile::prepareForWriting() {
+    const int version = schemaVersion(m_database);
+    if (version > defaultsSchemaVersion) {
+        // Left alone means its log, too, which closing would otherwise merge into the file.
+        sqlite3_db_config(m_database.getHandle(), SQLITE_DBCONFIG_NO_CKPT_ON_CLOSE, 1, nullptr);
+        throw DefaultsFault(DefaultsFault::Kind::Newer, "version " + std::to_string(version));
+    }
+    // SQLite falls back to reading where it may not write, and says so only here.
+    if (sqlite3_db_readonly(m_database.getHandle(), "main") != 0)
+        throw DefaultsFault(DefaultsFault::Kind::Unavailable, "it cannot be written");
+    m_database.exec("PRAGMA journal_mode = WAL");
+    m_database.exec("PRAGMA synchronous = FULL");
+    // The log of a large history is cut back when it has been merged.
+    m_database.exec("PRAGMA journal_size_limit = 4194304");
+    m_isNew = version == 0;
+    migrateSchema(m_database);
+}
+
+DefaultsValues DefaultsFile::load() {
+    return guarded([&] {
+        DefaultsValues values;
+        const int version = schemaVersion(m_database);
+        if (version == 0)
+            return values;
+        if (version == defaultsSchemaVersion)
+            checkIndex();
+        SQLite::Statement rows(m_database,
+                               "SELECT key, type, value, sum FROM defaults NOT INDEXED");
+        while (rows.executeStep()) {
+            const QString key = QString::fromStdString(rows.getColumn(0).getString());
+            const StoredValue stored(rows.getColumn(1).getString(), cellOf(rows.getColumn(2)));
+            const auto sum = rows.getColumn(3);
+            if (version == defaultsSchemaVersion && !sum.isNull() &&
+                sum.getInt64() != stored.checksum())
+                throw DefaultsFault(DefaultsFault::Kind::Damaged, "the value of " +
+                                                                      key.toStdString() +
+                                                                      " is not what was written");
+            if (const auto value = stored.decoded())
+                values.insert(key, *value);
+            else
+                qCWarning(storeLog).noquote() << "ignoring" << key << "in the defaults store:"
+                                              << "its value does not fit its type";
+        }
+        return values;
+    });
+}
+
+/// A key is in no checksum, but it stands twice in the file: in the table and in the table's index.
+void DefaultsFile::checkIndex() {
+    const auto keys = [&](const char *query) {
+        QStringList found;
+        SQLite::Statement statement(m_database, query);
+        while (statement.executeStep())
+            found += QString::fromStdString(statement.getColumn(0).getString());
+        found.sort();
+        return found;
+    };
+    const QStringList inTable = keys("SELECT key FROM defaults NOT INDEXED");
+    if (inTable != keys("SELECT key FROM defaults INDEXED BY sqlite_autoindex_defaults_1"))
+        throw DefaultsFault(DefaultsFault::Kind::Damaged, "its keys and their index differ");
+}
+
+void DefaultsFile::write(const DefaultsChanges &changes) {
+    guarded([&] {
+        SQLite::Transaction transaction(m_database, SQLite::TransactionBehavior::IMMEDIATE);
+        SQLite::Statement set(m_database,
+                              "INSERT INTO defaults (key, type, value, sum) VALUES (?, ?, ?, ?) "
+                              "ON CONFLICT (key) DO UPDATE "
+                              "SET type = excluded.type, value = excluded.value, "
+                              "sum = excluded.sum");
+        SQLite::Statement remove(m_database, "DELETE FROM defaults WHERE key = ?");
+        for (const auto &[key, value] : changes) {
+            SQLite::Statement &statement = value ? set : remove;
+            statement.bind(1, key.toStdString());
+            if (value) {
+                const StoredValue stored(*value);
+                statement.bind(2, stored.type);
+                bindCell(statement, 3, stored.cell);
+                statement.bind(4, int64_t{stored.checksum()});
+                statement.exec();
+            } else {
+                statement.exec();
+            }
+            statement.reset();
+            statement.clearBindings();
+        }
+        transaction.commit();
+    });
+}
+
+void DefaultsFile::copyTo(const QString &path) {
+    guarded([&] {
+        SQLite::Database copy(path.toStdString(), SQLite::OPEN_READWRITE | SQLite::OPEN_CREATE);
+        if (SQLite::Backup(copy, m_database).executeStep() != SQLITE_DONE)
+            throw DefaultsFault(DefaultsFault::Kind::Locked, "the file is locked");
+        // The copy takes over that the file has a log; one that is never written needs none.
+        copy.exec("PRAGMA journal_mode = DELETE");
+    });
+}
+
+} // namespace tarne

@@ -1,0 +1,46 @@
+#pragma once
+
+#include "StoredValue.h"
+
+#include <SQLiteCpp/Database.h>
+
+#include <QString>
+
+namespace tarne {
+
+/// One connection to a file of the store.
+///
+/// May be used from any one thread at a time. Every operation throws DefaultsFault.
+class DefaultsFile {
+public:
+    enum class Access {
+        ReadWrite, ///< Creates the file and its tables when absent, and writes ahead into a log.
+        ReadOnly,  ///< Reads beside another connection, its log included.
+        Immutable, ///< Reads the file alone, and needs nothing that a read-only disk lacks.
+    };
+
+    DefaultsFile(const QString &path, Access access);
+
+    /// Every value that fits its type, after checking the whole table for damage. A value that
+    /// another program planted in an unfit form is left out, with a line on standard error.
+    [[nodiscard]] DefaultsValues load();
+
+    /// Writes all changes, in their order, in one transaction that is on the disk when this
+    /// returns. After an exception none of them is.
+    void write(const DefaultsChanges &changes);
+
+    /// Copies the whole file as it stands, its log included, into the empty file at `path`.
+    void copyTo(const QString &path);
+
+    /// Whether this connection created the tables.
+    bool isNew() const { return m_isNew; }
+
+private:
+    void prepareForWriting();
+    void checkIndex();
+
+    SQLite::Database m_database;
+    bool m_isNew = false;
+};
+
+} // namespace tarne

@@ -1,0 +1,129 @@
+#include "DefaultsFolder.h"
+
+#include "DefaultsFault.h"
+
+#include <QDateTime>
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+
+#include <cerrno>
+#include <cmath>
+#include <cstring>
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+using namespace Qt::StringLiterals;
+
+namespace tarne {
+
+namespace {
+
+constexpr mode_t privateFolder = 0700;
+constexpr mode_t privateFile = 0600;
+
+const QString logSuffix = u"-wal"_s;
+const QString sharedMemorySuffix = u"-shm"_s;
+
+void makePrivateFolder(const QString &path) {
+    const QByteArray name = QFile::encodeName(path);
+    if (::mkdir(name.constData(), privateFolder) != 0 && errno == EEXIST)
+        ::chmod(name.constData(), privateFolder);
+}
+
+/// Makes what became of names in a folder survive a power cut.
+void syncFolder(const QString &path) {
+    const int folder = ::open(QFile::encodeName(path).constData(), O_RDONLY | O_CLOEXEC);
+    if (folder < 0)
+        return;
+    ::fsync(folder);
+    ::close(folder);
+}
+
+bool isAbsent(const QString &path) {
+    return !QFileInfo(path).isSymbolicLink() && !QFileInfo::exists(path);
+}
+
+[[noreturn]] void throwSystemError(const char *what) {
+    throw DefaultsFault(DefaultsFault::Kind::Unavailable,
+                        std::string(what) + ": " + std::strerror(errno));
+}
+
+} // namespace
+
+QString DefaultsFolder::file() const {
+    return m_path + u"/defaults.sqlite"_s;
+}
+
+QString DefaultsFolder::copies() const {
+    return m_path + u"/copies"_s;
+}
+
+QString DefaultsFolder::scratchFile() const {
+    return m_path + u"/defaults.sqlite.new"_s;
+}
+
+void DefaultsFolder::create() const {
+    QDir().mkpath(QFileInfo(m_path).path());
+    makePrivateFolder(m_path);
+    makePrivateFolder(copies());
+    createPrivateFile(file());
+    syncFolder(m_path);
+}
+
+void DefaultsFolder::createPrivateFile(const QString &path) {
+    const QByteArray name = QFile::encodeName(path);
+    const int created =
+        ::open(name.constData(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, privateFile);
+    if (created >= 0)
+        ::close(created);
+    else if (errno == EEXIST)
+        ::chmod(name.constData(), privateFile);
+}
+
+void DefaultsFolder::removeFile(const QString &path) {
+    QFile::remove(path);
+    QFile::remove(path + logSuffix);
+    QFile::remove(path + sharedMemorySuffix);
+}
+
+bool DefaultsFolder::hasLog() const {
+    return QFileInfo(file() + logSuffix).size() > 0;
+}
+
+QString DefaultsFolder::unusedNameForDamaged(Date now) const {
+    // Beyond any calendar the number itself will do as a name.
+    const double seconds = std::floor(now.secondsSince1970());
+    const bool hasCalendarDate = std::abs(seconds) < 1e11;
+    const QString moment =
+        hasCalendarDate ? QDateTime::fromSecsSinceEpoch(static_cast<qint64>(seconds), Qt::UTC)
+                              .toString(u"yyyyMMdd-HHmmss"_s)
+                        : QString::number(seconds);
+    QString name = u"defaults.damaged-%1.sqlite"_s.arg(moment);
+    for (int number = 2; !isAbsent(m_path + u'/' + name); ++number)
+        name = u"defaults.damaged-%1-%2.sqlite"_s.arg(moment).arg(number);
+    return name;
+}
+
+QString DefaultsFolder::setAsideAndReplace(Date now) const {
+    const QString name = unusedNameForDamaged(now);
+    const QByteArray from = QFile::encodeName(file());
+    const QByteArray aside = QFile::encodeName(m_path + u'/' + name);
+    const QByteArray replacement = QFile::encodeName(scratchFile());
+    // A second name first, so that a kill in between leaves the damaged file to be found again, and
+    // not an empty place, which would read as a first start. Where the disk knows no second names,
+    // that has to be risked.
+    if (::link(from.constData(), aside.constData()) != 0 &&
+        ::rename(from.constData(), aside.constData()) != 0)
+        throwSystemError("setting the file aside");
+    QFile::rename(file() + logSuffix, m_path + u'/' + name + logSuffix);
+    QFile::remove(file() + sharedMemorySuffix);
+    if (::rename(replacement.constData(), from.constData()) != 0)
+        throwSystemError("putting the new file in place");
+    syncFolder(m_path);
+    return name;
+}
+
+} // namespace tarne

@@ -1,0 +1,42 @@
+#pragma once
+
+#include "Date.h"
+
+#include <QString>
+
+namespace tarne {
+
+/// The files of the store and their names. Only the user can read them: folders are made with mode
+/// 0700, files with 0600.
+class DefaultsFolder {
+public:
+    explicit DefaultsFolder(const QString &path) : m_path(path) {}
+
+    QString file() const;
+    QString copies() const;      ///< The folder of the daily copies.
+    QString scratchFile() const; ///< Where a file is built that takes the place of `file`.
+
+    /// Makes both folders and an empty file, each only if absent. A failure shows when the file is
+    /// opened.
+    void create() const;
+
+    /// Whether the log beside the file may hold what the file lacks.
+    bool hasLog() const;
+
+    /// Puts the scratch file in the place of the file, which is kept under a new name together with
+    /// its log. Returns the new name; throws
+    /// DefaultsFault.
+    QString setAsideAndReplace(Date now) const;
+
+    /// Creates an empty file with mode 0600 if there is none, and gives an existing one that mode.
+    static void createPrivateFile(const QString &path);
+    /// Removes a file that SQLite made, and its log.
+    static void removeFile(const QString &path);
+
+private:
+    QString unusedNameForDamaged(Date now) const;
+
+    QString m_path;
+};
+
+} // namespace tarne
