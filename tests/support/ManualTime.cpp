@@ -1,5 +1,6 @@
 #include "ManualTime.h"
 
+#include <algorithm>
 #include <cmath>
 
 namespace tarne::test {
@@ -25,10 +26,12 @@ void ManualTime::invalidate(Timer timer) {
 
 void ManualTime::advance(Seconds duration) {
     const double end = m_uptime + duration.count();
-    while (runNext(end)) {
+    // A block that kept the thread busy past the end has moved the end.
+    while (runNext(std::max(end, m_uptime))) {
     }
-    m_now = m_now + (end - m_uptime);
-    m_uptime = end;
+    const double rest = std::max(end - m_uptime, 0.0);
+    m_now = m_now + rest;
+    m_uptime += rest;
 }
 
 void ManualTime::block(Seconds duration) {

@@ -1,0 +1,53 @@
+#pragma once
+
+#include "Keychain.h"
+
+#include <QStringList>
+
+#include <map>
+#include <mutex>
+
+namespace tarne::test {
+
+/// A key store in memory that can refuse every operation.
+class MemoryKeychain final : public Keychain {
+public:
+    using Address = std::pair<QString, QString>; ///< Service and account.
+
+    bool add(const QString &service, const QString &account, const QByteArray &secret) override {
+        const std::lock_guard lock(m_mutex);
+        m_calls += QStringLiteral("add");
+        return !failsToAdd && items.emplace(Address{service, account}, secret).second;
+    }
+    Removal remove(const QString &service, const QString &account) override {
+        const std::lock_guard lock(m_mutex);
+        m_calls += QStringLiteral("remove");
+        if (failsToRemove)
+            return Removal::Failed;
+        return items.erase({service, account}) > 0 ? Removal::Removed : Removal::NotFound;
+    }
+    std::optional<QByteArray> copy(const QString &service, const QString &account) override {
+        const std::lock_guard lock(m_mutex);
+        m_calls += QStringLiteral("copy");
+        const auto item = items.find({service, account});
+        if (failsToCopy || item == items.end())
+            return std::nullopt;
+        return item->second;
+    }
+
+    QStringList calls() const {
+        const std::lock_guard lock(m_mutex);
+        return m_calls;
+    }
+
+    std::map<Address, QByteArray> items;
+    bool failsToAdd = false;
+    bool failsToRemove = false;
+    bool failsToCopy = false;
+
+private:
+    mutable std::mutex m_mutex;
+    QStringList m_calls;
+};
+
+} // namespace tarne::test
