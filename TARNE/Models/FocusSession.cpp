@@ -1,8 +1,25 @@
 #include "FocusSession.h"
 
+#include "SessionGoalJson.h"
+
 using namespace Qt::StringLiterals;
 
 namespace tarne {
+
+template <>
+struct json::JsonForm<FocusSession> {
+    static constexpr std::tuple members{member("id", &FocusSession::id),
+                                        member("goal", &FocusSession::goal),
+                                        member("goals", &FocusSession::goals),
+                                        member("duration", &FocusSession::duration),
+                                        member("startTime", &FocusSession::startTime),
+                                        member("endTime", &FocusSession::endTime),
+                                        member("reflection", &FocusSession::reflection),
+                                        member("blockedApps", &FocusSession::blockedApps),
+                                        member("blockedWebsites", &FocusSession::blockedWebsites),
+                                        member("completed", &FocusSession::completed)};
+    static FocusSession blank() { return {.id = QUuid()}; }
+};
 
 QString FocusSession::goalsDisplayString() const {
     if (goals.empty())
@@ -20,6 +37,14 @@ std::vector<SessionGoal> FocusSession::parseGoals(const QString &from) {
             goals.push_back({.text = text.toString()});
     }
     return goals;
+}
+
+std::optional<FocusSession> decodeFocusSession(QByteArrayView document) {
+    return json::decode<FocusSession>(document);
+}
+
+std::optional<QByteArray> encodeFocusSession(const FocusSession &session) {
+    return json::encode(session);
 }
 
 } // namespace tarne

@@ -3,6 +3,8 @@
 #include "Date.h"
 #include "SessionGoal.h"
 
+#include <QByteArray>
+#include <QByteArrayView>
 #include <QString>
 #include <QStringList>
 #include <QUuid>
@@ -16,14 +18,14 @@ namespace tarne {
 /// it. Identity is `id`.
 struct FocusSession {
     QUuid id = QUuid::createUuid();
-    QString goal;                   ///< The raw line, as typed.
-    std::vector<SessionGoal> goals; ///< Parsed from `goal`.
-    double duration = 1500.0;       ///< Planned length in seconds.
-    Date startTime; ///< When the record was created; whoever creates it gives the moment.
-    std::optional<Date> endTime; ///< When the session ended or ran out.
-    std::optional<QString> reflection;
-    QStringList blockedApps;
-    QStringList blockedWebsites;
+    QString goal = {};                   ///< The raw line, as typed.
+    std::vector<SessionGoal> goals = {}; ///< Parsed from `goal`.
+    double duration = 1500.0;            ///< Planned length in seconds.
+    Date startTime = {}; ///< When the record was created; whoever creates it gives the moment.
+    std::optional<Date> endTime = {}; ///< When the session ended or ran out.
+    std::optional<QString> reflection = {};
+    QStringList blockedApps = {};
+    QStringList blockedWebsites = {};
     bool completed = false; ///< It ran its full length or was ended as completed.
 
     /// The goals' texts joined with ", ", or the raw line when it parsed to no goal.
@@ -33,5 +35,12 @@ struct FocusSession {
     /// and makes one unrated goal, with a new `id`, of each piece that is not empty.
     [[nodiscard]] static std::vector<SessionGoal> parseGoals(const QString &from);
 };
+
+/// The session of a JSON document, or none when it is unreadable: "endTime" and "reflection" may be
+/// missing or null, everything else has to be there.
+[[nodiscard]] std::optional<FocusSession> decodeFocusSession(QByteArrayView document);
+
+/// The JSON document of a session, or none when one of its numbers is not finite.
+[[nodiscard]] std::optional<QByteArray> encodeFocusSession(const FocusSession &session);
 
 } // namespace tarne

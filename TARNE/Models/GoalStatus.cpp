@@ -36,9 +36,4 @@ QString displayName(GoalStatus status) {
     Q_UNREACHABLE();
 }
 
-std::strong_ordering operator<=>(GoalStatus a, GoalStatus b) {
-    // The enumerators stand in the order of `allGoalStatuses`, which is the reverse.
-    return static_cast<int>(b) <=> static_cast<int>(a);
-}
-
 } // namespace tarne

@@ -3,7 +3,6 @@
 #include <QString>
 
 #include <array>
-#include <compare>
 #include <optional>
 
 namespace tarne {
@@ -25,8 +24,21 @@ inline constexpr std::array allGoalStatuses{GoalStatus::completed, GoalStatus::p
 /// The words for the user: "Completed", "Partially Completed", "Not Completed".
 [[nodiscard]] QString displayName(GoalStatus status);
 
-/// Orders verdicts from the worst to the best: notCompleted < partiallyCompleted < completed. (The
-/// built-in comparison of enumerators would run the other way round.)
-[[nodiscard]] std::strong_ordering operator<=>(GoalStatus a, GoalStatus b);
+// Verdicts are ordered from the worst to the best: notCompleted < partiallyCompleted < completed.
+// All four are needed: the built-in comparisons of enumerators, which run the other way round,
+// would win over anything derived from operator<=>.
+[[nodiscard]] constexpr bool operator<(GoalStatus a, GoalStatus b) {
+    // The enumerators stand in the order of `allGoalStatuses`, which is the reverse.
+    return static_cast<int>(a) > static_cast<int>(b);
+}
+[[nodiscard]] constexpr bool operator>(GoalStatus a, GoalStatus b) {
+    return b < a;
+}
+[[nodiscard]] constexpr bool operator<=(GoalStatus a, GoalStatus b) {
+    return !(b < a);
+}
+[[nodiscard]] constexpr bool operator>=(GoalStatus a, GoalStatus b) {
+    return !(a < b);
+}
 
 } // namespace tarne

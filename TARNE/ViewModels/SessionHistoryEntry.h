@@ -3,9 +3,12 @@
 #include "Date.h"
 #include "SessionGoal.h"
 
+#include <QByteArray>
+#include <QByteArrayView>
 #include <QString>
 #include <QUuid>
 
+#include <optional>
 #include <vector>
 
 namespace tarne {
@@ -13,15 +16,24 @@ namespace tarne {
 /// One finished session as it stays in the history. Identity is `id`. A text that is not there yet
 /// is empty.
 struct SessionHistoryEntry {
-    QUuid id = QUuid::createUuid(); ///< Stable for the life of the entry; an update keeps it.
-    Date sessionDate; ///< When the session ended, or was first saved.
-    std::vector<SessionGoal> goals; ///< With their verdicts at the last save.
-    double duration = 0.0; ///< Seconds.
-    QString overallAssessment;
-    QString patternsObserved;
-    QString suggestions;
-    QString motivation;
-    QString reflection;
+    QUuid id = QUuid::createUuid();      ///< Stable for the life of the entry; an update keeps it.
+    Date sessionDate = {};               ///< When the session ended, or was first saved.
+    std::vector<SessionGoal> goals = {}; ///< With their verdicts at the last save.
+    double duration = 0.0;               ///< Seconds.
+    QString overallAssessment = {};
+    QString patternsObserved = {};
+    QString suggestions = {};
+    QString motivation = {};
+    QString reflection = {};
 };
+
+/// The entries of a stored history, or none when the document is unreadable; one violation in one
+/// entry makes it so as a whole.
+[[nodiscard]] std::optional<std::vector<SessionHistoryEntry>>
+decodeHistory(QByteArrayView document);
+
+/// The document of a history, or none when one of its numbers is not finite.
+[[nodiscard]] std::optional<QByteArray>
+encodeHistory(const std::vector<SessionHistoryEntry> &history);
 
 } // namespace tarne

@@ -1,0 +1,195 @@
+#include "JsonReader.h"
+
+#include <array>
+#include <charconv>
+#include <cmath>
+
+namespace tarne::json {
+
+namespace {
+
+using simdjson::ondemand::json_type;
+
+/// Deeper nesting than this is no document of ours, and each level costs stack.
+constexpr int deepestNesting = 512;
+
+/// The text between the quotes as it stands in the document, escapes and all. `token` reaches up to
+/// the next token.
+std::string_view contentOf(std::string_view token) {
+    const std::size_t closingQuote = token.find_last_of('"');
+    return token.substr(1, closingQuote - 1);
+}
+
+/// Whether `text` means itself: ASCII without an escape. No early exit: compilers turn this form
+/// into vector instructions, and nearly every text passes.
+bool isPlainAscii(std::string_view text) {
+    unsigned char foreign = 0;
+    for (const char c : text)
+        foreign |= static_cast<unsigned char>((c & 0x80) | (c == '\\' ? 0x80 : 0));
+    return foreign == 0;
+}
+
+/// Reads a text that is known to begin with a JSON number.
+bool readLongNumber(std::string_view text, double &result) {
+    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), result);
+    if (error == std::errc())
+        return true;
+    // Too near to zero for a double is zero, too large is infinite.
+    result = QByteArrayView(text.data(), end - text.data()).toDouble();
+    return std::isfinite(result);
+}
+
+constexpr std::array<qint8, 256> hexDigitValues = [] {
+    std::array<qint8, 256> values{};
+    values.fill(-1);
+    for (int digit = 0; digit < 10; ++digit)
+        values[static_cast<std::size_t>('0' + digit)] = static_cast<qint8>(digit);
+    for (int digit = 10; digit < 16; ++digit) {
+        values[static_cast<std::size_t>('a' + digit - 10)] = static_cast<qint8>(digit);
+        values[static_cast<std::size_t>('A' + digit - 10)] = static_cast<qint8>(digit);
+    }
+    return values;
+}();
+
+std::optional<QUuid> parseUuid(std::string_view text) {
+    if (text.size() != 36)
+        return std::nullopt;
+    std::array<quint8, 16> bytes{};
+    std::size_t digits = 0;
+    for (std::size_t i = 0; i < text.size(); ++i) {
+        if (i == 8 || i == 13 || i == 18 || i == 23) {
+            if (text[i] != '-')
+                return std::nullopt;
+            continue;
+        }
+        const int value = hexDigitValues[static_cast<unsigned char>(text[i])];
+        if (value < 0)
+            return std::nullopt;
+        bytes[digits / 2] = static_cast<quint8>(bytes[digits / 2] << 4 | value);
+        ++digits;
+    }
+    const auto number = [&bytes](std::size_t at) {
+        return static_cast<ushort>(bytes[at] << 8 | bytes[at + 1]);
+    };
+    return QUuid(static_cast<uint>(number(0)) << 16 | number(2), number(4), number(6), bytes[8],
+                 bytes[9], bytes[10], bytes[11], bytes[12], bytes[13], bytes[14], bytes[15]);
+}
+
+bool skipArray(simdjson::ondemand::array array, int depth) {
+    for (auto item : array) {
+        Value value;
+        if (item.get(value) || !skip(value, depth))
+            return false;
+    }
+    return true;
+}
+
+bool skipObject(simdjson::ondemand::object object, int depth) {
+    for (auto item : object) {
+        simdjson::ondemand::field field;
+        if (std::move(item).get(field) || !Key(field).text() || !skip(field.value(), depth))
+            return false;
+    }
+    return true;
+}
+
+} // namespace
+
+bool read(Value value, bool &result) {
+    return !value.get_bool().get(result);
+}
+
+bool read(Value value, double &result) {
+    const std::string_view number = value.raw_json_token();
+    if (value.get_double().get(result))
+        return false;
+    // Of numbers with more digits than 64 bits hold, the parser's reading can be far off (seen with
+    // simdjson 3.0.1: 0.10000000000000000555 read as 4e-16).
+    constexpr std::size_t lengthOfShortNumbers = 19;
+    return number.size() <= lengthOfShortNumbers || readLongNumber(number, result);
+}
+
+bool read(Value value, Date &result) {
+    double seconds = 0.0;
+    if (!read(value, seconds))
+        return false;
+    result = Date::fromReferenceSeconds(seconds);
+    return true;
+}
+
+bool read(Value value, QString &result) {
+    const std::string_view token = value.raw_json_token();
+    if (!token.starts_with('"'))
+        return false;
+    if (const std::string_view content = contentOf(token); isPlainAscii(content)) {
+        result = QLatin1StringView(content.data(), static_cast<qsizetype>(content.size()));
+        simdjson::ondemand::raw_json_string passed;
+        return !value.get_raw_json_string().get(passed);
+    }
+    std::string_view text;
+    if (value.get_string().get(text))
+        return false;
+    result = QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
+    return true;
+}
+
+bool read(Value value, QUuid &result) {
+    std::string_view text;
+    if (value.get_string().get(text))
+        return false;
+    const std::optional<QUuid> uuid = parseUuid(text);
+    if (!uuid)
+        return false;
+    result = *uuid;
+    return true;
+}
+
+bool skip(Value value, int depth) {
+    json_type type{};
+    if (depth >= deepestNesting || value.type().get(type))
+        return false;
+    switch (type) {
+    case json_type::array: {
+        simdjson::ondemand::array array;
+        return !value.get_array().get(array) && skipArray(array, depth + 1);
+    }
+    case json_type::object: {
+        simdjson::ondemand::object object;
+        return !value.get_object().get(object) && skipObject(object, depth + 1);
+    }
+    case json_type::string: {
+        std::string_view text;
+        return !value.get_string().get(text);
+    }
+    case json_type::number: {
+        double number = 0.0;
+        return read(value, number);
+    }
+    case json_type::boolean: {
+        bool flag = false;
+        return read(value, flag);
+    }
+    case json_type::null:
+        return isNull(value);
+    }
+    return false;
+}
+
+bool isNull(Value value) {
+    bool null = false;
+    return !value.is_null().get(null) && null;
+}
+
+bool readDocument(QByteArrayView text, const std::function<bool(Value)> &read) {
+    // The parser reads past the end by as much.
+    const simdjson::padded_string padded(text.data(), static_cast<std::size_t>(text.size()));
+    simdjson::ondemand::parser parser;
+    simdjson::ondemand::document document;
+    Value value;
+    if (parser.iterate(padded).get(document) || document.get_value().get(value) || !read(value))
+        return false;
+    // Where all was read there is no location left to be at.
+    return document.current_location().error() == simdjson::OUT_OF_BOUNDS;
+}
+
+} // namespace tarne::json

@@ -1,0 +1,126 @@
+#include "DateFormatter.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+using namespace tarne;
+using namespace Qt::StringLiterals;
+
+namespace {
+
+Calendar calendarOf(const QString &locale) {
+    return Calendar(QTimeZone("Europe/Berlin"), QLocale(locale));
+}
+
+struct Formats {
+    Calendar calendar;
+    DateFormatter formatter{calendar};
+
+    explicit Formats(const QString &locale = u"en_US"_s) : calendar(calendarOf(locale)) {}
+    Date date(const DateComponents &components) const { return *calendar.date(components); }
+};
+
+} // namespace
+
+TEST(DateFormatter, WritesItsPatternsInEnglish) {
+    const Formats formats;
+    const Date date = formats.date({2026, 3, 2, 15, 30, 59});
+    EXPECT_EQ(formats.formatter.shortMonth(date), u"Mar"_s);
+    EXPECT_EQ(formats.formatter.monthAndDay(date), u"Mar 2"_s);
+    EXPECT_EQ(formats.formatter.monthDayAndYear(date), u"Mar 2, 2026"_s);
+    EXPECT_EQ(formats.formatter.weekdayName(date), u"Monday"_s);
+    EXPECT_EQ(formats.formatter.shortTime(date), u"3:30 PM"_s);
+    EXPECT_EQ(formats.formatter.fullDateAndShortTime(date), u"Monday, March 2, 2026 at 3:30 PM"_s);
+}
+
+TEST(DateFormatter, WritesInTheLanguageOfTheLocale) {
+    const Formats formats(u"de_DE"_s);
+    const Date date = formats.date({2026, 3, 2, 15, 30});
+    EXPECT_EQ(formats.formatter.weekdayName(date), u"Montag"_s);
+    EXPECT_EQ(formats.formatter.shortTime(date), u"15:30"_s);
+    EXPECT_EQ(formats.formatter.fullDateAndShortTime(date), u"Montag, 2. März 2026, 15:30"_s);
+}
+
+TEST(DateFormatter, WritesInTheDigitsOfTheLocale) {
+    const Formats formats(u"ar_EG"_s);
+    EXPECT_TRUE(
+        formats.formatter.monthDayAndYear(formats.date({2026, 3, 2})).endsWith(u"٢, ٢٠٢٦"_s));
+}
+
+TEST(DateFormatter, WritesTheDayAndTimeOfTheZone) {
+    const DateFormatter berlin(calendarOf(u"en_US"_s));
+    const Date lateInUtc = Date::fromUnixSeconds(1772494200.0); // 2026-03-02T23:30:00Z
+    EXPECT_EQ(berlin.monthAndDay(lateInUtc), u"Mar 3"_s);
+    EXPECT_EQ(berlin.shortTime(lateInUtc), u"12:30 AM"_s);
+}
+
+TEST(DateFormatter, ALabelWithAYearReadsBackAsItsDay) {
+    for (const char *locale : {"en_US", "de_DE", "ar_EG", "fa_IR", "ja_JP", "fr_FR", "ru_RU",
+                               "he_IL", "hi_IN", "vi_VN", "zh_CN", "cs_CZ"}) {
+        const Formats formats(QString::fromLatin1(locale));
+        for (int month = 1; month <= 12; ++month) {
+            for (const int day : {1, 2, 11, 12, 28}) {
+                const Date date = formats.date({2025, month, day, 18});
+                const QString label = formats.formatter.monthDayAndYear(date);
+                const auto read = formats.formatter.fromMonthDayAndYear(label);
+                ASSERT_TRUE(read.has_value()) << locale << ' ' << qPrintable(label);
+                EXPECT_EQ(*read, formats.calendar.startOfDay(date)) << locale;
+            }
+        }
+    }
+}
+
+TEST(DateFormatter, LabelsWithoutAYearAreOrderedByMonthAndDayBelowEveryYear) {
+    const Formats formats;
+    std::optional<Date> previous;
+    for (int month = 1; month <= 12; ++month) {
+        for (int day = 1; day <= QDate(2024, month, 1).daysInMonth(); ++day) {
+            const QString label =
+                formats.formatter.monthAndDay(formats.date({2024, month, day, 9}));
+            const auto read = formats.formatter.fromMonthAndDay(label);
+            ASSERT_TRUE(read.has_value()) << qPrintable(label);
+            EXPECT_TRUE(!previous || *previous < *read) << qPrintable(label);
+            EXPECT_LT(*read, *formats.formatter.fromMonthDayAndYear(u"Jan 1, 1970"_s));
+            previous = read;
+        }
+    }
+}
+
+TEST(DateFormatter, The29thOfFebruaryHasALabelThatReadsBack) {
+    const Formats formats;
+    EXPECT_TRUE(formats.formatter.fromMonthAndDay(u"Feb 29"_s).has_value());
+    EXPECT_TRUE(formats.formatter.fromMonthDayAndYear(u"Feb 29, 2024"_s).has_value());
+    EXPECT_FALSE(formats.formatter.fromMonthDayAndYear(u"Feb 29, 2026"_s).has_value());
+}
+
+TEST(DateFormatter, WeekdayLabelsAreOrderedAsInTheWeekOfTheLocale) {
+    for (const char *locale : {"en_US", "de_DE", "ar_EG"}) {
+        const Formats formats(QString::fromLatin1(locale));
+        const int first = formats.calendar.firstWeekday();
+        std::optional<Date> previous;
+        for (int i = 0; i < 7; ++i) {
+            // 2026-03-01 is a Sunday.
+            const Date date = formats.date({2026, 3, first + i});
+            const auto read =
+                formats.formatter.fromWeekdayName(formats.formatter.weekdayName(date));
+            ASSERT_TRUE(read.has_value()) << locale;
+            EXPECT_TRUE(!previous || *previous < *read) << locale;
+            EXPECT_LT(*read, Date::fromUnixSeconds(0));
+            previous = read;
+        }
+    }
+}
+
+TEST(DateFormatter, ATextOfAnotherFormDoesNotRead) {
+    const DateFormatter formatter(calendarOf(u"en_US"_s));
+    for (const QString &text :
+         {u""_s, u"Today"_s, u"Mar"_s, u"Mar x"_s, u"March 2"_s, u"mar 2"_s, u"Mar 32"_s,
+          u"Mar 2,2026"_s, u"Mar -2"_s, u" Mar 2"_s, u"Mar 2 "_s}) {
+        EXPECT_FALSE(formatter.fromMonthDayAndYear(text).has_value()) << qPrintable(text);
+        EXPECT_FALSE(formatter.fromMonthAndDay(text).has_value()) << qPrintable(text);
+        EXPECT_FALSE(formatter.fromWeekdayName(text).has_value()) << qPrintable(text);
+    }
+    EXPECT_FALSE(formatter.fromMonthAndDay(u"Mar 2, 2026"_s).has_value());
+    EXPECT_FALSE(formatter.fromMonthDayAndYear(u"Mar 2"_s).has_value());
+    EXPECT_FALSE(formatter.fromWeekdayName(u"monday"_s).has_value());
+}
