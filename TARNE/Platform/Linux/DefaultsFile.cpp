@@ -99,12 +99,10 @@ DefaultsFile::DefaultsFile(const QString &path, Access access) : m_database(open
 }
 
 void DefaultsFile::prepareForWriting() {
+    setMergesLogOnClose(false); // Until the file is known to be ours.
     const int version = schemaVersion(m_database);
-    if (version > defaultsSchemaVersion) {
-        // Left alone means its log, too, which closing would otherwise merge into the file.
-        sqlite3_db_config(m_database.getHandle(), SQLITE_DBCONFIG_NO_CKPT_ON_CLOSE, 1, nullptr);
+    if (version > defaultsSchemaVersion)
         throw DefaultsFault(DefaultsFault::Kind::Newer, "version " + std::to_string(version));
-    }
     // SQLite falls back to reading where it may not write, and says so only here.
     if (sqlite3_db_readonly(m_database.getHandle(), "main") != 0)
         throw DefaultsFault(DefaultsFault::Kind::Unavailable, "it cannot be written");
@@ -114,35 +112,44 @@ void DefaultsFile::prepareForWriting() {
     m_database.exec("PRAGMA journal_size_limit = 4194304");
     m_isNew = version == 0;
     migrateSchema(m_database);
+    setMergesLogOnClose(true);
+}
+
+void DefaultsFile::setMergesLogOnClose(bool merges) {
+    sqlite3_db_config(m_database.getHandle(), SQLITE_DBCONFIG_NO_CKPT_ON_CLOSE, merges ? 0 : 1,
+                      nullptr);
 }
 
 DefaultsValues DefaultsFile::load() {
-    return guarded([&] {
-        DefaultsValues values;
-        const int version = schemaVersion(m_database);
-        if (version == 0)
-            return values;
-        if (version == defaultsSchemaVersion)
-            checkIndex();
-        SQLite::Statement rows(m_database,
-                               "SELECT key, type, value, sum FROM defaults NOT INDEXED");
-        while (rows.executeStep()) {
-            const QString key = QString::fromStdString(rows.getColumn(0).getString());
-            const StoredValue stored(rows.getColumn(1).getString(), cellOf(rows.getColumn(2)));
-            const auto sum = rows.getColumn(3);
-            if (version == defaultsSchemaVersion && !sum.isNull() &&
-                sum.getInt64() != stored.checksum())
-                throw DefaultsFault(DefaultsFault::Kind::Damaged, "the value of " +
-                                                                      key.toStdString() +
-                                                                      " is not what was written");
-            if (const auto value = stored.decoded())
-                values.insert(key, *value);
-            else
-                qCWarning(storeLog).noquote() << "ignoring" << key << "in the defaults store:"
-                                              << "its value does not fit its type";
-        }
+    setMergesLogOnClose(false); // A damaged file is kept as it was found.
+    DefaultsValues values = guarded([&] { return checkedRows(); });
+    setMergesLogOnClose(true);
+    return values;
+}
+
+DefaultsValues DefaultsFile::checkedRows() {
+    DefaultsValues values;
+    const int version = schemaVersion(m_database);
+    if (version == 0)
         return values;
-    });
+    if (version == defaultsSchemaVersion)
+        checkIndex();
+    SQLite::Statement rows(m_database, "SELECT key, type, value, sum FROM defaults NOT INDEXED");
+    while (rows.executeStep()) {
+        const QString key = QString::fromStdString(rows.getColumn(0).getString());
+        const StoredValue stored(rows.getColumn(1).getString(), cellOf(rows.getColumn(2)));
+        const auto sum = rows.getColumn(3);
+        if (version == defaultsSchemaVersion && !sum.isNull() &&
+            sum.getInt64() != stored.checksum())
+            throw DefaultsFault(DefaultsFault::Kind::Damaged,
+                                "the value of " + key.toStdString() + " is not what was written");
+        if (const auto value = stored.decoded())
+            values.insert(key, *value);
+        else
+            qCWarning(storeLog).noquote() << "ignoring" << key << "in the defaults store:"
+                                          << "its value does not fit its type";
+    }
+    return values;
 }
 
 /// A key is in no checksum, but it stands twice in the file: in the table and in the table's index.

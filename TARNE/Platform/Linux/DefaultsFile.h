@@ -37,6 +37,8 @@ public:
 
 private:
     void prepareForWriting();
+    void setMergesLogOnClose(bool merges);
+    DefaultsValues checkedRows();
     void checkIndex();
 
     SQLite::Database m_database;

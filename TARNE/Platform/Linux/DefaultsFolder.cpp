@@ -27,10 +27,18 @@ constexpr mode_t privateFile = 0600;
 const QString logSuffix = u"-wal"_s;
 const QString sharedMemorySuffix = u"-shm"_s;
 
+/// Takes away what others may do; never gives back what the user took from himself.
+void takeAccessFromOthers(const char *name) {
+    struct stat status {};
+    constexpr mode_t others = S_IRWXG | S_IRWXO;
+    if (::stat(name, &status) == 0 && (status.st_mode & others) != 0)
+        ::chmod(name, status.st_mode & ~others & 07777);
+}
+
 void makePrivateFolder(const QString &path) {
     const QByteArray name = QFile::encodeName(path);
-    if (::mkdir(name.constData(), privateFolder) != 0 && errno == EEXIST)
-        ::chmod(name.constData(), privateFolder);
+    if (::mkdir(name.constData(), privateFolder) != 0)
+        takeAccessFromOthers(name.constData());
 }
 
 /// Makes what became of names in a folder survive a power cut.
@@ -79,8 +87,8 @@ void DefaultsFolder::createPrivateFile(const QString &path) {
         ::open(name.constData(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, privateFile);
     if (created >= 0)
         ::close(created);
-    else if (errno == EEXIST)
-        ::chmod(name.constData(), privateFile);
+    else
+        takeAccessFromOthers(name.constData());
 }
 
 void DefaultsFolder::removeFile(const QString &path) {

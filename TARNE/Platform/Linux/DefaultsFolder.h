@@ -28,7 +28,8 @@ public:
     /// DefaultsFault.
     QString setAsideAndReplace(Date now) const;
 
-    /// Creates an empty file with mode 0600 if there is none, and gives an existing one that mode.
+    /// Creates an empty file with mode 0600 if there is none, and takes an existing one's from
+    /// others.
     static void createPrivateFile(const QString &path);
     /// Removes a file that SQLite made, and its log.
     static void removeFile(const QString &path);

@@ -19,6 +19,7 @@ DefaultsWriter::DefaultsWriter(const DefaultsFolder &folder, OpenedDefaults open
       m_saving(opened.saving),
       m_now(now),
       m_copies(folder),
+      m_isRefused(m_saving == Saving::WholeFile), // The startup was, and has told so.
       m_thread([this] { run(); }) {}
 
 DefaultsWriter::~DefaultsWriter() {

@@ -63,7 +63,7 @@ private:
     Saving m_saving;
     Date m_now; ///< The moment of the latest batch.
     DailyCopies m_copies;
-    bool m_isRefused = false; ///< The last attempt failed, and standard error has been told.
+    bool m_isRefused; ///< The last attempt failed, and standard error has been told.
     bool m_hasReplacedFile = false;
 
     std::thread m_thread; ///< Last: it uses all of the above.

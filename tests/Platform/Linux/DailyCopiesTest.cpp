@@ -1,0 +1,96 @@
+#include "StoreTest.h"
+
+#include <SQLiteCpp/Statement.h>
+
+using namespace Qt::StringLiterals;
+
+namespace tarne::test {
+namespace {
+
+constexpr RunLoop::Seconds day{86400.0};
+
+class DailyCopiesTest : public StoreTest {
+protected:
+    /// Starts and ends a run that leaves `text` as preferences.
+    void run(const QByteArray &text) {
+        open().setObject(preferencesKey, text);
+        close();
+    }
+    QStringList copies() const { return filesIn(copiesFolder()); }
+};
+
+TEST_F(DailyCopiesTest, AreMadeAtTheFirstStartOfADayOfWhatTheLastRunLeft) {
+    run("first");
+    time.advance(day);
+    run("second");
+    ASSERT_EQ(copies(), QStringList{u"defaults-2026-03-03.sqlite"_s});
+    const SQLite::Database copy((copiesFolder() + u'/' + copies().constFirst()).toStdString());
+    SQLite::Statement value(copy, "SELECT CAST(value AS TEXT) FROM defaults");
+    ASSERT_TRUE(value.executeStep());
+    EXPECT_EQ(value.getColumn(0).getString(), "first");
+}
+
+TEST_F(DailyCopiesTest, AreSingleFiles) {
+    run("first");
+    run("second");
+    const QByteArray copy = bytesOf(copiesFolder() + u'/' + copies().constFirst());
+    constexpr qsizetype journalModeOffset = 18; // 1: no log beside the file.
+    EXPECT_EQ(copy.at(journalModeOffset), 1);
+    EXPECT_EQ(copy.at(journalModeOffset + 1), 1);
+}
+
+TEST_F(DailyCopiesTest, AreMadeOnceADay) {
+    run("first");
+    run("second");
+    const QByteArray before = bytesOf(copiesFolder() + u'/' + copies().constFirst());
+    run("third");
+    ASSERT_EQ(copies().size(), 1);
+    EXPECT_EQ(bytesOf(copiesFolder() + u'/' + copies().constFirst()), before);
+}
+
+TEST_F(DailyCopiesTest, AreMadeInARunThatGoesOnForDays) {
+    open();
+    for (int number = 0; number < 3; ++number) {
+        store().setObject(preferencesKey, QByteArray::number(number));
+        store().synchronize();
+        runPosted();
+        EXPECT_TRUE(eventually([&] { return copies().size() == number + 1; }));
+        time.advance(day);
+    }
+}
+
+TEST_F(DailyCopiesTest, AreNotMadeOfAStoreWithNothingToRestore) {
+    open().setObject(timerKey, time.now());
+    close();
+    EXPECT_EQ(copies(), QStringList());
+}
+
+TEST_F(DailyCopiesTest, AreKeptForTheLatestSevenDays) {
+    for (int number = 0; number < 10; ++number) {
+        run(QByteArray::number(number));
+        time.advance(day);
+    }
+    EXPECT_EQ(copies().size(), 7);
+    EXPECT_EQ(copies().constFirst(), u"defaults-2026-03-05.sqlite"_s);
+    EXPECT_EQ(copies().constLast(), u"defaults-2026-03-11.sqlite"_s);
+}
+
+TEST_F(DailyCopiesTest, LeaveOutACopyThatAKillCutShort) {
+    run("first");
+    run("second");
+    overwrite(copiesFolder() + u"/unfinished.sqlite"_s, 0, "half a copy");
+    time.advance(day);
+    run("third");
+    EXPECT_EQ(copies(),
+              (QStringList{u"defaults-2026-03-02.sqlite"_s, u"defaults-2026-03-03.sqlite"_s}));
+}
+
+TEST_F(DailyCopiesTest, AreNotMadeAtAMomentOutsideTheCalendar) {
+    time.setWallClock(Date::fromReferenceSeconds(1e300));
+    run("first");
+    EXPECT_EQ(copies(), QStringList());
+    EXPECT_EQ(open().dataForKey(preferencesKey), QByteArray("first"));
+}
+
+} // namespace
+} // namespace tarne::test
