@@ -46,6 +46,7 @@ bool QtRunLoop::event(QEvent *event) {
 }
 
 void QtRunLoop::runDueBlocks() {
+    m_endedTimers.clear();
     // Only what is due on entry: a block that posts itself anew must not starve the event loop.
     const MonotonicTime limit = steady_clock::now();
     const auto takeDue = [&]() -> std::shared_ptr<Block> {
@@ -87,8 +88,8 @@ void QtRunLoop::invalidate(Timer timer) {
     if (found == m_timers.end())
         return;
     found->second->stop();
-    // The block that is running now belongs to the connection: delete it when it has returned.
-    found->second.release()->deleteLater();
+    // The block may be running right now, on the timer's own signal.
+    m_endedTimers.push_back(std::move(found->second));
     m_timers.erase(found);
 }
 

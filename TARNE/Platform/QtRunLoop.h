@@ -60,6 +60,8 @@ private:
     QTimer m_wakeUp;
     std::unordered_map<quint64, std::unique_ptr<QTimer>> m_timers;
     quint64 m_nextTimer = 1;
+    /// Invalidated timers, until none of them can be on the stack.
+    std::vector<std::unique_ptr<QTimer>> m_endedTimers;
 };
 
 } // namespace tarne

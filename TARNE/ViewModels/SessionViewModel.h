@@ -15,8 +15,9 @@
 
 #include <QHash>
 #include <QObject>
+#include <QPointer>
+#include <QVariantMap>
 
-#include <array>
 #include <memory>
 #include <optional>
 #include <vector>
@@ -50,10 +51,10 @@ struct SessionPlatform {
 /// | paused  | present        | false         | false                               | no effect   |
 /// | run out | present        | false         | true until the timer screen appears | none        |
 ///
-/// A run holds two of them (see docs/architecture.md). Main thread only, but for
-/// `getCurrentSessionGoals`. The sources: SessionViewModel.cpp (construction, preferences,
-/// session), SessionCountdown.cpp, SessionPersistence.cpp (timer keys and restoration),
-/// SessionHistory.cpp, SessionSharing.cpp (what the extension reads).
+/// A run holds two of them (see docs/architecture.md). Main thread only. The sources:
+/// SessionViewModel.cpp (construction, preferences, session), SessionCountdown.cpp,
+/// SessionPersistence.cpp (timer keys and restoration), SessionHistory.cpp, SessionSharing.cpp
+/// (what the extension reads).
 class SessionViewModel : public QObject {
     Q_OBJECT
 
@@ -64,7 +65,9 @@ public:
 
     // Observable state. Every change is followed by its signal.
 
-    [[nodiscard]] const std::optional<FocusSession> &currentSession() const { return m_currentSession; }
+    [[nodiscard]] const std::optional<FocusSession> &currentSession() const {
+        return m_currentSession;
+    }
     [[nodiscard]] const UserPreferences &userPreferences() const { return m_userPreferences; }
     /// Seconds, never negative.
     [[nodiscard]] double timeRemaining() const { return m_timeRemaining; }
@@ -104,9 +107,15 @@ public:
 
     // Timer persistence.
 
+    /// Writes the four timer keys while a count-down has a start.
     void saveTimerState();
+    /// Goes on with a stored count-down, or puts one that ran out while the application was away
+    /// into the history.
     void restoreTimerState();
+    /// Removes the timer keys and empties the session keys.
     void clearTimerState();
+    /// Takes the time left from the wall clock, after the machine woke or the application became
+    /// active. The change arrives over the main queue.
     void syncTimerWithRealTime();
 
     // History.
@@ -121,8 +130,10 @@ public:
 
     // What the extension reads.
 
+    void setupSharedData();
     void updateSharedData();
-
+    /// The state for the local goals API. Reads without a lock, also from the server's queue.
+    [[nodiscard]] QVariantMap getCurrentSessionGoals() const;
 Q_SIGNALS:
     void currentSessionChanged();
     void userPreferencesChanged();
@@ -130,6 +141,49 @@ Q_SIGNALS:
     void progressChanged(double progress);
     void isTimerActiveChanged(bool active);
     void isTimerCompleteChanged(bool complete);
+
+private:
+    void setCurrentSession(std::optional<FocusSession> session);
+    void setUserPreferences(UserPreferences preferences);
+    void setTimeRemaining(double seconds);
+    void setProgress(double progress);
+    void setTimerActive(bool active);
+
+    void setupNotificationObservers();
+    void handleSleepNotification();
+    void handleWakeNotification();
+    void handleAppWillResignActive();
+    void handleAppDidBecomeActive();
+    void requestNotificationPermissions();
+
+    void startInternalTimer();
+    void tick();
+    void scheduleCompletionNotification();
+    void cancelCompletionNotification();
+    void setupBackgroundActivity();
+    /// Seconds left by the wall clock, never negative. The count-down must have started.
+    [[nodiscard]] double remainingByWallClock() const;
+
+    void handleCompletedSessionOnRestore(const QString &savedGoal, double savedDuration,
+                                         Date startTime);
+    [[nodiscard]] bool isSessionActive() const;
+    void writeEmptySessionKeys();
+
+    SessionPlatform m_platform;
+
+    std::optional<FocusSession> m_currentSession;
+    UserPreferences m_userPreferences;
+    double m_timeRemaining = 0.0;
+    double m_progress = 1.0;
+    bool m_isTimerActive = false;
+    bool m_isTimerComplete = false;
+
+    RunLoop::Timer m_timer = RunLoop::Timer::None; ///< The tick.
+    double m_originalDuration = 0.0; ///< Seconds; the length of the running count-down.
+    std::unique_ptr<BackgroundActivity> m_backgroundActivity;
+    /// Wall-clock start of the count-down, the base of all arithmetic.
+    std::optional<Date> m_sessionStartTime;
+    std::vector<NotificationCenter::Registration> m_observers;
 };
 
 } // namespace tarne

@@ -1,0 +1,144 @@
+// The count-down of a session: started, ticking, paused, stopped, run out.
+
+#include "SessionViewModel.h"
+
+#include "UuidText.h"
+
+#include <QUuid>
+
+#include <algorithm>
+#include <chrono>
+#include <cmath>
+
+using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
+
+namespace tarne {
+
+void SessionViewModel::startTimer(double durationSeconds) {
+    stopTimer();
+    m_originalDuration = durationSeconds;
+    setTimeRemaining(durationSeconds);
+    setProgress(1.0);
+    setTimerActive(true);
+    setTimerComplete(false);
+    m_sessionStartTime = m_platform.clock.now();
+    saveTimerState();
+    scheduleCompletionNotification();
+    setupBackgroundActivity();
+    startInternalTimer();
+}
+
+void SessionViewModel::startInternalTimer() {
+    m_platform.runLoop.invalidate(m_timer);
+    m_timer = m_platform.runLoop.scheduleRepeating(1s, [self = QPointer(this)] {
+        if (self)
+            self->tick();
+    });
+}
+
+double SessionViewModel::remainingByWallClock() const {
+    const double elapsed = m_platform.clock.now() - *m_sessionStartTime;
+    // In this order a length that is no number counts as run out.
+    return std::max(0.0, m_originalDuration - elapsed);
+}
+
+void SessionViewModel::tick() {
+    // A paused controller's timer goes on firing and does nothing.
+    if (!m_isTimerActive || !m_sessionStartTime)
+        return;
+    const double remaining = remainingByWallClock();
+    setTimeRemaining(remaining);
+    setProgress(remaining / m_originalDuration);
+    saveTimerState();
+    // The tick does not fall on whole seconds: a cue may be missed or given twice, which is fine.
+    const double minutes = std::trunc(remaining / 60);
+    const double seconds = std::trunc(std::fmod(remaining, 60));
+    if ((minutes == 1 && seconds == 0) || (minutes == 0 && (seconds == 30 || seconds == 10)))
+        provideHapticFeedback();
+    if (remaining <= 0)
+        timerCompleted();
+}
+
+void SessionViewModel::pauseTimer() {
+    setTimerActive(false);
+}
+
+void SessionViewModel::resumeTimer() {
+    setTimerActive(true);
+}
+
+void SessionViewModel::stopTimer() {
+    m_platform.runLoop.invalidate(std::exchange(m_timer, RunLoop::Timer::None));
+    setTimerActive(false);
+    setTimeRemaining(m_originalDuration);
+    setProgress(1.0);
+    m_sessionStartTime.reset();
+    clearTimerState();
+    cancelCompletionNotification();
+    if (m_backgroundActivity)
+        m_backgroundActivity->invalidate();
+    m_backgroundActivity.reset();
+}
+
+void SessionViewModel::timerCompleted() {
+    setTimerActive(false);
+    setTimerComplete(true);
+    setProgress(0.0);
+    setTimeRemaining(0.0);
+    provideHapticFeedback();
+    provideHapticFeedback();
+    if (m_currentSession) {
+        FocusSession finished = *m_currentSession;
+        finished.duration = m_originalDuration;
+        finished.endTime = m_platform.clock.now();
+        finished.reflection.reset();
+        finished.completed = true;
+        setCurrentSession(finished);
+        saveSessionToHistory(finished);
+        m_platform.log.line(u"📱 Timer completed - session automatically saved to history: "_s +
+                            finished.goal);
+    }
+    m_platform.runLoop.invalidate(std::exchange(m_timer, RunLoop::Timer::None));
+    // The scheduled notification stays: whoever is at the machine gets both.
+    m_platform.userNotifications.add(
+        {.identifier = uuidString(QUuid::createUuid()),
+         .content = {.title = u"Session Complete"_s,
+                     .body = u"Great job! Your session is complete."_s},
+         .trigger = std::nullopt},
+        [](const std::optional<QString> &) {});
+}
+
+void SessionViewModel::provideHapticFeedback() {
+    m_platform.haptics.performLevelChange();
+}
+
+void SessionViewModel::scheduleCompletionNotification() {
+    if (!m_sessionStartTime)
+        return;
+    m_platform.userNotifications.removeAllPendingNotificationRequests();
+    const Date end = *m_sessionStartTime + m_originalDuration;
+    m_platform.userNotifications.add(
+        {.identifier = u"timer-completion"_s,
+         .content = {.title = u"Session Complete! 🎉"_s,
+                     .body = u"Great job! Your focus session is complete."_s},
+         .trigger = m_platform.calendar().dateComponents(end)},
+        [&log = m_platform.log](const std::optional<QString> &error) {
+            if (error)
+                log.line(u"Failed to schedule notification: "_s + *error);
+        });
+}
+
+void SessionViewModel::cancelCompletionNotification() {
+    m_platform.userNotifications.removeAllPendingNotificationRequests();
+}
+
+void SessionViewModel::setupBackgroundActivity() {
+    m_backgroundActivity = m_platform.backgroundActivities.makeActivity(u"com.tarne.timer"_s);
+    m_backgroundActivity->schedule([&runLoop = m_platform.runLoop, duration = m_originalDuration](
+                                       const BackgroundActivity::Finished &finished) {
+        runLoop.asyncAfter(RunLoop::Seconds(duration), finished);
+    });
+}
+
+} // namespace tarne

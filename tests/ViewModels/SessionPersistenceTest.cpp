@@ -1,0 +1,377 @@
+#include "SessionFixture.h"
+
+using namespace Qt::StringLiterals;
+
+namespace tarne {
+namespace {
+
+using testing::Contains;
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+class SessionPersistence : public test::SessionTest {
+protected:
+    static QStringList clearing() {
+        return {u"-TimerStartTime"_s, u"-TimerOriginalDuration"_s,
+                u"-TimerIsActive"_s,  u"-TimerSessionGoal"_s,
+                u"SessionActive"_s,   u"SessionGoals"_s,
+                u"SessionId"_s,       u"TimeRemaining"_s,
+                u"SessionDuration"_s, u"SessionProgress"_s,
+                u"synchronize"_s};
+    }
+    static QStringList saving() {
+        return {u"TimerStartTime"_s, u"TimerOriginalDuration"_s, u"TimerIsActive"_s,
+                u"TimerSessionGoal"_s};
+    }
+};
+
+TEST_F(SessionPersistence, WritesTheFourKeysInTheirOrderOnceASecondWhileCounting) {
+    start(u"Review"_s, 300);
+    defaults.takeWrites();
+    controller().saveTimerState();
+    EXPECT_EQ(defaults.takeWrites(), saving()) << "and the store is not forced to disk";
+    EXPECT_EQ(defaults.doubleForKey(keys::timerOriginalDuration), 300.0);
+    EXPECT_EQ(defaults.objectForKey(keys::timerIsActive), DefaultsValue(true));
+    EXPECT_EQ(defaults.stringForKey(keys::timerSessionGoal), u"Review"_s);
+}
+
+TEST_F(SessionPersistence, WritesNothingWithoutACountdown) {
+    controller();
+    defaults.takeWrites();
+    controller().saveTimerState();
+    EXPECT_THAT(defaults.takeWrites(), IsEmpty());
+}
+
+TEST_F(SessionPersistence, WritesAnEmptyGoalForACountdownWithoutASession) {
+    controller().startTimer(300);
+    EXPECT_EQ(defaults.objectForKey(keys::timerSessionGoal), DefaultsValue(QString()));
+}
+
+TEST_F(SessionPersistence, ClearingRemovesTheKeysEmptiesTheSessionKeysAndForcesTheStore) {
+    start(u"Review"_s, 300);
+    pass(2);
+    const auto lastUpdate = defaults.doubleForKey(keys::lastUpdate);
+    defaults.takeWrites();
+    controller().clearTimerState();
+    EXPECT_EQ(defaults.takeWrites(), clearing());
+    EXPECT_EQ(defaults.objectForKey(keys::sessionActive), DefaultsValue(qint64{0}));
+    EXPECT_EQ(defaults.objectForKey(keys::sessionGoals), DefaultsValue(QString()));
+    EXPECT_EQ(defaults.objectForKey(keys::sessionId), DefaultsValue(QString()));
+    EXPECT_EQ(defaults.objectForKey(keys::timeRemaining), DefaultsValue(0.0));
+    EXPECT_EQ(defaults.objectForKey(keys::sessionDuration), DefaultsValue(0.0));
+    EXPECT_EQ(defaults.objectForKey(keys::sessionProgress), DefaultsValue(0.0));
+    EXPECT_EQ(defaults.doubleForKey(keys::lastUpdate), lastUpdate);
+}
+
+TEST_F(SessionPersistence, StartingWritesPreferencesThenClearsThenSaves) {
+    controller();
+    defaults.takeWrites();
+    start(u"Review"_s, 300);
+    EXPECT_EQ(defaults.takeWrites(),
+              QStringList{u"UserPreferences"_s} + clearing() + clearing() + clearing() + saving());
+}
+
+TEST_F(SessionPersistence, EndingWritesTheHistoryThenClearsTwiceThenPublishes) {
+    start(u"Review"_s, 300);
+    defaults.takeWrites();
+    controller().endSession(std::nullopt, true);
+    EXPECT_EQ(defaults.takeWrites(),
+              QStringList{u"SessionHistory"_s} + clearing() + clearing() + clearing().sliced(4));
+}
+
+TEST_F(SessionPersistence, ARelaunchWithTimeLeftGoesOnWhereTheWallClockPutsIt) {
+    start(u"Write report, Review"_s, 900);
+    pass(300);
+    const FocusSession before = *controller().currentSession();
+    crash();
+    pass(240);
+    EXPECT_TRUE(controller().isTimerActive());
+    EXPECT_FALSE(controller().isTimerComplete());
+    EXPECT_DOUBLE_EQ(controller().timeRemaining(), 360.0);
+    EXPECT_DOUBLE_EQ(controller().progress(), 0.4);
+    const FocusSession &restored = *controller().currentSession();
+    EXPECT_EQ(restored.goal, u"Write report, Review"_s);
+    EXPECT_EQ(texts(restored.goals), (QStringList{u"Write report"_s, u"Review"_s}));
+    EXPECT_EQ(restored.duration, 900.0);
+    EXPECT_EQ(restored.startTime, time.now()) << "not the stored start";
+    EXPECT_NE(restored.id, before.id);
+    EXPECT_NE(restored.goals[0].id, before.goals[0].id);
+    EXPECT_FALSE(restored.endTime);
+    EXPECT_FALSE(restored.completed);
+    EXPECT_EQ(defaults.dateForKey(keys::timerStartTime), time.now() - 540);
+}
+
+TEST_F(SessionPersistence, ARestoredCountdownTicksAndRunsOut) {
+    storeCountdown(100, 300, u"Review"_s);
+    controller();
+    pass(10);
+    EXPECT_DOUBLE_EQ(controller().timeRemaining(), 190.0);
+    pass(190);
+    EXPECT_TRUE(controller().isTimerComplete());
+    EXPECT_EQ(history().size(), 1u);
+}
+
+TEST_F(SessionPersistence, ARestoredCountdownSchedulesNoNotificationAndNoActivity) {
+    storeCountdown(100, 300, u"Review"_s);
+    controller();
+    EXPECT_TRUE(userNotifications.added.empty());
+    EXPECT_TRUE(activities.activities.empty());
+    EXPECT_THAT(userNotifications.calls, IsEmpty()) << "a pending one of the last run stays";
+}
+
+TEST_F(SessionPersistence, ARestoredSessionTakesTheBlockListsOfThePreferences) {
+    UserPreferences preferences;
+    preferences.defaultBlockedApps = {u"Mail"_s};
+    preferences.defaultBlockedWebsites = {u"news.example"_s};
+    preferences.save(defaults);
+    storeCountdown(100, 300, u"Review"_s);
+    EXPECT_EQ(controller().currentSession()->blockedApps, QStringList{u"Mail"_s});
+    EXPECT_EQ(controller().currentSession()->blockedWebsites, QStringList{u"news.example"_s});
+}
+
+TEST_F(SessionPersistence, ARelaunchAfterTheEndPutsTheSessionIntoTheHistory) {
+    start(u"Review"_s, 900);
+    pass(300);
+    crash();
+    log.takeLines();
+    pass(660);
+    controller();
+    EXPECT_THAT(log.takeLines(),
+                ElementsAre(u"📱 Added new session to history: Review"_s,
+                            u"📱 Restored completed session saved to history: Review"_s,
+                            u"📱 Session data cleared: Active=0, Goals='', TimeRemaining=0"_s,
+                            u"📱 TARNE SessionViewModel initialized - Safari extension can access "
+                            u"via shared UserDefaults"_s));
+    ASSERT_EQ(history().size(), 1u);
+    EXPECT_EQ(history()[0].sessionDate, time.now() - 60) << "when it would have ended";
+    EXPECT_EQ(history()[0].reflection, QString());
+    EXPECT_EQ(history()[0].goals[0].status, std::nullopt);
+    EXPECT_FALSE(controller().currentSession());
+    EXPECT_FALSE(controller().isTimerActive());
+    EXPECT_FALSE(controller().isTimerComplete()) << "no completion animation, no reflection sheet";
+    EXPECT_EQ(controller().timeRemaining(), 0.0);
+    EXPECT_EQ(controller().progress(), 1.0);
+    EXPECT_FALSE(defaults.objectForKey(keys::timerStartTime));
+}
+
+TEST_F(SessionPersistence, ARunOutThatWasNeverWrappedUpStaysOneEntryAfterARelaunch) {
+    start(u"Review"_s, 300);
+    pass(300);
+    crash();
+    pass(5000);
+    controller();
+    ASSERT_EQ(history().size(), 1u);
+    EXPECT_EQ(history()[0].sessionDate, time.now() - 5000);
+}
+
+TEST_F(SessionPersistence, AnInactiveStoredCountdownIsNotRestoredAndStays) {
+    storeCountdown(10, 300, u"Review"_s);
+    defaults.setObject(keys::timerIsActive, false);
+    controller();
+    EXPECT_FALSE(controller().currentSession());
+    EXPECT_TRUE(defaults.dateForKey(keys::timerStartTime));
+    EXPECT_EQ(defaults.objectForKey(keys::timerIsActive), DefaultsValue(false));
+}
+
+TEST_F(SessionPersistence, AStartTimeThatIsNoDateIsNotRestored) {
+    storeCountdown(10, 300, u"Review"_s);
+    defaults.setObject(keys::timerStartTime, 794145600.0);
+    controller();
+    EXPECT_FALSE(controller().currentSession());
+    EXPECT_TRUE(history().empty());
+}
+
+TEST_F(SessionPersistence, AnIntegerCountsAsTheActiveFlag) {
+    storeCountdown(10, 300, u"Review"_s);
+    defaults.setObject(keys::timerIsActive, qint64{1});
+    EXPECT_TRUE(controller().isTimerActive());
+}
+
+TEST_F(SessionPersistence, AMissingLengthCountsAsRunOut) {
+    storeCountdown(10, 300, u"Review"_s);
+    defaults.removeObjectForKey(keys::timerOriginalDuration);
+    EXPECT_FALSE(controller().isTimerActive());
+    ASSERT_EQ(history().size(), 1u);
+    EXPECT_EQ(history()[0].duration, 0.0);
+    EXPECT_EQ(history()[0].sessionDate, time.now() - 10);
+}
+
+TEST_F(SessionPersistence, AMissingGoalReadsAsTheEmptyText) {
+    storeCountdown(10, 300, u"Review"_s);
+    defaults.removeObjectForKey(keys::timerSessionGoal);
+    EXPECT_EQ(controller().currentSession()->goal, QString());
+    EXPECT_TRUE(controller().currentSession()->goals.empty());
+}
+
+TEST_F(SessionPersistence, AStartInTheFutureGivesMoreThanTheLength) {
+    storeCountdown(-1000, 300, u"Review"_s);
+    EXPECT_DOUBLE_EQ(controller().timeRemaining(), 1300.0);
+    EXPECT_DOUBLE_EQ(controller().progress(), 1300.0 / 300.0);
+    EXPECT_TRUE(controller().isTimerActive());
+}
+
+TEST_F(SessionPersistence, ANegativeOrAbsurdLengthCountsAsRunOut) {
+    for (const double length : {-300.0, std::numeric_limits<double>::quiet_NaN()}) {
+        storeCountdown(10, length, u"Review"_s);
+        EXPECT_FALSE(controller().isTimerActive());
+        EXPECT_FALSE(defaults.objectForKey(keys::timerStartTime));
+        crash();
+    }
+}
+
+TEST_F(SessionPersistence, ARelaunchWhilePausedResumesCounting) {
+    start(u"Review"_s, 600);
+    pass(100);
+    controller().pauseTimer();
+    pass(50);
+    crash();
+    pass(50);
+    EXPECT_TRUE(controller().isTimerActive());
+    EXPECT_DOUBLE_EQ(controller().timeRemaining(), 400.0) << "the pause is gone";
+}
+
+TEST_F(SessionPersistence, RestoredGoalsAreUnrated) {
+    start(u"Review"_s, 600);
+    controller().updateGoalStatuses(
+        {{controller().currentSession()->goals[0].id, GoalStatus::completed}});
+    crash();
+    EXPECT_EQ(controller().currentSession()->goals[0].status, std::nullopt);
+}
+
+class SessionSync : public test::SessionTest {};
+
+TEST_F(SessionSync, TakesTheTimeFromTheWallClockOverTheMainQueue) {
+    start(u"Review"_s, 300);
+    pass(10);
+    time.sleep(Seconds(100));
+    center.post(notifications::didWake);
+    EXPECT_DOUBLE_EQ(controller().timeRemaining(), 290.0) << "not before the hop";
+    time.runPending();
+    EXPECT_DOUBLE_EQ(controller().timeRemaining(), 190.0);
+    EXPECT_DOUBLE_EQ(controller().progress(), 190.0 / 300.0);
+}
+
+TEST_F(SessionSync, HappensWhenTheApplicationBecomesActive) {
+    start(u"Review"_s, 300);
+    time.sleep(Seconds(100));
+    center.post(notifications::didBecomeActive);
+    time.runPending();
+    EXPECT_DOUBLE_EQ(controller().timeRemaining(), 200.0);
+}
+
+TEST_F(SessionSync, DoesNotSaveTheTimerState) {
+    start(u"Review"_s, 300);
+    time.sleep(Seconds(100));
+    defaults.takeWrites();
+    controller().syncTimerWithRealTime();
+    time.runPending();
+    EXPECT_THAT(defaults.takeWrites(), IsEmpty());
+}
+
+TEST_F(SessionSync, CompletesASessionWhoseTimeHasPassed) {
+    start(u"Review"_s, 300);
+    time.sleep(Seconds(400));
+    controller().syncTimerWithRealTime();
+    time.runPending();
+    EXPECT_TRUE(controller().isTimerComplete());
+    EXPECT_EQ(history().size(), 1u);
+}
+
+TEST_F(SessionSync, DoesNotCompleteTwice) {
+    start(u"Review"_s, 300);
+    time.sleep(Seconds(400));
+    controller().syncTimerWithRealTime();
+    controller().syncTimerWithRealTime();
+    time.runPending();
+    EXPECT_EQ(haptics.count, 2) << "one run-out's worth";
+    EXPECT_EQ(controller().timeRemaining(), 0.0);
+    EXPECT_EQ(controller().progress(), 0.0);
+}
+
+TEST_F(SessionSync, WithARunOutInBetweenSetsTheValuesAndDoesNotCompleteAgain) {
+    start(u"Review"_s, 300);
+    time.sleep(Seconds(100));
+    controller().syncTimerWithRealTime();
+    controller().timerCompleted();
+    const int cues = haptics.count;
+    time.runPending();
+    EXPECT_EQ(haptics.count, cues);
+    EXPECT_DOUBLE_EQ(controller().timeRemaining(), 200.0) << "what was worked out before the hop";
+}
+
+TEST_F(SessionSync, DoesNothingWhilePausedOrIdle) {
+    controller().syncTimerWithRealTime();
+    EXPECT_EQ(time.pendingBlockCount(), 0u);
+    start(u"Review"_s, 300);
+    controller().pauseTimer();
+    const auto pending = time.pendingBlockCount();
+    controller().syncTimerWithRealTime();
+    EXPECT_EQ(time.pendingBlockCount(), pending);
+}
+
+TEST_F(SessionSync, IsDroppedWhenTheControllerGoesBeforeTheHop) {
+    start(u"Review"_s, 300);
+    time.sleep(Seconds(400));
+    controller().syncTimerWithRealTime();
+    crash();
+    time.runPending();
+    EXPECT_EQ(haptics.count, 0);
+}
+
+/// What a run with its two controllers does.
+class TwoControllers : public test::SessionTest {
+protected:
+    /// Makes the second controller `phase` seconds after the first.
+    void launch(double phase = 0.0) {
+        first = std::make_unique<SessionViewModel>(platform());
+        pass(phase);
+        second = std::make_unique<SessionViewModel>(platform());
+    }
+
+    std::unique_ptr<SessionViewModel> first;
+    std::unique_ptr<SessionViewModel> second;
+};
+
+TEST_F(TwoControllers, BothRestoreACountdownWithTimeLeft) {
+    storeCountdown(100, 300, u"Review"_s);
+    launch();
+    EXPECT_TRUE(first->isTimerActive());
+    EXPECT_TRUE(second->isTimerActive());
+    EXPECT_NE(first->currentSession()->id, second->currentSession()->id);
+}
+
+TEST_F(TwoControllers, TheOtherGoesOnAfterTheUsersHasEndedAndSavesItsOwn) {
+    storeCountdown(100, 600, u"Review"_s);
+    launch(0.4);
+    second->endSession(std::nullopt, true);
+    EXPECT_FALSE(defaults.objectForKey(keys::timerStartTime));
+    pass(1);
+    EXPECT_TRUE(defaults.dateForKey(keys::timerStartTime)) << "the keys are back within a second";
+    EXPECT_EQ(first->loadSessionHistory().size(), 1u);
+    pass(600);
+    EXPECT_TRUE(first->isTimerComplete());
+    EXPECT_EQ(first->loadSessionHistory().size(), 2u);
+    EXPECT_EQ(userNotifications.added.back().content.title, u"Session Complete"_s);
+}
+
+TEST_F(TwoControllers, TheFirstSavesAndClearsASessionThatRanOutWhileAway) {
+    storeCountdown(400, 300, u"Review"_s);
+    launch();
+    EXPECT_EQ(first->loadSessionHistory().size(), 1u);
+    EXPECT_EQ(log.lines().count(u"📱 Restored completed session saved to history: Review"_s), 1);
+}
+
+TEST_F(TwoControllers, TheKeysAlternateBetweenTheTwoWriters) {
+    launch(0.4);
+    second->startSession(second->createSession(u"Review"_s, 300));
+    std::vector<qint64> seen;
+    for (int i = 0; i < 4; ++i) {
+        pass(0.5);
+        seen.push_back(defaults.integerForKey(keys::sessionActive));
+    }
+    EXPECT_THAT(seen, Contains(0));
+    EXPECT_THAT(seen, Contains(1));
+}
+
+} // namespace
+} // namespace tarne

@@ -1,0 +1,133 @@
+#include "SessionFixture.h"
+
+#include "UuidText.h"
+
+using namespace Qt::StringLiterals;
+
+namespace tarne {
+namespace {
+
+using testing::ElementsAre;
+
+class SessionSharing : public test::SessionTest {
+protected:
+    void expectEmptyKeys() {
+        EXPECT_EQ(defaults.objectForKey(keys::sessionActive), DefaultsValue(qint64{0}));
+        EXPECT_EQ(defaults.objectForKey(keys::sessionGoals), DefaultsValue(QString()));
+        EXPECT_EQ(defaults.objectForKey(keys::sessionId), DefaultsValue(QString()));
+        EXPECT_EQ(defaults.objectForKey(keys::timeRemaining), DefaultsValue(0.0));
+        EXPECT_EQ(defaults.objectForKey(keys::sessionDuration), DefaultsValue(0.0));
+        EXPECT_EQ(defaults.objectForKey(keys::sessionProgress), DefaultsValue(0.0));
+    }
+};
+
+TEST_F(SessionSharing, PublishesEmptyValuesFromTheFirstSecondWithoutAnUpdateTime) {
+    controller();
+    expectEmptyKeys();
+    pass(10);
+    EXPECT_FALSE(defaults.objectForKey(keys::lastUpdate));
+}
+
+TEST_F(SessionSharing, PublishesARunningSessionOnceASecondInTheOrderOfTheKeys) {
+    start(u"Write report, Review, "_s, 300);
+    const QUuid id = controller().currentSession()->id;
+    pass(0.5);
+    defaults.takeWrites();
+    controller().updateSharedData();
+    EXPECT_THAT(defaults.takeWrites(),
+                ElementsAre(u"SessionActive"_s, u"SessionGoals"_s, u"SessionId"_s,
+                            u"TimeRemaining"_s, u"SessionDuration"_s, u"SessionProgress"_s,
+                            u"LastUpdate"_s, u"synchronize"_s));
+    EXPECT_EQ(defaults.objectForKey(keys::sessionActive), DefaultsValue(qint64{1}));
+    EXPECT_EQ(defaults.objectForKey(keys::sessionGoals), DefaultsValue(u"Write report, Review"_s));
+    EXPECT_EQ(defaults.objectForKey(keys::sessionId), DefaultsValue(uuidString(id)));
+    EXPECT_EQ(defaults.objectForKey(keys::timeRemaining), DefaultsValue(300.0));
+    EXPECT_EQ(defaults.objectForKey(keys::sessionDuration), DefaultsValue(300.0));
+    EXPECT_EQ(defaults.objectForKey(keys::sessionProgress), DefaultsValue(1.0));
+    EXPECT_EQ(defaults.objectForKey(keys::lastUpdate),
+              DefaultsValue(time.now().secondsSince1970()));
+}
+
+TEST_F(SessionSharing, LogsOneLineASecondForTheWholeLife) {
+    controller();
+    log.takeLines();
+    pass(2);
+    const QString cleared = u"📱 Session data cleared: Active=0, Goals='', TimeRemaining=0"_s;
+    EXPECT_THAT(log.takeLines(), ElementsAre(cleared, cleared));
+    start(u"Review"_s, 300);
+    log.takeLines();
+    pass(0.5);
+    controller().updateSharedData();
+    EXPECT_THAT(
+        log.takeLines(),
+        ElementsAre(u"📱 Session data updated: Active=1, Goals=Review, TimeRemaining=300.0"_s));
+}
+
+TEST_F(SessionSharing, PublishesTheRawLineOfASessionWithoutAnyGoal) {
+    start(u" , "_s, 300);
+    controller().updateSharedData();
+    EXPECT_EQ(defaults.stringForKey(keys::sessionGoals), u" , "_s);
+}
+
+TEST_F(SessionSharing, APauseEmptiesTheKeysWithinASecondAndAResumptionBringsThemBack) {
+    start(u"Review"_s, 300);
+    pass(5);
+    const double lastUpdate = defaults.doubleForKey(keys::lastUpdate);
+    controller().pauseTimer();
+    pass(1);
+    expectEmptyKeys();
+    EXPECT_EQ(defaults.doubleForKey(keys::lastUpdate), lastUpdate);
+    controller().resumeTimer();
+    pass(1);
+    EXPECT_EQ(defaults.integerForKey(keys::sessionActive), 1);
+    EXPECT_EQ(defaults.stringForKey(keys::sessionGoals), u"Review"_s);
+}
+
+TEST_F(SessionSharing, ARunOutSessionIsNotActive) {
+    start(u"Review"_s, 300);
+    pass(301);
+    expectEmptyKeys();
+}
+
+TEST_F(SessionSharing, TheEndEmptiesTheKeysAtOnce) {
+    start(u"Review"_s, 300);
+    pass(5.5);
+    controller().endSession(std::nullopt, true);
+    expectEmptyKeys();
+}
+
+TEST_F(SessionSharing, TheDictionaryHasFiveKeysAndIntegersWithoutASession) {
+    const QVariantMap state = controller().getCurrentSessionGoals();
+    EXPECT_EQ(state.keys(), (QStringList{u"active"_s, u"duration"_s, u"goals"_s, u"sessionId"_s,
+                                         u"timeRemaining"_s}));
+    EXPECT_EQ(state[u"active"_s], QVariant(false));
+    EXPECT_EQ(state[u"goals"_s], QVariant(QString()));
+    EXPECT_EQ(state[u"sessionId"_s], QVariant(QString()));
+    EXPECT_EQ(state[u"timeRemaining"_s].typeId(), QMetaType::Int);
+    EXPECT_EQ(state[u"timeRemaining"_s].toInt(), 0);
+    EXPECT_EQ(state[u"duration"_s].typeId(), QMetaType::Int);
+}
+
+TEST_F(SessionSharing, TheDictionaryOfARunningSessionHasSevenKeysAndDoubles) {
+    const Date created = time.now();
+    start(u"Write report, Review"_s, 300);
+    pass(100);
+    const QVariantMap state = controller().getCurrentSessionGoals();
+    EXPECT_EQ(state.size(), 7);
+    EXPECT_EQ(state[u"active"_s], QVariant(true));
+    EXPECT_EQ(state[u"goals"_s], QVariant(u"Write report, Review"_s));
+    EXPECT_EQ(state[u"sessionId"_s], QVariant(uuidString(controller().currentSession()->id)));
+    EXPECT_EQ(state[u"timeRemaining"_s], QVariant(200.0));
+    EXPECT_EQ(state[u"duration"_s], QVariant(300.0));
+    EXPECT_DOUBLE_EQ(state[u"progress"_s].toDouble(), 200.0 / 300.0);
+    EXPECT_EQ(state[u"startTime"_s], QVariant(created.secondsSince1970()));
+}
+
+TEST_F(SessionSharing, TheDictionaryOfAPausedSessionIsInactive) {
+    start(u"Review"_s, 300);
+    controller().pauseTimer();
+    EXPECT_EQ(controller().getCurrentSessionGoals()[u"active"_s], QVariant(false));
+}
+
+} // namespace
+} // namespace tarne
