@@ -1,0 +1,103 @@
+"""Measures the real program from outside and prints the figures as JSON.
+
+    whole_process.py PROGRAM [SECONDS]
+
+In a box with a display of its own, software rendering, the real clock. CPU and disk figures are
+means over SECONDS (30). The accessibility bridge is on only while the session is being started.
+"""
+
+import json
+import os
+import pathlib
+import statistics
+import sys
+import tempfile
+import time
+
+sys.path.insert(0, str(pathlib.Path(__file__).parent.parent / "tests" / "e2e"))
+import box
+
+STARTS = 7
+PLACES = [(640, 450), (300, 300), (980, 600), (640, 200)]
+
+
+def figures(program, seconds):
+    os.environ["TARNE_PROGRAM"] = program
+    os.environ["TARNE_ARTIFACTS"] = tempfile.gettempdir()
+    from desktop import DISPLAY
+    from fixture import TarneTestCase
+    from gi.repository import GLib
+    from screen import Screen
+
+    class Measurement(TarneTestCase):
+        def environment(self):
+            environment = super().environment()
+            for name in self.clock.environment:
+                del environment[name]
+            return environment
+
+        def runTest(self):
+            screen = Screen(DISPLAY)
+            self.set_accessible(False)
+            self.results = {"first frame s": statistics.median(
+                self.first_frame(screen) for _ in range(STARTS))}
+            self.set_accessible(True)
+            self.launch()
+            self.set_accessible(False)
+            time.sleep(5)
+            self.results["resident MB"] = self.resident_kilobytes() / 1024
+            self.results["idle bytes/s"] = self.rates(seconds)[1]
+            self.set_accessible(True)
+            self.start_session("Write report, Review", minutes=180)
+            self.set_accessible(False)
+            time.sleep(5)
+            cpu, disk = self.rates(seconds)
+            self.results |= {"visible CPU %": cpu, "running bytes/s": disk}
+            self.desktop.xdotool("search", "--name", "^TARNE$", "windowunmap")
+            self.set_accessible(True)
+            self.set_accessible(False)
+            time.sleep(2)
+            self.results["hidden CPU %"] = self.rates(seconds)[0]
+
+        def first_frame(self, screen):
+            begin = time.monotonic()
+            started = self.start()
+            end = screen.await_drawing(PLACES, within=30)
+            started.kill()
+            self.eventually(lambda: all(screen.is_black(*place) for place in PLACES),
+                            "the screen is black again")
+            return end - begin
+
+        def set_accessible(self, on):
+            self.desktop.call("org.a11y.Bus", "/org/a11y/bus", "org.freedesktop.DBus.Properties",
+                              "Set", GLib.Variant("(ssv)", ("org.a11y.Status", "IsEnabled",
+                                                            GLib.Variant("b", on))))
+
+        def resident_kilobytes(self):
+            status = pathlib.Path(f"/proc/{self.program.pid}/status").read_text()
+            return int(next(line for line in status.splitlines() if "VmRSS" in line).split()[1])
+
+        def rates(self, seconds):
+            """Per cent of a core, and bytes a second to the disk, over the coming seconds."""
+            before = self.spent()
+            time.sleep(seconds)
+            cpu, disk = (after - then for after, then in zip(self.spent(), before))
+            return 100 * cpu / seconds, disk / seconds
+
+        def spent(self):
+            process = pathlib.Path(f"/proc/{self.program.pid}")
+            cpu = sum(int((task / "schedstat").read_text().split()[0])
+                      for task in (process / "task").iterdir()) / 1e9
+            io = (process / "io").read_text().splitlines()
+            return cpu, int(next(line for line in io if line.startswith("write_bytes")).split()[1])
+
+    measurement = Measurement()
+    outcome = measurement.run()
+    if not outcome.wasSuccessful():
+        sys.exit("\n".join(text for _, text in outcome.failures + outcome.errors))
+    return measurement.results
+
+
+if __name__ == "__main__":
+    box.enter(__file__)
+    print(json.dumps(figures(sys.argv[1], float((sys.argv[2:] or ["30"])[0]))))

@@ -1,0 +1,111 @@
+"""The accessibility tree as a screen reader gets it: asked afresh each time, nothing cached."""
+
+import gi
+gi.require_version("Gio", "2.0")
+from gi.repository import Gio, GLib
+
+REGISTRY = ("org.a11y.atspi.Registry", "/org/a11y/atspi/accessible/root")
+ACCESSIBLE = "org.a11y.atspi.Accessible"
+CALL_TIMEOUT_MS = 20_000
+SCREEN_COORDINATES = 0
+
+# Bits of AtspiStateType.
+STATES = {"checked": 4, "editable": 7, "enabled": 8, "focusable": 11, "focused": 12,
+          "selected": 23, "sensitive": 24, "showing": 25, "visible": 30}
+
+
+class AccessibilityBus:
+    def __init__(self, address):
+        self._bus = Gio.DBusConnection.new_for_address_sync(
+            address, Gio.DBusConnectionFlags.AUTHENTICATION_CLIENT
+            | Gio.DBusConnectionFlags.MESSAGE_BUS_CONNECTION, None, None)
+        self._bus.set_exit_on_close(False)
+
+    def application(self, process):
+        """The root node of the application whose process id this is, None while it has none."""
+        for name, path in self.call(*REGISTRY, ACCESSIBLE, "GetChildren")[0]:
+            try:
+                owner = self.call("org.freedesktop.DBus", "/", "org.freedesktop.DBus",
+                                  "GetConnectionUnixProcessID", GLib.Variant("(s)", (name,)))[0]
+            except GLib.Error:
+                continue
+            if owner == process:
+                return Node(self, name, path)
+        return None
+
+    def call(self, name, path, interface, method, arguments=None):
+        return self._bus.call_sync(name, path, interface, method, arguments, None,
+                                   Gio.DBusCallFlags.NONE, CALL_TIMEOUT_MS, None).unpack()
+
+
+class Node:
+    """One object of the tree. A node that has vanished raises GLib.Error."""
+
+    def __init__(self, bus, name, path):
+        self._bus = bus
+        self._owner = name
+        self._path = path
+
+    def _call(self, interface, method, arguments=None):
+        return self._bus.call(self._owner, self._path, interface, method, arguments)
+
+    def _property(self, interface, name):
+        return self._call("org.freedesktop.DBus.Properties", "Get",
+                          GLib.Variant("(ss)", (interface, name)))[0]
+
+    @property
+    def name(self):
+        return self._property(ACCESSIBLE, "Name")
+
+    @property
+    def role(self):
+        return self._call(ACCESSIBLE, "GetRoleName")[0]
+
+    @property
+    def children(self):
+        return [Node(self._bus, *child) for child in self._call(ACCESSIBLE, "GetChildren")[0]]
+
+    def has(self, state):
+        low, high = self._call(ACCESSIBLE, "GetState")[0]
+        return bool((high << 32 | low) >> STATES[state] & 1)
+
+    @property
+    def text(self):
+        return self._call("org.a11y.atspi.Text", "GetText", GLib.Variant("(ii)", (0, -1)))[0]
+
+    @property
+    def extents(self):
+        """Left, top, width and height on the screen."""
+        return self._call("org.a11y.atspi.Component", "GetExtents",
+                          GLib.Variant("(u)", (SCREEN_COORDINATES,)))[0]
+
+    def press(self):
+        actions = self._call("org.a11y.atspi.Action", "GetActions")[0]
+        names = [action[0] for action in actions]
+        wanted = next(i for i, name in enumerate(names) if name in ("Press", "Toggle"))
+        return self._call("org.a11y.atspi.Action", "DoAction", GLib.Variant("(i)", (wanted,)))[0]
+
+    def grab_focus(self):
+        return self._call("org.a11y.atspi.Component", "GrabFocus")[0]
+
+    def visible_descendants(self):
+        """Every node below this one that is not hidden, in reading order, hidden branches left out."""
+        for child in self.children:
+            try:
+                if child.has("visible"):
+                    yield child
+                    yield from child.visible_descendants()
+            except GLib.Error:
+                continue
+
+    def outline(self, depth=0):
+        """The tree as indented text, for the report of a failure."""
+        lines = []
+        for child in self.children:
+            try:
+                if child.has("visible"):
+                    lines.append(f"{'  ' * depth}{child.role} {child.name!r}")
+                    lines += child.outline(depth + 1)
+            except GLib.Error:
+                continue
+        return lines

@@ -1,0 +1,126 @@
+"""A desktop for one test class: display, buses, accessibility, notifications, login manager."""
+
+import json
+import os
+import pathlib
+import subprocess
+import sys
+
+import gi
+gi.require_version("Gio", "2.0")
+from gi.repository import Gio, GLib
+
+from accessibility import AccessibilityBus
+from waiting import eventually
+
+DISPLAY = ":1"
+
+# No service folder: nothing is started on demand, so no stray window lies over a control.
+BUS_CONFIGURATION = """<!DOCTYPE busconfig PUBLIC "-//freedesktop//DTD D-Bus Bus Configuration 1.0//EN"
+ "http://www.freedesktop.org/standards/dbus/1.0/busconfig.dtd">
+<busconfig>
+  <type>session</type>
+  <listen>unix:path={socket}</listen>
+  <auth>EXTERNAL</auth>
+  <policy context="default">
+    <allow send_destination="*" eavesdrop="true"/>
+    <allow eavesdrop="true"/>
+    <allow own="*"/>
+  </policy>
+</busconfig>
+"""
+
+
+class Desktop:
+    """Everything the program meets on a desktop, private to the tests' box.
+
+    One bus stands for both the session's and the system's; the names on it do not overlap.
+    """
+
+    def __init__(self, folder):
+        self.folder = pathlib.Path(folder)
+        self.runtime = self.folder / "run"
+        self.runtime.mkdir(mode=0o700)
+        self.notification_log = self.folder / "notifications.log"
+        self._processes = []
+        self._log = open(self.folder / "desktop.log", "wb")
+        self._start_display()
+        self._start_bus()
+        self._start_services()
+
+    @property
+    def environment(self):
+        return {"DISPLAY": DISPLAY, "XDG_RUNTIME_DIR": str(self.runtime),
+                "DBUS_SESSION_BUS_ADDRESS": self.bus_address,
+                "DBUS_SYSTEM_BUS_ADDRESS": self.bus_address}
+
+    def close(self):
+        for process in reversed(self._processes):
+            process.kill()
+            process.wait()
+        self._log.close()
+
+    def notifications(self):
+        """The notifications shown so far, as pairs of title and body, in order."""
+        shown = []
+        for line in self.notification_log.read_text().splitlines():
+            _, _, call = line.partition(" ")
+            if call.startswith("Notify "):
+                texts = [text for text in call.split('"')[1::2]]
+                shown.append((texts[2], texts[3]))
+        return shown
+
+    def call(self, name, path, interface, method, arguments=None, reply=None):
+        answer = self.bus.call_sync(name, path, interface, method, arguments,
+                                    GLib.VariantType(reply) if reply else None,
+                                    Gio.DBusCallFlags.NONE, 10_000, None)
+        return answer.unpack()
+
+    def owns(self, name):
+        return self.call("org.freedesktop.DBus", "/org/freedesktop/DBus", "org.freedesktop.DBus",
+                         "NameHasOwner", GLib.Variant("(s)", (name,)))[0]
+
+    def screenshot(self, path):
+        subprocess.run(["import", "-display", DISPLAY, "-window", "root", str(path)],
+                       check=True, timeout=30, stdout=self._log, stderr=self._log)
+
+    def xdotool(self, *arguments):
+        done = subprocess.run(["xdotool", *map(str, arguments)], timeout=30, text=True,
+                              capture_output=True, env=dict(os.environ, DISPLAY=DISPLAY))
+        return done.stdout.strip() if done.returncode == 0 else ""
+
+    def _start(self, *command, **environment):
+        process = subprocess.Popen(command, stdin=subprocess.DEVNULL, stdout=self._log,
+                                   stderr=self._log, env=dict(os.environ, **environment))
+        self._processes.append(process)
+        return process
+
+    def _start_display(self):
+        # The box has its own folder of display sockets, so the number is always free.
+        self._start("Xvfb", DISPLAY, "-screen", "0", "1280x900x24", "-nolisten", "tcp", "-nolock",
+                    "-noreset")
+        eventually(lambda: self.xdotool("getdisplaygeometry"), "the display answers")
+
+    def _start_bus(self):
+        socket = self.runtime / "bus"
+        configuration = self.folder / "bus.conf"
+        configuration.write_text(BUS_CONFIGURATION.format(socket=socket))
+        self._start("dbus-daemon", f"--config-file={configuration}", "--nofork")
+        self.bus_address = f"unix:path={socket}"
+        eventually(socket.exists, "the bus listens")
+        self.bus = Gio.DBusConnection.new_for_address_sync(
+            self.bus_address, Gio.DBusConnectionFlags.AUTHENTICATION_CLIENT
+            | Gio.DBusConnectionFlags.MESSAGE_BUS_CONNECTION, None, None)
+        self.bus.set_exit_on_close(False)
+
+    def _start_services(self):
+        mock = [sys.executable, "-m", "dbusmock"]
+        self._start(*mock, "--session", "--template", "notification_daemon",
+                    "--logfile", str(self.notification_log), **self.environment)
+        self._start(*mock, "--system", "--template", "logind", **self.environment)
+        self._start("/usr/libexec/at-spi-bus-launcher", "--launch-immediately", "--a11y=1",
+                    GSETTINGS_BACKEND="memory", **self.environment)
+        for name in ("org.freedesktop.Notifications", "org.freedesktop.login1", "org.a11y.Bus"):
+            eventually(lambda: self.owns(name), f"{name} is on the bus")
+        address = self.call("org.a11y.Bus", "/org/a11y/bus", "org.a11y.Bus", "GetAddress")[0]
+        self.accessibility = AccessibilityBus(address)

@@ -1,0 +1,207 @@
+"""The vocabulary of the end-to-end tests."""
+
+import os
+import pathlib
+import re
+import shutil
+import tempfile
+import unittest
+
+from gi.repository import GLib
+
+from desktop import Desktop
+from program import Program, WallClock
+from store import Store
+from waiting import eventually
+
+PROGRAM = os.environ["TARNE_PROGRAM"]
+ARTIFACTS = pathlib.Path(os.environ["TARNE_ARTIFACTS"])
+LAUNCH_PATIENCE = 60.0
+
+
+class TarneTestCase(unittest.TestCase):
+    """A home without a past, a wall clock to move, and a program driven by accessible names.
+
+    Every line that the program writes to standard error fails the test, unless the test takes
+    it out with `expect_error`.
+    """
+
+    has_session_bus = True
+    extra_environment = {}
+
+    def setUp(self):
+        self.folder = pathlib.Path(tempfile.mkdtemp(prefix="tarne-e2e-"))
+        self.addCleanup(shutil.rmtree, self.folder, ignore_errors=True)
+        self.home = self.folder / "home"
+        self.home.mkdir()
+        self.desktop = Desktop(self.folder)
+        self.addCleanup(self.desktop.close)
+        self.clock = WallClock(self.folder)
+        self.store = Store(self.home / "share")
+        self.program = None
+        self.programs = []
+        self.expected_errors = []
+        self.addCleanup(self._end_programs)
+
+    def tearDown(self):
+        self._keep_artifacts_of_a_failure()
+        for program in self.programs:
+            unexpected = [line for line in program.errors
+                          if not any(text in line for text in self.expected_errors)]
+            self.assertEqual(unexpected, [], "lines on standard error")
+
+    # -- the program ------------------------------------------------------------------------
+
+    def environment(self):
+        environment = {"PATH": "/usr/bin:/bin", "LANG": "C.UTF-8", "TZ": "UTC",
+                       "HOME": str(self.home), "XDG_DATA_HOME": str(self.home / "share"),
+                       "XDG_CONFIG_HOME": str(self.home / "config"),
+                       "XDG_CACHE_HOME": str(self.home / "cache")}
+        environment |= self.desktop.environment | self.clock.environment | self.extra_environment
+        if not self.has_session_bus:
+            del environment["DBUS_SESSION_BUS_ADDRESS"]
+            del environment["DBUS_SYSTEM_BUS_ADDRESS"]
+        return environment
+
+    def start(self):
+        """Starts the program and does not wait for anything."""
+        program = Program(PROGRAM, self.folder, self.environment())
+        self.programs.append(program)
+        return program
+
+    def launch(self):
+        """Starts the program and waits until its window is up and has the keyboard."""
+        self.program = self.start()
+        self.eventually(lambda: not self.program.is_running or self.window_id(),
+                        "the window is up", LAUNCH_PATIENCE)
+        self.assertTrue(self.program.is_running, self._state("ended at its start"))
+        self.focus_window()
+        if self.has_session_bus:
+            self.node("Start Session", "Pause", "Resume", within=LAUNCH_PATIENCE)
+
+    def window_id(self):
+        return self.desktop.xdotool("search", "--onlyvisible", "--name", "TARNE").split("\n")[0]
+
+    def focus_window(self):
+        # There is no window manager that would give it the focus.
+        self.desktop.xdotool("windowfocus", "--sync", self.window_id())
+
+    def expect_error(self, text):
+        self.expected_errors.append(text)
+
+    def eventually(self, condition, what, within=30.0):
+        return eventually(condition, self._state(what), within)
+
+    # -- the screen -------------------------------------------------------------------------
+
+    def find(self, *names, role=None):
+        """The first visible node with one of the names; None when there is none now."""
+        for node in self._visible_nodes():
+            if node.name in names and (role is None or node.role == role):
+                return node
+        return None
+
+    def _visible_nodes(self):
+        application = self.desktop.accessibility.application(self.program.pid)
+        try:
+            yield from application.visible_descendants() if application else ()
+        except GLib.Error:
+            pass  # The tree changed under the walk; who waits for something looks again.
+
+    def node(self, *names, role=None, within=30.0):
+        return self.eventually(lambda: self.find(*names, role=role),
+                               f"{' or '.join(names)} is on the screen", within)
+
+    def press(self, name):
+        """Presses a control through the accessibility tree."""
+        self.node(name, role="push button").press()
+
+    def type_into(self, name, text):
+        """Puts the keyboard focus into a field and replaces its text by typing."""
+        field = self.node(name, role="text")
+        field.grab_focus()
+        self.eventually(lambda: field.has("focused"), f"{name} has the keyboard focus")
+        self.desktop.xdotool("key", "ctrl+a", "Delete")
+        self.desktop.xdotool("type", "--delay", "5", text)
+        self.eventually(lambda: field.text == text, f"{name} holds {text!r}")
+
+    # -- a session --------------------------------------------------------------------------
+
+    def start_session(self, goals, minutes):
+        """Goes the user's way from the setup face to a running session of a custom length."""
+        self.choose_duration(minutes)
+        self.type_into("Session Goal", goals)
+        self.press("Start session")
+        self.assert_shown("Pause")
+
+    def choose_duration(self, minutes):
+        self.press("Start Session")
+        self.assert_shown("Select Session Duration")
+        self.press("Custom Duration")
+        self.type_into("5-180", str(minutes))
+        self.press("Set")
+        hours, rest = divmod(minutes, 60)
+        self.assert_shown(f"{hours} hours {rest} minutes" if hours else f"{minutes} minutes")
+        self.press("Continue")
+        self.assert_shown("Start session")
+
+    def remaining(self):
+        """The count-down on the screen, in seconds; None where there is none."""
+        for node in self._visible_nodes():
+            if match := re.fullmatch(r"(\d\d):(\d\d):(\d\d)", node.name):
+                hours, minutes, seconds = map(int, match.groups())
+                return (hours * 60 + minutes) * 60 + seconds
+        return None
+
+    def await_remaining(self, least, most):
+        self.eventually(lambda: least <= (self.remaining() or -1) <= most,
+                        f"{least} to {most} seconds are left on the screen")
+
+    def await_history(self, count):
+        self.eventually(lambda: len(self.store.history()) == count,
+                        lambda: f"{count} entries in the history, not {self.store.history()}")
+        return self.store.history()
+
+    def assert_shown(self, *names):
+        for name in names:
+            self.node(name)
+
+    def assert_gone(self, name):
+        self.eventually(lambda: self.find(name) is None, f"{name} is gone")
+
+    # -- what a failure leaves --------------------------------------------------------------
+
+    def _state(self, what):
+        """Describes what was expected together with what there was instead."""
+        def describe():
+            parts = [what() if callable(what) else what]
+            for program in self.programs:
+                parts += [f"-- running: {program.is_running}, output of {program.pid}:",
+                          *program.log[-15:], "-- errors:", *program.errors[-15:]]
+            parts += ["-- the screen:", *self._outline()]
+            return "\n".join(parts)
+        return describe
+
+    def _outline(self):
+        if self.program is None:
+            return []
+        try:
+            application = self.desktop.accessibility.application(self.program.pid)
+            return application.outline() if application else ["no accessible application"]
+        except GLib.Error as error:
+            return [f"unreadable: {error.message}"]
+
+    def _keep_artifacts_of_a_failure(self):
+        result = self._outcome.result
+        if not any(test is self for test, _ in result.failures + result.errors):
+            return
+        kept = ARTIFACTS / self.id()
+        kept.mkdir(parents=True, exist_ok=True)
+        self.desktop.screenshot(kept / "screen.png")
+        for log in self.folder.glob("*.log"):
+            shutil.copy(log, kept)
+        print(f"picture and logs: {kept}")
+
+    def _end_programs(self):
+        for program in self.programs:
+            program.kill()

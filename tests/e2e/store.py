@@ -1,0 +1,54 @@
+"""The defaults store, read as another program reads it: the SQLite file, opened read-only."""
+
+import json
+import sqlite3
+
+SESSION_KEYS = ("SessionActive", "SessionGoals", "SessionId", "TimeRemaining", "SessionDuration",
+                "SessionProgress", "LastUpdate")
+TIMER_KEYS = ("TimerStartTime", "TimerOriginalDuration", "TimerIsActive", "TimerSessionGoal")
+
+# Seconds from 1970-01-01 to 2001-01-01 UTC: dates are stored as seconds since the latter.
+REFERENCE_DATE = 978_307_200.0
+
+
+class Store:
+    def __init__(self, data_home):
+        self.file = data_home / "com.tarne.app" / "defaults.sqlite"
+
+    def rows(self):
+        """All values as {key: (type, value)}, of one moment; empty while there is no store."""
+        if not self.file.exists():
+            return {}
+        connection = sqlite3.connect(f"file:{self.file}?mode=ro", uri=True, timeout=10)
+        try:
+            return {key: (kind, value) for key, kind, value
+                    in connection.execute("SELECT key, type, value FROM defaults")}
+        except sqlite3.OperationalError as error:
+            if "no such table" in str(error):
+                return {}
+            raise
+        finally:
+            connection.close()
+
+    def values(self, keys):
+        rows = self.rows()
+        return {key: rows[key][1] for key in keys if key in rows}
+
+    def document(self, key):
+        """The JSON document under a key, None while the key is absent."""
+        kind, value = self.rows().get(key, (None, None))
+        if kind is None:
+            return None
+        assert kind == "data", f"{key} is stored as {kind}"
+        return json.loads(value)
+
+    def history(self):
+        return self.document("SessionHistory") or []
+
+    def is_whole(self):
+        """SQLite's own verdict over the file, for after a crash."""
+        connection = sqlite3.connect(f"file:{self.file}?mode=ro", uri=True, timeout=10)
+        try:
+            return connection.execute("PRAGMA integrity_check").fetchone() == ("ok",)
+        finally:
+            connection.close()

@@ -1,0 +1,103 @@
+"""Starting, closing, quitting and finding the program again."""
+
+import signal
+
+from fixture import TarneTestCase
+
+
+class Quitting(TarneTestCase):
+    def assert_a_signal_quits_and_keeps_the_session(self, number):
+        self.launch()
+        self.start_session("Write report", minutes=5)
+        self.program.send(number)
+        self.assertEqual(self.program.wait(), 0)
+        timer = self.store.values(["TimerIsActive", "TimerSessionGoal"])
+        self.assertEqual(timer, {"TimerIsActive": 1, "TimerSessionGoal": "Write report"})
+
+    def test_by_sigterm_keeps_the_session_for_the_next_launch(self):
+        self.assert_a_signal_quits_and_keeps_the_session(signal.SIGTERM)
+
+    def test_by_sigint_keeps_the_session_for_the_next_launch(self):
+        self.assert_a_signal_quits_and_keeps_the_session(signal.SIGINT)
+
+
+class ClosingTheWindow(TarneTestCase):
+    def test_leaves_the_session_running_and_a_second_start_shows_it_again(self):
+        self.launch()
+        self.start_session("Write report", minutes=5)
+        self.press("Close window")
+        self.eventually(lambda: not self.window_id(), "the window is closed")
+
+        lines = len(self.program.log)
+        self.eventually(lambda: "Active=1" in "".join(self.program.log[lines:]),
+                        "the session goes on without a window")
+
+        second = self.start()
+        self.assertEqual(second.wait(), 0)
+        self.eventually(self.window_id, "the first one's window is up again")
+        self.assertEqual(second.log, [], "the second start did something of its own")
+        self.assertTrue(self.program.is_running)
+        self.assert_shown("⏱️ Session", "Pause")
+
+
+class ASecondStart(TarneTestCase):
+    def test_before_the_first_one_is_ready_ends_and_leaves_one_program(self):
+        first, second = self.start(), self.start()
+        self.eventually(lambda: not (first.is_running and second.is_running), "one of them ends")
+        ended, staying = (second, first) if first.is_running else (first, second)
+        self.assertEqual(ended.wait(), 0)
+        self.program = staying
+        self.eventually(self.window_id, "the window is up")
+        self.assert_shown("Start Session")
+        self.assertEqual(ended.log, [])
+
+
+class WithoutASessionBus(TarneTestCase):
+    has_session_bus = False
+
+    def test_the_program_starts_and_a_second_one_ends(self):
+        self.launch()
+        self.eventually(lambda: self.program.logged("📱 Session data cleared: Active=0"),
+                        "the program runs")
+        second = self.start()
+        self.assertEqual(second.wait(), 0)
+        self.assertEqual(second.log, [])
+        self.assertTrue(self.program.is_running)
+        self.assertEqual(self.program.terminate(), 0)
+
+
+class TheKeyboardAlone(TarneTestCase):
+    def tab_to(self, name, role="push button"):
+        """Moves the keyboard focus by Tab until the control has it."""
+        for _ in range(40):
+            node = self.node(name, role=role)
+            if node.has("focused"):
+                return
+            self.desktop.xdotool("key", "Tab")
+        self.fail(self._state(f"Tab does not lead to {name}")())
+
+    def activate(self, name):
+        self.tab_to(name)
+        self.desktop.xdotool("key", "space")
+
+    def test_plans_starts_and_pauses_a_session(self):
+        self.launch()
+        self.activate("Start Session")
+        self.assert_shown("Select Session Duration")
+        self.activate("Continue")
+        self.assert_shown("Start session")
+        self.tab_to("Session Goal", role="text")
+        self.desktop.xdotool("type", "--delay", "5", "Read a book")
+        self.activate("Start session")
+        self.assert_shown("Pause")
+        self.activate("Pause")
+        self.assert_shown("⏸️ Paused")
+        self.assertTrue(self.program.logged("📱 Starting new session: Read a book"))
+
+    def test_ctrl_n_does_nothing(self):
+        self.launch()
+        before = self._outline()
+        self.desktop.xdotool("key", "ctrl+n")
+        lines = len(self.program.log)
+        self.eventually(lambda: len(self.program.log) > lines, "the program went on")
+        self.assertEqual(self._outline(), before)
