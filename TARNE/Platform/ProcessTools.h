@@ -16,6 +16,8 @@ public:
     struct Result {
         int status = 0; ///< Exit status; of a tool ended by a signal, the signal's number.
         QByteArray output;
+
+        bool operator==(const Result &) const = default;
     };
 
     virtual ~ProcessTools() = default;

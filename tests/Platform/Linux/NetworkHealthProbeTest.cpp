@@ -1,0 +1,121 @@
+#include "NetworkHealthProbe.h"
+
+#include <QEventLoop>
+#include <QTcpServer>
+#include <QTcpSocket>
+#include <QTimer>
+
+#include <gtest/gtest.h>
+
+using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
+
+namespace tarne {
+namespace {
+
+/// A server that answers every request with the same bytes, and then keeps or closes the line.
+class NetworkHealthProbeTest : public testing::Test {
+protected:
+    NetworkHealthProbeTest() {
+        server.listen(QHostAddress::LocalHost);
+        QObject::connect(&server, &QTcpServer::newConnection, &server, [this] {
+            auto *socket = server.nextPendingConnection();
+            QObject::connect(socket, &QTcpSocket::readyRead, socket, [this, socket] {
+                requests += socket->readAll();
+                socket->write(answer);
+                if (closes)
+                    socket->disconnectFromHost();
+            });
+            QObject::connect(socket, &QTcpSocket::disconnected, socket,
+                             [this] { ++disconnections; });
+        });
+    }
+
+    HealthProbe::Reply probe(const QString &address) {
+        std::optional<HealthProbe::Reply> reply;
+        health.get(address, [&](const auto &got) { reply = got; });
+        wait([&] { return reply.has_value(); });
+        return reply.value_or(HealthProbe::Failure{u"no answer in the test's time"_s});
+    }
+    HealthProbe::Reply probe() {
+        return probe(u"http://localhost:%1/health"_s.arg(server.serverPort()));
+    }
+
+    static void wait(const std::function<bool()> &condition) {
+        QEventLoop loop;
+        QTimer poll;
+        QTimer limit;
+        QObject::connect(&poll, &QTimer::timeout, &loop, [&] {
+            if (condition())
+                loop.quit();
+        });
+        QObject::connect(&limit, &QTimer::timeout, &loop, &QEventLoop::quit);
+        poll.start(1ms);
+        limit.start(20s);
+        loop.exec();
+    }
+
+    static QString failure(const HealthProbe::Reply &reply) {
+        const auto *failed = std::get_if<HealthProbe::Failure>(&reply);
+        return failed ? failed->description : QString();
+    }
+
+    QTcpServer server;
+    QByteArray answer = "HTTP/1.1 200 OK\r\nContent-Length: 2\r\n\r\nok";
+    QByteArray requests;
+    bool closes = false;
+    int disconnections = 0;
+    NetworkHealthProbe health{500ms};
+};
+
+TEST_F(NetworkHealthProbeTest, AnAnswersStatusIsTheReply) {
+    EXPECT_EQ(std::get<int>(probe()), 200);
+    EXPECT_TRUE(requests.startsWith("GET /health HTTP/1.1\r\n"));
+}
+
+TEST_F(NetworkHealthProbeTest, AnErrorStatusIsAnAnswerToo) {
+    for (const QByteArray status : {"404", "500", "503"}) {
+        answer = "HTTP/1.1 " + status + " X\r\nContent-Length: 0\r\n\r\n";
+        EXPECT_EQ(std::get<int>(probe()), status.toInt());
+    }
+}
+
+TEST_F(NetworkHealthProbeTest, AnEndlessBodyIsNotReadOn) {
+    answer = "HTTP/1.1 200 OK\r\n\r\nbegun and never ended";
+    EXPECT_EQ(std::get<int>(probe()), 200);
+}
+
+TEST_F(NetworkHealthProbeTest, AClosedPortIsAFailure) {
+    server.close();
+    EXPECT_FALSE(failure(probe(u"http://localhost:1/health"_s)).isEmpty());
+}
+
+TEST_F(NetworkHealthProbeTest, AServerThatSaysNothingIsAFailureAfterTheLimit) {
+    answer.clear();
+    EXPECT_FALSE(failure(probe()).isEmpty());
+}
+
+TEST_F(NetworkHealthProbeTest, AnAnswerThatIsNoHttpIsAFailure) {
+    answer = "hello";
+    closes = true;
+    EXPECT_FALSE(failure(probe()).isEmpty());
+}
+
+TEST_F(NetworkHealthProbeTest, ARedirectToAnotherOriginIsAFailure) {
+    answer = "HTTP/1.1 302 Found\r\nLocation: http://127.0.0.1:1/\r\nContent-Length: 0\r\n\r\n";
+    EXPECT_FALSE(failure(probe()).isEmpty());
+}
+
+TEST_F(NetworkHealthProbeTest, APortThatDoesNotExistIsAFailure) {
+    EXPECT_FALSE(failure(probe(u"http://localhost:70000/health"_s)).isEmpty());
+    EXPECT_FALSE(failure(probe(u"http://localhost:-1/health"_s)).isEmpty());
+}
+
+TEST_F(NetworkHealthProbeTest, KeepsNoConnectionBehindAnAnswer) {
+    probe();
+    wait([this] { return disconnections > 0; });
+    EXPECT_EQ(disconnections, 1);
+}
+
+} // namespace
+} // namespace tarne
