@@ -1,0 +1,7 @@
+#include "DesktopLogging.h"
+
+namespace tarne {
+
+Q_LOGGING_CATEGORY(desktopLog, "tarne.desktop")
+
+} // namespace tarne

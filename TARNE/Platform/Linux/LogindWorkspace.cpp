@@ -1,0 +1,29 @@
+#include "LogindWorkspace.h"
+
+namespace tarne {
+
+using namespace Qt::StringLiterals;
+
+LogindWorkspace::LogindWorkspace(QDBusConnection systemBus, const QGuiApplication &application,
+                                 NotificationCenter &center)
+    : m_center(center), m_isActive(QGuiApplication::applicationState() == Qt::ApplicationActive) {
+    // Without a bus this is refused, and there is nothing to hear.
+    systemBus.connect(u"org.freedesktop.login1"_s, u"/org/freedesktop/login1"_s,
+                      u"org.freedesktop.login1.Manager"_s, u"PrepareForSleep"_s, this,
+                      SLOT(handlePrepareForSleep(bool)));
+    connect(&application, &QGuiApplication::applicationStateChanged, this,
+            &LogindWorkspace::handleApplicationState);
+}
+
+void LogindWorkspace::handlePrepareForSleep(bool start) {
+    m_center.post(start ? notifications::willSleep : notifications::didWake);
+}
+
+void LogindWorkspace::handleApplicationState(Qt::ApplicationState state) {
+    const bool isActive = state == Qt::ApplicationActive;
+    if (std::exchange(m_isActive, isActive) == isActive)
+        return;
+    m_center.post(isActive ? notifications::didBecomeActive : notifications::willResignActive);
+}
+
+} // namespace tarne

@@ -1,0 +1,32 @@
+#include "PortalWorkspace.h"
+
+#include "DesktopLogging.h"
+
+#include <QDesktopServices>
+
+namespace tarne {
+
+using namespace Qt::StringLiterals;
+
+PortalWorkspace::PortalWorkspace(QDBusConnection sessionBus)
+    : PortalWorkspace(std::move(sessionBus), QDesktopServices::openUrl) {}
+
+PortalWorkspace::PortalWorkspace(QDBusConnection sessionBus, Opener fallback)
+    : m_portal(std::move(sessionBus),
+               {u"org.freedesktop.portal.Desktop"_s, u"/org/freedesktop/portal/desktop"_s,
+                u"org.freedesktop.portal.OpenURI"_s}),
+      m_fallback(std::move(fallback)) {}
+
+void PortalWorkspace::open(const QUrl &url) {
+    const QVariantList arguments{
+        QString(), // No parent window.
+        QString::fromLatin1(url.toEncoded()),
+        QVariantMap(), // No options.
+    };
+    m_portal.call(u"OpenURI"_s, arguments, this, [this, url](const QDBusMessage &reply) {
+        if (reply.type() == QDBusMessage::ErrorMessage && !m_fallback(url))
+            qCWarning(desktopLog, "nothing opens pages of %s", qPrintable(url.host()));
+    });
+}
+
+} // namespace tarne

@@ -1,0 +1,134 @@
+#include "LogindWorkspace.h"
+
+#include "EventLoop.h"
+#include "PrivateBus.h"
+
+#include <QDBusMessage>
+#include <QWindow>
+
+#include <gmock/gmock.h>
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+namespace tarne {
+namespace {
+
+using namespace Qt::StringLiterals;
+using namespace test;
+
+const QString service = u"org.freedesktop.login1"_s;
+const QString manager = u"org.freedesktop.login1.Manager"_s;
+
+/// Notes the four events in the order in which they are posted.
+class Events {
+public:
+    explicit Events(NotificationCenter &center) {
+        for (const auto name : {notifications::willSleep, notifications::didWake,
+                                notifications::willResignActive, notifications::didBecomeActive})
+            m_registrations.push_back(center.addObserver(name, [this, name] { all += name; }));
+    }
+
+    QStringList all;
+
+private:
+    std::vector<NotificationCenter::Registration> m_registrations;
+};
+
+const QGuiApplication &application() {
+    return *qGuiApp;
+}
+
+class ALogindWorkspace : public testing::Test {
+protected:
+    void startLogind() { m_logind = MockService::fromTemplate(m_bus, u"logind"_s, service); }
+    void prepareForSleep(bool start) {
+        m_logind->emitSignal(manager, u"PrepareForSleep"_s, u"b"_s, {start});
+    }
+    bool waitForEvents(int count) {
+        return serveUntil([&] { return m_events.all.size() >= count; });
+    }
+
+    PrivateBus m_bus;
+    std::unique_ptr<MockService> m_logind;
+    NotificationCenter m_center;
+    Events m_events{m_center};
+    QDBusConnection m_connection = m_bus.connect();
+};
+
+TEST_F(ALogindWorkspace, PostsSleepAndWakeOnTheNotificationCentre) {
+    startLogind();
+    const LogindWorkspace workspace(m_connection, application(), m_center);
+    prepareForSleep(true);
+    prepareForSleep(false);
+    EXPECT_TRUE(waitForEvents(2));
+    EXPECT_THAT(m_events.all, ElementsAre(notifications::willSleep, notifications::didWake));
+}
+
+TEST_F(ALogindWorkspace, HearsALogindThatStartsLater) {
+    const LogindWorkspace workspace(m_connection, application(), m_center);
+    startLogind();
+    prepareForSleep(false);
+    EXPECT_TRUE(waitForEvents(1));
+    EXPECT_THAT(m_events.all, ElementsAre(notifications::didWake));
+}
+
+TEST_F(ALogindWorkspace, HearsALogindThatComesBack) {
+    startLogind();
+    const LogindWorkspace workspace(m_connection, application(), m_center);
+    m_logind->kill();
+    startLogind();
+    prepareForSleep(false);
+    EXPECT_TRUE(waitForEvents(1));
+}
+
+TEST_F(ALogindWorkspace, DoesNotBelieveAnotherProgramsSignal) {
+    startLogind();
+    const LogindWorkspace workspace(m_connection, application(), m_center);
+    auto forged =
+        QDBusMessage::createSignal(u"/org/freedesktop/login1"_s, manager, u"PrepareForSleep"_s);
+    forged << false;
+    m_bus.connect().send(forged);
+    prepareForSleep(true);
+    EXPECT_TRUE(waitForEvents(1));
+    EXPECT_THAT(m_events.all, ElementsAre(notifications::willSleep));
+}
+
+TEST_F(ALogindWorkspace, SurvivesABusThatVanishes) {
+    startLogind();
+    const LogindWorkspace workspace(m_connection, application(), m_center);
+    m_logind.reset();
+    m_bus.stop();
+    EXPECT_TRUE(serveUntil([&] { return !m_connection.isConnected(); }));
+    EXPECT_THAT(m_events.all, IsEmpty());
+}
+
+/// However the tests before have left it, the application is inactive now.
+void resignActive() { Q_EMIT qGuiApp->applicationStateChanged(Qt::ApplicationInactive); }
+
+TEST(LogindWorkspaceWithoutABus, PostsTheFocusOfTheApplicationsWindow) {
+    NotificationCenter center;
+    const LogindWorkspace workspace(noBus(), application(), center);
+    resignActive();
+    const Events events(center);
+    QWindow window;
+    window.show();
+    window.requestActivate();
+    EXPECT_TRUE(serveUntil([&] { return !events.all.isEmpty(); }));
+    EXPECT_THAT(events.all, ElementsAre(notifications::didBecomeActive));
+}
+
+TEST(LogindWorkspaceWithoutABus, GoingFromInactiveToHiddenIsNoSecondResigning) {
+    NotificationCenter center;
+    const LogindWorkspace workspace(noBus(), application(), center);
+    resignActive();
+    const Events events(center);
+    Q_EMIT qGuiApp->applicationStateChanged(Qt::ApplicationActive);
+    Q_EMIT qGuiApp->applicationStateChanged(Qt::ApplicationInactive);
+    Q_EMIT qGuiApp->applicationStateChanged(Qt::ApplicationHidden);
+    EXPECT_THAT(events.all,
+                ElementsAre(notifications::didBecomeActive, notifications::willResignActive));
+}
+
+} // namespace
+} // namespace tarne

@@ -1,0 +1,70 @@
+#include "UnixSignals.h"
+
+#include "EventLoop.h"
+
+#include <gtest/gtest.h>
+
+#include <cerrno>
+#include <thread>
+
+#include <sys/resource.h>
+#include <unistd.h>
+
+namespace tarne {
+namespace {
+
+using namespace std::chrono_literals;
+using namespace test;
+
+TEST(UnixSignals, TermAndInterruptCallTheMainThread) {
+    for (const int signal : {SIGTERM, SIGINT}) {
+        std::thread::id calledOn;
+        const UnixSignals signals([&] { calledOn = std::this_thread::get_id(); });
+        std::thread sender([&] { ::kill(::getpid(), signal); });
+        sender.join();
+        EXPECT_EQ(calledOn, std::thread::id()); // Not from inside the handler.
+        EXPECT_TRUE(serveUntil([&] { return calledOn != std::thread::id(); }));
+        EXPECT_EQ(calledOn, std::this_thread::get_id());
+    }
+}
+
+TEST(UnixSignals, ManySignalsWhileTheMainThreadIsBusyAreOneCall) {
+    int calls = 0;
+    const UnixSignals signals([&] { ++calls; });
+    for (int i = 0; i < 100'000; ++i)
+        ::raise(SIGTERM);
+    EXPECT_TRUE(serveUntil([&] { return calls > 0; }));
+    EXPECT_FALSE(serveUntil([&] { return calls > 1; }, 100ms));
+}
+
+TEST(UnixSignals, WritingToAClosedPipeEndsNothing) {
+    const UnixSignals signals([] {});
+    std::array<int, 2> pipe{};
+    ASSERT_EQ(::pipe(pipe.data()), 0);
+    ::close(pipe[0]);
+    EXPECT_EQ(::write(pipe[1], "a", 1), -1);
+    EXPECT_EQ(errno, EPIPE);
+    ::close(pipe[1]);
+}
+
+TEST(UnixSignals, TheFormerHandlersComeBack) {
+    struct sigaction before {};
+    struct sigaction after {};
+    sigaction(SIGTERM, nullptr, &before);
+    {
+        const UnixSignals signals([] {});
+    }
+    sigaction(SIGTERM, nullptr, &after);
+    EXPECT_EQ(before.sa_handler, after.sa_handler);
+}
+
+TEST(CoreDumps, AreDisabled) {
+    disableCoreDumps();
+    rlimit limit{};
+    ASSERT_EQ(getrlimit(RLIMIT_CORE, &limit), 0);
+    EXPECT_EQ(limit.rlim_cur, 0u);
+    EXPECT_EQ(limit.rlim_max, 0u);
+}
+
+} // namespace
+} // namespace tarne
