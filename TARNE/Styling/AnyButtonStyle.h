@@ -60,9 +60,8 @@ public:
     AnyButtonStyle() : AnyButtonStyle(PrimaryButtonStyle{}) {}
 
     template <typename Style>
-    requires std::is_invocable_r_v<ButtonLook, const Style &, const ButtonConfiguration &> explicit AnyButtonStyle(
-        Style style)
-        : m_render(std::move(style)) {}
+    requires std::is_invocable_r_v<ButtonLook, const Style &, const ButtonConfiguration &>
+    explicit AnyButtonStyle(Style style) : m_render(std::move(style)) {}
 
     [[nodiscard]] Q_INVOKABLE tarne::ButtonLook render(bool isPressed) const {
         return m_render(ButtonConfiguration{.isPressed = isPressed});

@@ -28,6 +28,16 @@ void ModalLayer::setPresented(bool isPresented) {
     Q_EMIT isPresentedChanged();
 }
 
+const ModalLayer *ModalLayer::topmost(const QQuickWindow &window) {
+    const ModalLayer *top = nullptr;
+    for (const QQuickItem *const child : window.contentItem()->childItems()) {
+        const auto *const layer = qobject_cast<const ModalLayer *>(child);
+        if (layer && layer->m_content && (!top || layer->z() > top->z()))
+            top = layer;
+    }
+    return top;
+}
+
 void ModalLayer::itemChange(ItemChange change, const ItemChangeData &value) {
     // Asked to appear before it had a window, it does so as soon as it has one.
     if (change == ItemSceneChange && value.window && m_isPresented && !m_content)

@@ -23,6 +23,9 @@ public:
 
     void setPresented(bool isPresented);
 
+    /// The layer that covers all others in `window`, or null.
+    [[nodiscard]] static const ModalLayer *topmost(const QQuickWindow &window);
+
 Q_SIGNALS:
     void isPresentedChanged();
 

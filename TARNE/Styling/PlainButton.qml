@@ -18,6 +18,10 @@ T.AbstractButton {
     focusPolicy: Qt.TabFocus
     opacity: down ? 0.6 : 1
     Accessible.name: text
+    Accessible.onPressAction: {
+        if (button.enabled)
+            button.clicked();
+    }
 
     HoverHandler {
         cursorShape: button.enabled && button.hasPointingHand ? Qt.PointingHandCursor : Qt.ArrowCursor

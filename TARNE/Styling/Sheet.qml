@@ -13,7 +13,7 @@ Item {
     required property Component content
 
     // What is presented, or null.
-    readonly property Item item: loader.item as Item
+    readonly property Item item: slot.item
 
     ModalLayer {
         id: layer
@@ -24,13 +24,13 @@ Item {
             anchors.fill: parent
             color: Colors.withOpacity(Colors.black, 0.2)
         }
-        Loader {
-            id: loader
+        ComponentSlot {
+            id: slot
 
             anchors.centerIn: parent
             focus: true
-            active: sheet.isPresented
-            sourceComponent: sheet.content
+            isActive: sheet.isPresented
+            component: sheet.content
         }
     }
 }

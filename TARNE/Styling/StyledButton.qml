@@ -25,6 +25,10 @@ T.AbstractButton {
     font: Typography.button
     opacity: look.opacity
     Accessible.name: text
+    Accessible.onPressAction: {
+        if (button.enabled)
+            button.clicked();
+    }
 
     Behavior on opacity {
         EaseInOut { duration: 200 }

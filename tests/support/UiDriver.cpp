@@ -13,9 +13,13 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-bool isReachable(const QAccessibleInterface &node) {
-    const QAccessible::State state = node.state();
-    return !state.invisible && !state.disabled;
+/// Controls learn of an assistive tool by this alone, and set up part of what they tell only then.
+void activateAccessibility() {
+    QAccessible::setActive(true);
+}
+
+bool isVisible(const QAccessibleInterface &node) {
+    return !node.state().invisible;
 }
 
 /// Visits the nodes below `node` in the order of the tree until `visit` returns true.
@@ -38,6 +42,7 @@ bool matches(const QAccessibleInterface &node, QAccessible::Role role) {
 } // namespace
 
 UiDriver::UiDriver(const QString &qml, const QSize &size) : m_view(std::make_unique<QQuickView>()) {
+    activateAccessibility();
     m_view->engine()->addImportPath(u"qrc:/qt/qml"_s);
     QQmlComponent component(m_view->engine());
     component.setData(qml.toUtf8(), QUrl(u"qrc:/test.qml"_s));
@@ -52,6 +57,7 @@ UiDriver::UiDriver(const QString &qml, const QSize &size) : m_view(std::make_uni
 
 UiDriver::UiDriver(const QUrl &url, const QVariantMap &properties, const QSize &size)
     : m_view(std::make_unique<QQuickView>()) {
+    activateAccessibility();
     m_view->engine()->addImportPath(u"qrc:/qt/qml"_s);
     m_view->setInitialProperties(properties);
     m_view->setSource(url);
@@ -82,12 +88,18 @@ QAccessibleInterface *UiDriver::accessible(const QString &name) const {
 QQuickItem *UiDriver::find(const QString &name, QAccessible::Role role) const {
     QQuickItem *found = nullptr;
     walk(QAccessible::queryAccessibleInterface(m_view.get()), [&](QAccessibleInterface &node) {
-        if (!isReachable(node) || !matches(node, role) || node.text(QAccessible::Name) != name)
+        if (!isVisible(node) || !matches(node, role) || node.text(QAccessible::Name) != name)
             return false;
         found = qobject_cast<QQuickItem *>(node.object());
         return found != nullptr;
     });
     return found;
+}
+
+bool UiDriver::isEnabled(const QString &name, QAccessible::Role role) const {
+    const QQuickItem *const item = find(name, role);
+    EXPECT_TRUE(item) << "nothing is named " << qPrintable(name);
+    return item && item->isEnabled();
 }
 
 bool UiDriver::has(const QString &name, QAccessible::Role role) const {
@@ -97,7 +109,7 @@ bool UiDriver::has(const QString &name, QAccessible::Role role) const {
 QStringList UiDriver::names(QAccessible::Role role) const {
     QStringList result;
     walk(QAccessible::queryAccessibleInterface(m_view.get()), [&](QAccessibleInterface &node) {
-        if (node.object() != m_view.get() && isReachable(node) && matches(node, role))
+        if (node.object() != m_view.get() && isVisible(node) && matches(node, role))
             result.append(node.text(QAccessible::Name));
         return false;
     });

@@ -33,6 +33,9 @@ public:
     [[nodiscard]] QQuickItem *find(const QString &name,
                                    QAccessible::Role role = QAccessible::NoRole) const;
     [[nodiscard]] bool has(const QString &name, QAccessible::Role role = QAccessible::NoRole) const;
+    /// Whether the named control can be used.
+    [[nodiscard]] bool isEnabled(const QString &name,
+                                 QAccessible::Role role = QAccessible::NoRole) const;
     /// The names of all that can be found, in the order of the tree.
     [[nodiscard]] QStringList names(QAccessible::Role role = QAccessible::NoRole) const;
     /// The accessible interface of what `find` finds, or null.

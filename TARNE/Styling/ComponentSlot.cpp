@@ -1,0 +1,96 @@
+#include "ComponentSlot.h"
+
+#include <QLoggingCategory>
+#include <QQmlContext>
+#include <QQmlEngine>
+
+namespace tarne {
+namespace {
+
+Q_LOGGING_CATEGORY(styleLog, "tarne.style")
+
+} // namespace
+
+ComponentSlot::ComponentSlot(QQuickItem *parent) : QQuickItem(parent) {
+    setFlag(ItemIsFocusScope);
+}
+
+ComponentSlot::~ComponentSlot() = default;
+
+void ComponentSlot::DeleteLater::operator()(QQuickItem *item) const {
+    item->setVisible(false);
+    item->setParentItem(nullptr);
+    item->deleteLater();
+}
+
+void ComponentSlot::setComponent(QQmlComponent *component) {
+    if (m_component == component)
+        return;
+    m_component = component;
+    m_item.reset();
+    update();
+    Q_EMIT componentChanged();
+}
+
+void ComponentSlot::setActive(bool isActive) {
+    if (m_isActive == isActive)
+        return;
+    m_isActive = isActive;
+    update();
+    Q_EMIT isActiveChanged();
+}
+
+void ComponentSlot::componentComplete() {
+    QQuickItem::componentComplete();
+    update();
+}
+
+void ComponentSlot::update() {
+    if (!isComponentComplete())
+        return;
+    const bool isWanted = m_isActive && m_component;
+    if (isWanted == (m_item != nullptr))
+        return;
+    if (isWanted)
+        make();
+    else
+        m_item.reset();
+    Q_EMIT itemChanged();
+}
+
+void ComponentSlot::make() {
+    QObject *const object = m_component->beginCreate(m_component->creationContext());
+    auto *const item = qobject_cast<QQuickItem *>(object);
+    if (!item) {
+        qCWarning(styleLog).noquote() << "no item:" << m_component->errorString();
+        delete object;
+        return;
+    }
+    QQmlEngine::setObjectOwnership(item, QQmlEngine::CppOwnership);
+    m_item.reset(item);
+    item->setParentItem(this);
+    m_component->completeCreate();
+    connect(item, &QQuickItem::implicitWidthChanged, this, &ComponentSlot::adoptSize);
+    connect(item, &QQuickItem::implicitHeightChanged, this, &ComponentSlot::adoptSize);
+    connect(item, &QQuickItem::widthChanged, this, &ComponentSlot::adoptSize);
+    connect(item, &QQuickItem::heightChanged, this, &ComponentSlot::adoptSize);
+    item->setFocus(true);
+    adoptSize();
+}
+
+void ComponentSlot::adoptSize() {
+    if (!m_item)
+        return;
+    if (widthValid())
+        m_item->setWidth(width());
+    if (heightValid())
+        m_item->setHeight(height());
+    setImplicitSize(m_item->width(), m_item->height());
+}
+
+void ComponentSlot::geometryChange(const QRectF &newGeometry, const QRectF &oldGeometry) {
+    QQuickItem::geometryChange(newGeometry, oldGeometry);
+    adoptSize();
+}
+
+} // namespace tarne

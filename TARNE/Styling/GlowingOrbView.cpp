@@ -1,0 +1,155 @@
+#include "GlowingOrbView.h"
+
+#include "BlurredShape.h"
+#include "TARNEStyle.h"
+
+#include <QPainter>
+
+#include <algorithm>
+#include <cmath>
+
+namespace tarne {
+namespace {
+
+using namespace std::chrono_literals;
+
+/// Entries of the table of distances: fine enough that neighbours at the circle's edge are a
+/// fiftieth of a pixel apart.
+constexpr int glowEntries = 16384;
+
+/// From the middle to where the glow ends at scale 1.0, in points.
+double reach(const OrbLook &look) {
+    return look.size / 2 + blurExtent(look.glowRadius);
+}
+
+/// The opacity of circle and glow together, `distance` points from the middle.
+double orbCoverage(const OrbLook &look, double distance, double devicePixelRatio) {
+    const double beyondEdge = distance - look.size / 2;
+    const double circle = std::clamp(0.5 - beyondEdge * devicePixelRatio, 0.0, 1.0);
+    return circle + (1 - circle) * blurCoverage(beyondEdge, look.glowRadius);
+}
+
+} // namespace
+
+GlowingOrbView::GlowingOrbView(QQuickItem *parent) : AnimatedTexture(70ms, parent) {
+    setImplicitSize(250, 250);
+}
+
+void GlowingOrbView::setProgress(double progress) {
+    if (m_progress == progress || !std::isfinite(progress))
+        return;
+    m_progress = progress;
+    // A moving orb takes the new look with its next frame, at most 70 ms away.
+    if (!isAnimating())
+        repaint();
+    Q_EMIT progressChanged();
+}
+
+void GlowingOrbView::setActive(bool isActive) {
+    if (m_isActive == isActive)
+        return;
+    m_isActive = isActive;
+    if (isActive)
+        startAnimations();
+    else
+        stopAnimations();
+    Q_EMIT isActiveChanged();
+}
+
+void GlowingOrbView::setPaused(bool isPaused) {
+    if (m_isPaused == isPaused)
+        return;
+    m_isPaused = isPaused;
+    if (isPaused)
+        stopPulse(0.3);
+    else if (m_isActive)
+        startAnimations();
+    repaint();
+    Q_EMIT isPausedChanged();
+}
+
+void GlowingOrbView::startAnimations() {
+    m_pulse.start();
+    updateTimer();
+    Q_EMIT pulseAnimationChanged();
+}
+
+void GlowingOrbView::stopAnimations() {
+    stopPulse(0.5);
+}
+
+void GlowingOrbView::stopPulse(double seconds) {
+    m_pulse.stop(seconds);
+    updateTimer();
+    Q_EMIT pulseAnimationChanged();
+}
+
+void GlowingOrbView::shownChanged(bool isShown) {
+    if (isShown && !std::exchange(m_hasAppeared, true))
+        startAnimations();
+}
+
+void GlowingOrbView::itemChange(ItemChange change, const ItemChangeData &value) {
+    // Made invisible, by its tab or its face of the screen, it appears anew the next time; a sheet
+    // above it or a minimised window only holds it.
+    if (change == ItemVisibleHasChanged && !value.boolValue)
+        m_hasAppeared = false;
+    AnimatedTexture::itemChange(change, value);
+}
+
+QRectF GlowingOrbView::pictureRect() const {
+    const double half = std::ceil(reach(look()) * OrbPulse::largestScale) + 1;
+    const QPointF middle(std::round(width() / 2), std::round(height() / 2));
+    return {middle.x() - half, middle.y() - half, 2 * half, 2 * half};
+}
+
+void GlowingOrbView::updateGlow(double devicePixelRatio) {
+    const OrbLook now = look();
+    if (m_glowLook == now && m_glowRatio == devicePixelRatio && !m_glow.empty())
+        return;
+    m_glowLook = now;
+    m_glowRatio = devicePixelRatio;
+    m_glow.resize(glowEntries + 1);
+    const double end = reach(now);
+    for (int entry = 0; entry < glowEntries; ++entry) {
+        const double distance = end * std::sqrt((entry + 0.5) / glowEntries);
+        const double coverage = orbCoverage(now, distance, devicePixelRatio);
+        const int alpha = static_cast<int>(std::lround(255 * now.intensity * coverage));
+        m_glow[static_cast<std::size_t>(entry)] =
+            qPremultiply(qRgba(now.color.red(), now.color.green(), now.color.blue(), alpha));
+    }
+    m_glow.back() = 0;
+}
+
+QImage GlowingOrbView::paintPicture(double devicePixelRatio) {
+    updateGlow(devicePixelRatio);
+    const QSizeF points = pictureRect().size();
+    QImage image((points * devicePixelRatio).toSize(), QImage::Format_ARGB32_Premultiplied);
+    const double end = reach(m_glowLook) * devicePixelRatio * m_pulse.scale();
+    const float entriesPerSquare = static_cast<float>(glowEntries / (end * end));
+    const float last = glowEntries;
+    const float middle = static_cast<float>(image.width()) / 2 - 0.5F;
+    for (int row = 0; row < image.height(); ++row) {
+        auto *line = reinterpret_cast<QRgb *>(image.scanLine(row));
+        const float y = static_cast<float>(row) - middle;
+        for (int column = 0; column < image.width(); ++column) {
+            const float x = static_cast<float>(column) - middle;
+            const float entry = std::min((x * x + y * y) * entriesPerSquare, last);
+            line[column] = m_glow[static_cast<std::size_t>(entry)];
+        }
+    }
+
+    image.setDevicePixelRatio(devicePixelRatio);
+    QPainter painter(&image);
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setOpacity(m_glowLook.intensity * 0.3);
+    painter.setPen(Qt::NoPen);
+    painter.setBrush(SystemColors::white);
+    const double offset = m_glowLook.size * 0.1;
+    const double radius = m_glowLook.size * 0.3;
+    painter.drawEllipse(QPointF(points.width() / 2 - offset, points.height() / 2 - offset), radius,
+                        radius);
+    return image;
+}
+
+} // namespace tarne

@@ -1,0 +1,297 @@
+#include "TestMain.h"
+#include "UiDriver.h"
+
+#include <gmock/gmock.h>
+
+namespace tarne::test {
+namespace {
+
+using namespace Qt::StringLiterals;
+
+/// A document with the given content in a column.
+QString column(const QString &content) {
+    return u"pragma ComponentBehavior: Bound\nimport QtQuick\nimport TARNE.Styling\nRectangle { "
+           u"id: root; property int presses: 0; "
+           "property string typed; Column { spacing: 10; "_s +
+           content + u" } }"_s;
+}
+
+int presses(const UiDriver &ui) {
+    return ui.root()->property("presses").toInt();
+}
+QString typed(const UiDriver &ui) {
+    return ui.root()->property("typed").toString();
+}
+
+TEST(PlainText, IsAStaticTextNamedByItself) {
+    const UiDriver ui(column(u"PlainText { text: 'Session Setup' }"_s));
+    EXPECT_TRUE(ui.has(u"Session Setup"_s, QAccessible::StaticText));
+}
+
+TEST(PlainText, ShowsMarkupAsItStands) {
+    const UiDriver ui(column(u"PlainText { text: '<b>bold</b> &amp; more' }"_s));
+    EXPECT_TRUE(ui.has(u"<b>bold</b> &amp; more"_s));
+    EXPECT_EQ(ui.find(u"<b>bold</b> &amp; more"_s)->property("textFormat").toInt(), Qt::PlainText);
+}
+
+struct ButtonCase {
+    const char *name;
+    QString qml;
+};
+
+class Buttons : public testing::TestWithParam<ButtonCase> {
+protected:
+    [[nodiscard]] QString document() const {
+        QString qml = GetParam().qml;
+        return column(qml.replace(u"%"_s, u"onClicked: root.presses++;"_s));
+    }
+};
+
+TEST_P(Buttons, ArePressedByThePointer) {
+    UiDriver ui(document());
+    EXPECT_TRUE(ui.click(u"Go"_s, QAccessible::Button));
+    EXPECT_EQ(presses(ui), 1);
+}
+
+TEST_P(Buttons, AreReachedByTabAndPressedBySpace) {
+    UiDriver ui(document());
+    ui.tab();
+    EXPECT_EQ(ui.focusedName(), u"Go"_s);
+    ui.key(Qt::Key_Space);
+    EXPECT_EQ(presses(ui), 1);
+}
+
+TEST_P(Buttons, ArePressedByAnAssistiveTool) {
+    const UiDriver ui(document());
+    QAccessibleActionInterface *const actions = ui.accessible(u"Go"_s)->actionInterface();
+    ASSERT_NE(actions, nullptr);
+    actions->doAction(QAccessibleActionInterface::pressAction());
+    EXPECT_EQ(presses(ui), 1);
+}
+
+TEST_P(Buttons, ShowThePointingHand) {
+    UiDriver ui(document());
+    EXPECT_EQ(ui.cursorOver(u"Go"_s), Qt::PointingHandCursor);
+}
+
+TEST_P(Buttons, AreNamedOnce) {
+    const UiDriver ui(document());
+    EXPECT_EQ(ui.names().count(u"Go"_s), 1);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Looks, Buttons,
+    testing::Values(
+        ButtonCase{"Primary", u"PrimaryButton { text: 'Go'; symbol: 'play.fill'; % }"_s},
+        ButtonCase{"Secondary", u"SecondaryButton { text: 'Go'; trailingSymbol: 'link'; % }"_s},
+        ButtonCase{"Bordered", u"BorderedButton { text: 'Go'; isSmall: true; % }"_s},
+        ButtonCase{"Icon", u"IconButton { symbol: 'xmark'; accessibleLabel: 'Go'; % }"_s}),
+    [](const auto &button) { return std::string(button.param.name); });
+
+TEST(PrimaryButton, StepsBackWhilePressedAndReturnsOverTwoTenthsOfASecond) {
+    UiDriver ui(column(u"PrimaryButton { text: 'Go' }"_s));
+    QQuickItem *const button = ui.find(u"Go"_s);
+    const QPointF middle = button->mapToScene(QPointF(10, 10));
+    ui.press(middle);
+    EXPECT_TRUE(ui.waitUntil([&] { return button->opacity() < 0.9001; }));
+    ui.release(middle);
+    EXPECT_LT(button->opacity(), 1.0);
+    EXPECT_TRUE(ui.waitUntil([&] { return button->opacity() == 1.0; }));
+}
+
+TEST(PrimaryButton, IsAtLeastAsWideAsAsked) {
+    const UiDriver ui(column(u"PrimaryButton { text: 'Go'; minimumWidth: 140 }"_s));
+    EXPECT_EQ(ui.find(u"Go"_s)->width(), 140);
+}
+
+TEST(PrimaryButton, PadsItsLabelBySixteenAndTen) {
+    const UiDriver ui(column(u"PrimaryButton { text: 'Go'; label: Item { implicitWidth: 50; "
+                             "implicitHeight: 20 } }"_s));
+    EXPECT_EQ(ui.find(u"Go"_s)->size(), QSizeF(82, 40));
+}
+
+TEST(StyledButton, TakesItsLookByAConditionAtRunTime) {
+    UiDriver ui(
+        column(u"StyledButton { text: 'Go'; buttonStyle: root.presses % 2 ? "
+               "ButtonStyles.primary : ButtonStyles.secondary; onClicked: root.presses++ }"_s));
+    const QPoint inside(14, 20);
+    EXPECT_EQ(ui.picture().pixelColor(inside), QColor(Qt::white));
+    EXPECT_TRUE(ui.click(u"Go"_s));
+    QQuickItem *const button = ui.find(u"Go"_s);
+    EXPECT_TRUE(ui.waitUntil([&] { return button->opacity() == 1.0; }));
+    EXPECT_EQ(ui.picture().pixelColor(inside), QColor(0, 0x7A, 0xFF));
+}
+
+TEST(DisabledButton, IsNotPressedAndKeepsTheArrow) {
+    UiDriver ui(column(u"PrimaryButton { id: b; text: 'Set'; enabled: false; onClicked: "
+                       "root.presses++ }"_s));
+    ui.clickAt(QPointF(20, 20));
+    EXPECT_EQ(presses(ui), 0);
+    EXPECT_EQ(ui.view().cursor().shape(), Qt::ArrowCursor);
+}
+
+TEST(TextField, IsNamedByItsPlaceholderAndTakesWhatIsTyped) {
+    UiDriver ui(
+        column(u"TextField { placeholderText: '5-180'; onTextEdited: root.typed = text }"_s));
+    EXPECT_TRUE(ui.click(u"5-180"_s, QAccessible::EditableText));
+    ui.type(u"90"_s);
+    EXPECT_EQ(typed(ui), u"90"_s);
+}
+
+const QString secureField = u"SecureField { width: 300; placeholderText: 'Enter your key'; "
+                            "onTextEdited: text => root.typed = text; "
+                            "onVisibilityToggled: isValueVisible = !isValueVisible }"_s;
+
+TEST(SecureField, IsAPasswordFieldThatNeverTellsItsValue) {
+    UiDriver ui(column(secureField));
+    EXPECT_TRUE(ui.click(u"Enter your key"_s));
+    ui.type(u"sesame"_s);
+    EXPECT_EQ(typed(ui), u"sesame"_s);
+    QAccessibleInterface *const field = ui.accessible(u"Enter your key"_s);
+    EXPECT_TRUE(field->state().passwordEdit);
+    EXPECT_FALSE(field->text(QAccessible::Value).contains(u"sesame"_s));
+    QAccessibleTextInterface *const text = field->textInterface();
+    if (text) {
+        EXPECT_FALSE(text->text(0, text->characterCount()).contains(u"sesame"_s));
+    }
+    QAccessibleValueInterface *const value = field->valueInterface();
+    if (value) {
+        EXPECT_FALSE(value->currentValue().toString().contains(u"sesame"_s));
+    }
+}
+
+QStringList announcedTexts;
+
+/// Keeps every text that is announced to assistive tools.
+void recordAnnouncement(QAccessibleEvent *event) {
+    if (event->type() == QAccessible::TextInserted)
+        announcedTexts << static_cast<QAccessibleTextInsertEvent *>(event)->textInserted();
+    else if (event->type() == QAccessible::TextUpdated)
+        announcedTexts << static_cast<QAccessibleTextUpdateEvent *>(event)->textInserted();
+    else if (event->type() == QAccessible::ValueChanged)
+        announcedTexts << static_cast<QAccessibleValueChangeEvent *>(event)->value().toString();
+}
+
+TEST(SecureField, AnnouncesNothingOfWhatIsTyped) {
+    UiDriver ui(column(secureField));
+    announcedTexts.clear();
+    const auto former = QAccessible::installUpdateHandler(recordAnnouncement);
+    EXPECT_TRUE(ui.click(u"Enter your key"_s));
+    ui.type(u"x"_s);
+    QAccessible::installUpdateHandler(former);
+    EXPECT_THAT(announcedTexts, testing::Not(testing::Contains(u"x"_s)));
+}
+
+TEST(SecureField, ItsEyeShowsAndHidesTheValueOnScreenOnly) {
+    UiDriver ui(column(secureField));
+    EXPECT_TRUE(ui.click(u"Enter your key"_s));
+    ui.type(u"sesame"_s);
+    QQuickItem *const field = ui.find(u"Enter your key"_s);
+    EXPECT_EQ(field->property("displayText").toString(), u"••••••"_s);
+    EXPECT_TRUE(ui.click(u"Show key"_s));
+    EXPECT_EQ(field->property("displayText").toString(), u"sesame"_s);
+    EXPECT_FALSE(
+        ui.accessible(u"Enter your key"_s)->text(QAccessible::Value).contains(u"sesame"_s));
+    EXPECT_TRUE(ui.click(u"Hide key"_s));
+    EXPECT_EQ(field->property("displayText").toString(), u"••••••"_s);
+}
+
+const QString editor =
+    u"TextEditor { width: 300; height: 60; accessibleName: 'Reflection'; lineSpacing: 3; "
+    "onTextEdited: text => root.typed = text } "
+    "BorderedButton { text: 'Next' }"_s;
+
+TEST(TextEditor, TakesSeveralLines) {
+    UiDriver ui(column(editor));
+    EXPECT_TRUE(ui.click(u"Reflection"_s, QAccessible::EditableText));
+    ui.type(u"one"_s);
+    ui.key(Qt::Key_Return);
+    ui.type(u"two"_s);
+    EXPECT_EQ(typed(ui), u"one\ntwo"_s);
+}
+
+TEST(TextEditor, TabMovesTheFocusOn) {
+    UiDriver ui(column(editor));
+    EXPECT_TRUE(ui.click(u"Reflection"_s));
+    ui.tab();
+    EXPECT_EQ(ui.focusedName(), u"Next"_s);
+    ui.backtab();
+    EXPECT_EQ(ui.focusedName(), u"Reflection"_s);
+    EXPECT_EQ(typed(ui), u""_s);
+}
+
+TEST(TextEditor, UndoTakesBackOneEditAtATime) {
+    UiDriver ui(column(editor));
+    EXPECT_TRUE(ui.click(u"Reflection"_s));
+    ui.type(u"one"_s);
+    ui.key(Qt::Key_Return);
+    ui.key(Qt::Key_Z, Qt::ControlModifier);
+    EXPECT_EQ(typed(ui), u"one"_s);
+}
+
+TEST(TextEditor, PastedMarkupStaysPlain) {
+    UiDriver ui(column(
+        u"TextEditor { width: 300; height: 60; accessibleName: 'Notes'; text: '<b>x</b>' }"_s));
+    EXPECT_EQ(ui.find(u"Notes"_s)->property("text").toString(), u"<b>x</b>"_s);
+}
+
+TEST(ScrollColumn, ScrollsByWheelAndBringsTheFocusIntoView) {
+    UiDriver ui(
+        u"import QtQuick\nimport TARNE.Styling\nScrollColumn { "
+        "Repeater { model: 40; BorderedButton { required property int index; text: 'Row ' + "
+        "index } } }"_s,
+        QSize(300, 200));
+    ui.wheel(QPointF(100, 100), -15);
+    EXPECT_TRUE(ui.waitUntil([&] { return ui.root()->property("contentY").toReal() > 0; }));
+    ui.root()->setProperty("contentY", 0);
+    for (int row = 0; row < 20; ++row)
+        ui.tab();
+    QQuickItem *const focused = ui.view().activeFocusItem();
+    EXPECT_EQ(ui.focusedName(), u"Row 19"_s);
+    EXPECT_GE(focused->mapToScene(QPointF(0, 0)).y(), 0);
+    EXPECT_LE(focused->mapToScene(QPointF(0, focused->height())).y(), 200);
+}
+
+TEST(DisclosureSection, OpensAndClosesByItsWholeRow) {
+    UiDriver ui(
+        column(u"DisclosureSection { width: 300; symbol: 'heart.fill'; title: 'Motivation'; "
+               "content: PlainText { text: 'Go on' } }"_s));
+    EXPECT_FALSE(ui.has(u"Go on"_s));
+    EXPECT_TRUE(ui.click(u"Motivation"_s, QAccessible::Button));
+    EXPECT_TRUE(ui.waitUntil([&] { return ui.has(u"Go on"_s); }));
+    EXPECT_TRUE(ui.click(u"Motivation"_s, QAccessible::Button));
+    EXPECT_TRUE(ui.waitUntil([&] { return !ui.has(u"Go on"_s); }));
+}
+
+TEST(ProgressBar, TellsItsValueInWords) {
+    const UiDriver ui(column(u"ProgressBar { value: 0.67; accessibleName: 'Tasks' }"_s));
+    const QAccessibleInterface *const bar = ui.accessible(u"Tasks"_s);
+    EXPECT_EQ(bar->role(), QAccessible::ProgressBar);
+    EXPECT_EQ(bar->text(QAccessible::Description), u"67 %"_s);
+}
+
+TEST(Containers, ShowWhatTheyHold) {
+    const UiDriver ui(
+        column(u"Card { PlainText { text: 'in a card' } } "
+               "TextInputBox { width: 200; height: 50; PlainText { text: 'in a box' } } "
+               "GroupBox { width: 200; title: 'About'; PlainText { text: 'in a group' } } "
+               "Badge { text: 'Completed' } Separator { width: 50 } Spinner {}"_s));
+    for (const QString &text :
+         {u"in a card"_s, u"in a box"_s, u"About"_s, u"in a group"_s, u"Completed"_s})
+        EXPECT_TRUE(ui.has(text, QAccessible::StaticText)) << qPrintable(text);
+}
+
+TEST(SymbolIcon, ReportsAnUnknownName) {
+    const ExpectedWarning warning(u"no outline for the symbol \"nothing.at.all\""_s);
+    const UiDriver ui(column(u"SymbolIcon { symbol: 'nothing.at.all' }"_s));
+}
+
+TEST(SymbolIcon, IsDrawnInItsColour) {
+    UiDriver ui(
+        u"import QtQuick\nimport TARNE.Styling\nRectangle { SymbolIcon { symbol: 'stop.fill'; "
+        "size: 64; color: '#ff0000' } }"_s);
+    EXPECT_EQ(ui.picture().pixelColor(32, 32), QColor(255, 0, 0));
+}
+
+} // namespace
+} // namespace tarne::test

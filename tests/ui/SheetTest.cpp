@@ -1,0 +1,218 @@
+#include "UiDriver.h"
+
+#include <gmock/gmock.h>
+
+namespace tarne::test {
+namespace {
+
+using namespace Qt::StringLiterals;
+
+/// A page with a sheet, and in that sheet another one.
+const QString page = uR"(
+pragma ComponentBehavior: Bound
+import QtQuick
+import TARNE.Styling
+Rectangle {
+    id: root
+    property bool lower: false
+    property bool upper: false
+    property int presses: 0
+    Column {
+        BorderedButton { text: "Open"; onClicked: root.lower = true }
+        BorderedButton { text: "Behind"; onClicked: root.presses++ }
+        PlainText { text: "page" }
+    }
+    Sheet {
+        isPresented: root.lower
+        content: SheetPanel {
+            width: 400
+            accessibleName: "Lower"
+            header: Item {
+                width: 400
+                implicitHeight: 60
+                IconButton { symbol: "xmark.circle.fill"; accessibleLabel: "Close"; onClicked: root.lower = false }
+            }
+            BorderedButton { text: "Further"; onClicked: root.upper = true }
+            TextField { placeholderText: "words" }
+            Sheet {
+                isPresented: root.upper
+                content: SheetPanel {
+                    width: 300
+                    ownHeight: 900
+                    accessibleName: "Upper"
+                    BorderedButton { text: "Back"; onClicked: root.upper = false }
+                    BorderedButton { text: "End"; onClicked: { root.lower = false; root.upper = false } }
+                    Repeater { model: 100; PlainText { required property int index; text: "line " + index } }
+                }
+            }
+        }
+    }
+}
+)"_s;
+
+class SheetTest : public testing::Test {
+protected:
+    void open() { ASSERT_TRUE(ui.click(u"Open"_s)); }
+    void openBoth() {
+        open();
+        ASSERT_TRUE(ui.click(u"Further"_s));
+    }
+    int presses() { return ui.root()->property("presses").toInt(); }
+
+    UiDriver ui{page, QSize(800, 600)};
+};
+
+TEST_F(SheetTest, ShowsItsContentWhilePresented) {
+    EXPECT_FALSE(ui.has(u"Lower"_s));
+    open();
+    EXPECT_TRUE(ui.has(u"Lower"_s, QAccessible::Dialog));
+    EXPECT_TRUE(ui.click(u"Close"_s));
+    EXPECT_FALSE(ui.has(u"Lower"_s));
+}
+
+TEST_F(SheetTest, WhatLiesBehindIsOutOfTheAccessibleTree) {
+    open();
+    EXPECT_FALSE(ui.has(u"Behind"_s));
+    EXPECT_FALSE(ui.has(u"page"_s));
+    EXPECT_TRUE(ui.click(u"Close"_s));
+    EXPECT_TRUE(ui.has(u"Behind"_s));
+}
+
+TEST_F(SheetTest, WhatLiesBehindIsOutOfThePointersReach) {
+    const QQuickItem *const behind = ui.find(u"Behind"_s);
+    const QPointF position = behind->mapToScene(QPointF(5, 5));
+    open();
+    ui.clickAt(position);
+    EXPECT_EQ(presses(), 0);
+    EXPECT_TRUE(ui.has(u"Lower"_s));
+    EXPECT_EQ(ui.view().cursor().shape(), Qt::ArrowCursor);
+}
+
+TEST_F(SheetTest, TabStaysInside) {
+    open();
+    QStringList reached;
+    for (int step = 0; step < 6; ++step) {
+        ui.tab();
+        reached.append(ui.focusedName());
+    }
+    EXPECT_THAT(reached, testing::Not(testing::Contains(u"Behind"_s)));
+    EXPECT_THAT(reached, testing::IsSupersetOf({u"Close"_s, u"Further"_s, u"words"_s}));
+}
+
+TEST_F(SheetTest, EscapeAndControlReturnDoNothing) {
+    open();
+    ui.key(Qt::Key_Escape);
+    ui.key(Qt::Key_Return, Qt::ControlModifier);
+    EXPECT_TRUE(ui.has(u"Lower"_s));
+    ui.tab();
+    ui.key(Qt::Key_Escape);
+    EXPECT_TRUE(ui.has(u"Lower"_s));
+}
+
+TEST_F(SheetTest, TheFocusReturnsToWhereItWas) {
+    ui.tab();
+    EXPECT_EQ(ui.focusedName(), u"Open"_s);
+    ui.key(Qt::Key_Space);
+    ui.tab();
+    EXPECT_NE(ui.focusedName(), u"Open"_s);
+    EXPECT_TRUE(ui.click(u"Close"_s));
+    EXPECT_EQ(ui.focusedName(), u"Open"_s);
+}
+
+TEST_F(SheetTest, SheetsStackAndTheLowerOneComesBackIntact) {
+    open();
+    EXPECT_TRUE(ui.click(u"words"_s));
+    ui.type(u"kept"_s);
+    EXPECT_TRUE(ui.click(u"Further"_s));
+    EXPECT_TRUE(ui.has(u"Upper"_s));
+    EXPECT_FALSE(ui.has(u"Further"_s));
+    EXPECT_TRUE(ui.click(u"Back"_s));
+    EXPECT_FALSE(ui.has(u"Upper"_s));
+    EXPECT_TRUE(ui.has(u"Lower"_s));
+    EXPECT_EQ(ui.find(u"words"_s)->property("text").toString(), u"kept"_s);
+}
+
+TEST_F(SheetTest, BothSheetsCanCloseAtOnce) {
+    openBoth();
+    EXPECT_TRUE(ui.click(u"End"_s));
+    EXPECT_TRUE(ui.waitUntil([&] { return ui.has(u"Behind"_s); }));
+    EXPECT_FALSE(ui.has(u"Lower"_s));
+    EXPECT_TRUE(ui.click(u"Behind"_s));
+    EXPECT_EQ(presses(), 1);
+}
+
+TEST_F(SheetTest, IsNeverHigherThanTheWindowLess32AndItsBodyScrolls) {
+    openBoth();
+    EXPECT_EQ(ui.find(u"Upper"_s)->height(), 568);
+    const QQuickItem *const back = ui.find(u"Back"_s);
+    const double before = back->mapToScene(QPointF()).y();
+    ui.wheel(QPointF(400, 300), -30);
+    EXPECT_TRUE(ui.waitUntil([&] { return back->mapToScene(QPointF()).y() < before; }));
+}
+
+TEST_F(SheetTest, FollowsTheWindowsHeight) {
+    openBoth();
+    ui.view().resize(800, 1000);
+    EXPECT_TRUE(ui.waitUntil([&] { return ui.find(u"Upper"_s)->height() == 900; }));
+}
+
+TEST(SheetPanel, IsAsHighAsWhatItHoldsUnlessToldOtherwise) {
+    const UiDriver ui(u"import QtQuick\nimport TARNE.Styling\nItem { SheetPanel { accessibleName: "
+                      u"'Panel'; width: 300; "
+                      "header: Item { implicitHeight: 50 } footer: Item { implicitHeight: 30 } "
+                      "Item { width: 10; height: "
+                      "100 } } }"_s);
+    EXPECT_EQ(ui.find(u"Panel"_s)->height(), 180);
+}
+
+const QString alertPage = uR"(
+pragma ComponentBehavior: Bound
+import QtQuick
+import TARNE.Styling
+Rectangle {
+    id: root
+    property int accepted: 0
+    property int dismissed: 0
+    property bool showing: true
+    BorderedButton { text: "Behind" }
+    Alert {
+        isPresented: root.showing
+        title: "Setup Complete"
+        message: "Ready"
+        buttonText: "Start"
+        otherButtonText: "Later"
+        onAccepted: { root.accepted++; root.showing = false }
+        onDismissed: { root.dismissed++; root.showing = false }
+    }
+}
+)"_s;
+
+TEST(Alert, ShowsTitleMessageAndButtonsAboveEverything) {
+    const UiDriver ui(alertPage);
+    EXPECT_TRUE(ui.has(u"Setup Complete"_s, QAccessible::StaticText));
+    EXPECT_TRUE(ui.has(u"Ready"_s, QAccessible::StaticText));
+    EXPECT_FALSE(ui.has(u"Behind"_s));
+}
+
+TEST(Alert, ReturnPressesTheDefaultButton) {
+    UiDriver ui(alertPage);
+    ui.key(Qt::Key_Return);
+    EXPECT_EQ(ui.root()->property("accepted").toInt(), 1);
+    EXPECT_TRUE(ui.has(u"Behind"_s));
+}
+
+TEST(Alert, EscapeLeavesItUp) {
+    UiDriver ui(alertPage);
+    ui.key(Qt::Key_Escape);
+    EXPECT_TRUE(ui.has(u"Ready"_s));
+}
+
+TEST(Alert, TheOtherButtonDismissesIt) {
+    UiDriver ui(alertPage);
+    EXPECT_TRUE(ui.click(u"Later"_s));
+    EXPECT_EQ(ui.root()->property("dismissed").toInt(), 1);
+    EXPECT_EQ(ui.root()->property("accepted").toInt(), 0);
+}
+
+} // namespace
+} // namespace tarne::test
