@@ -18,6 +18,9 @@ T.AbstractButton {
     focusPolicy: Qt.TabFocus
     opacity: down ? 0.6 : 1
     Accessible.name: text
+    // Space presses already.
+    Keys.onReturnPressed: button.clicked()
+    Keys.onEnterPressed: button.clicked()
     Accessible.onPressAction: {
         if (button.enabled)
             button.clicked();

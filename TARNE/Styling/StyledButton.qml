@@ -25,6 +25,9 @@ T.AbstractButton {
     font: Typography.button
     opacity: look.opacity
     Accessible.name: text
+    // Space presses already.
+    Keys.onReturnPressed: button.clicked()
+    Keys.onEnterPressed: button.clicked()
     Accessible.onPressAction: {
         if (button.enabled)
             button.clicked();
@@ -60,6 +63,7 @@ T.AbstractButton {
         id: row
 
         anchors.centerIn: parent
+        visible: !button.label
         spacing: 6
 
         SymbolIcon {

@@ -27,9 +27,10 @@ TimerView::TimerView(SessionViewModel &sessionViewModel, const UserDefaults &def
       m_notificationCenter(notificationCenter),
       m_timeRemaining(UserPreferences::load(defaults).defaultDuration) {
     m_selectedDuration = m_timeRemaining;
-    connect(this, &TimerView::showDurationSelectionChanged, this,
-            &TimerView::presentDurationSelection);
-    connect(this, &TimerView::showSessionNotesChanged, this, &TimerView::presentSessionNotes);
+    connect(this, &TimerView::showSessionNotesChanged, this, [this](bool show) {
+        if (!show)
+            m_sessionNotes->disappear();
+    });
 }
 
 TimerView::~TimerView() = default;
@@ -82,34 +83,32 @@ void TimerView::followController() {
     setTimerActive(controller->isTimerActive());
 }
 
-void TimerView::selectDuration() {
-    m_showDurationSelection = true;
-}
+// A sheet's view is there before its flag is raised: bindings hear of the flag before anybody else.
+// The view before it is deleted last, when nothing on the screen refers to it any more.
 
-void TimerView::presentDurationSelection(bool show) {
-    if (!show)
+void TimerView::selectDuration() {
+    if (m_showDurationSelection)
         return;
-    // The view before it is deleted last, when nothing on the screen refers to it any more.
     const auto previous = std::exchange(
         m_durationSelection,
         std::make_unique<DurationSelectionView>(
             m_sessionViewModel, &m_selectedDuration, &m_showDurationSelection,
-            [this] { after(pauseBetweenSheets, [this] { m_showSessionNotes = true; }); }));
+            [this] { after(pauseBetweenSheets, [this] { presentSessionNotes(); }); }));
     m_durationSelection->appear();
     Q_EMIT durationSelectionChanged();
+    m_showDurationSelection = true;
 }
 
-void TimerView::presentSessionNotes(bool show) {
-    if (!show) {
-        m_sessionNotes->disappear();
+void TimerView::presentSessionNotes() {
+    if (m_showSessionNotes)
         return;
-    }
     const auto previous = std::exchange(
         m_sessionNotes,
         std::make_unique<SessionNotesView>(m_sessionViewModel, m_notificationCenter, m_runLoop,
                                            &m_showSessionNotes, [this] { startTimer(); }));
     m_sessionNotes->appear();
     Q_EMIT sessionNotesChanged();
+    m_showSessionNotes = true;
 }
 
 void TimerView::startTimer() {

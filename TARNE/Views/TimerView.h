@@ -130,8 +130,7 @@ Q_SIGNALS:
 
 private:
     void followController();
-    void presentDurationSelection(bool show);
-    void presentSessionNotes(bool show);
+    void presentSessionNotes();
 
     void setTimeRemaining(double seconds);
     void setProgress(double progress);

@@ -66,7 +66,11 @@ UiDriver::UiDriver(const QUrl &url, const QVariantMap &properties, const QSize &
     show(size);
 }
 
-UiDriver::~UiDriver() = default;
+UiDriver::~UiDriver() {
+    // What a Loader has made is deleted later, and must go while its engine is there.
+    delete root();
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+}
 
 void UiDriver::show(const QSize &size) {
     m_view->setResizeMode(QQuickView::SizeRootObjectToView);

@@ -1,0 +1,72 @@
+pragma ComponentBehavior: Bound
+import QtQuick
+import TARNE.Styling
+import TARNE.Views
+
+// The field for minutes typed by hand, with the space above it; no height while it is not shown.
+Item {
+    id: row
+
+    required property DurationControls view
+    property font errorFont: Typography.caption
+
+    readonly property bool isShown: view.showCustomInput
+    readonly property bool hasError: view.customInputError.length > 0
+    readonly property real fullHeight: Layout.spacingMedium + controls.rowHeight
+                                       + (hasError ? Layout.spacingSmall + error.implicitHeight : 0)
+
+    height: isShown ? fullHeight : 0
+    opacity: isShown ? 1 : 0
+    visible: height > 0
+    enabled: isShown
+    clip: height < fullHeight
+
+    Behavior on height {
+        EaseInOut { duration: 200 }
+    }
+    Behavior on opacity {
+        EaseInOut { duration: 200 }
+    }
+
+    Row {
+        id: controls
+
+        anchors.horizontalCenter: parent.horizontalCenter
+        y: Layout.spacingMedium
+        spacing: Layout.defaultSpacing
+        // Known before the positioner has run, so that the row does not grow while the sheet opens.
+        readonly property real rowHeight: Math.max(field.implicitHeight, setButton.implicitHeight)
+
+        TextField {
+            id: field
+
+            anchors.verticalCenter: parent.verticalCenter
+            width: 100
+            placeholderText: "5-180"
+            text: row.view.customDuration
+            onTextEdited: row.view.customDuration = text
+        }
+        PlainText {
+            anchors.verticalCenter: parent.verticalCenter
+            text: "minutes"
+            color: Colors.secondaryText
+        }
+        PrimaryButton {
+            id: setButton
+
+            text: "Set"
+            enabled: row.view.canSetCustomDuration
+            onClicked: row.view.applyCustomDuration()
+        }
+    }
+    PlainText {
+        id: error
+
+        anchors.horizontalCenter: parent.horizontalCenter
+        y: controls.y + controls.rowHeight + Layout.spacingSmall
+        visible: row.hasError
+        text: row.view.customInputError
+        font: row.errorFont
+        color: Colors.warning
+    }
+}

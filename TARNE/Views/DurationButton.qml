@@ -1,0 +1,65 @@
+pragma ComponentBehavior: Bound
+import QtQuick
+import TARNE.Styling
+
+// One preset length. The selected one stands out: it is larger, filled, and has a glow.
+StyledButton {
+    id: button
+
+    required property int minutes
+    required property bool isSelected
+
+    buttonStyle: isSelected ? ButtonStyles.primary : ButtonStyles.secondary
+    text: button.minutes + " min"
+    scale: isSelected ? 1.05 : 1
+    Accessible.selectable: true
+    Accessible.selected: isSelected
+
+    Behavior on scale {
+        EaseInOut { duration: 200 }
+    }
+
+    label: Column {
+        anchors.centerIn: parent
+
+        Text {
+            anchors.horizontalCenter: parent.horizontalCenter
+            text: button.minutes
+            font: button.isSelected ? Typography.weighted(Typography.bodyLarge, Font.Bold)
+                                    : Typography.body
+            color: button.look.textColor
+            textFormat: Text.PlainText
+            Accessible.ignored: true
+        }
+        Text {
+            anchors.horizontalCenter: parent.horizontalCenter
+            text: "min"
+            font: Typography.caption
+            color: button.isSelected ? Colors.accent : Colors.secondaryText
+            textFormat: Text.PlainText
+            Accessible.ignored: true
+        }
+    }
+
+    Item {
+        z: -2
+        anchors.fill: parent
+        opacity: button.isSelected ? 1 : 0
+
+        Behavior on opacity {
+            EaseInOut { duration: 200 }
+        }
+
+        ShadowImage {
+            anchors.fill: parent
+            color: Colors.withOpacity(Colors.accent, 0.3)
+            cornerRadius: Layout.cornerRadius
+            blurRadius: 4
+        }
+        RoundedBox {
+            anchors.fill: parent
+            radius: Layout.cornerRadius
+            color: Colors.withOpacity(Colors.accent, 0.1)
+        }
+    }
+}

@@ -1,0 +1,69 @@
+pragma ComponentBehavior: Bound
+import QtQuick
+import TARNE.Styling
+import TARNE.Views
+
+// The first sheet of a new session: its length.
+SheetPanel {
+    id: sheet
+
+    required property DurationSelectionView view
+
+    focus: true
+    implicitWidth: 450
+    color: Colors.background
+    cornerRadius: Layout.cornerRadius
+    shadowColor: Colors.shadow
+    shadowRadius: 10
+    shadowOffset: 5
+    hasDragIndicator: true
+    accessibleName: title.text
+
+    header: Item {
+        width: parent?.width ?? 0
+        implicitHeight: title.implicitHeight + Layout.padding
+
+        PlainText {
+            id: title
+
+            x: Layout.padding
+            y: Layout.padding
+            text: "Select Session Duration"
+            font: Typography.heading1
+        }
+        IconButton {
+            anchors.right: parent.right
+            anchors.rightMargin: Layout.padding
+            anchors.verticalCenter: title.verticalCenter
+            symbol: "xmark.circle.fill"
+            size: 20
+            color: Colors.secondaryText
+            accessibleLabel: "Close"
+            onClicked: sheet.view.close()
+        }
+    }
+
+    DurationChoice {
+        x: Layout.padding
+        width: sheet.width - 2 * Layout.padding
+        // Inside the part that scrolls, so that the larger button is not cut off.
+        topPadding: Layout.spacingMedium
+        view: sheet.view
+    }
+
+    footer: Item {
+        width: parent?.width ?? 0
+        implicitHeight: continueButton.implicitHeight + Layout.spacingMedium + Layout.padding
+
+        PrimaryButton {
+            id: continueButton
+
+            anchors.horizontalCenter: parent.horizontalCenter
+            y: Layout.spacingMedium
+            text: "Continue"
+            trailingSymbol: "arrow.right"
+            minimumWidth: 100
+            onClicked: sheet.view.submit()
+        }
+    }
+}

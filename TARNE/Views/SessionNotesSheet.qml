@@ -1,0 +1,108 @@
+pragma ComponentBehavior: Bound
+import QtQuick
+import TARNE.Styling
+import TARNE.Views
+
+// The second sheet of a new session: its goal.
+SheetPanel {
+    id: sheet
+
+    required property SessionNotesView view
+
+    readonly property real editorHeight: 280
+    // What is inside is a little higher than the panel with the padding of 32 that it asks for; it
+    // is centred, so both ends give.
+    readonly property real verticalPadding:
+        Math.min(32, (ownHeight - title.implicitHeight - 40 - editorHeight) / 2)
+
+    focus: true
+    implicitWidth: 520
+    ownHeight: 400
+    hasDragIndicator: true
+    accessibleName: title.text
+    Component.onCompleted: editor.takeFocus()
+
+    Connections {
+        target: sheet.view
+
+        function onFocusReleased(): void {
+            if (sheet.Window.activeFocusItem)
+                sheet.Window.activeFocusItem.focus = false;
+        }
+    }
+
+    header: Item {
+        width: parent?.width ?? 0
+        implicitHeight: sheet.verticalPadding + title.implicitHeight + 40
+
+        PlainText {
+            id: title
+
+            x: 40
+            y: sheet.verticalPadding
+            text: "Session Goal"
+            font.family: Typography.heading(24).family
+            font.pixelSize: Typography.heading(24).pixelSize
+            font.letterSpacing: -0.3
+            color: Colors.label
+        }
+        IconButton {
+            anchors.right: parent.right
+            anchors.rightMargin: 40
+            anchors.verticalCenter: title.verticalCenter
+            symbol: "xmark.circle.fill"
+            size: 22
+            hierarchical: true
+            accessibleLabel: "Close"
+            onClicked: sheet.view.close()
+        }
+    }
+
+    Item {
+        x: 40
+        width: sheet.width - 2 * 40
+        height: sheet.editorHeight
+
+        TextEditor {
+            id: editor
+
+            anchors.fill: parent
+            font: Typography.system(17, Font.Light)
+            color: Colors.label
+            lineSpacing: 2
+            accessibleName: title.text
+            text: sheet.view.sessionGoal
+            onTextEdited: text => sheet.view.sessionGoal = text
+        }
+
+        Row {
+            anchors.right: parent.right
+            anchors.bottom: parent.bottom
+            anchors.bottomMargin: 16
+            spacing: 16
+
+            // A picture: no key is bound to the button.
+            Row {
+                anchors.verticalCenter: parent.verticalCenter
+                spacing: 4
+
+                SymbolIcon {
+                    symbol: "command"
+                    size: 11
+                    weight: Font.Medium
+                    color: Colors.tertiaryLabel
+                }
+                SymbolIcon {
+                    symbol: "return"
+                    size: 11
+                    weight: Font.Medium
+                    color: Colors.tertiaryLabel
+                }
+            }
+            StartButton {
+                canStart: !sheet.view.isGoalEmpty
+                onClicked: sheet.view.startSession()
+            }
+        }
+    }
+}

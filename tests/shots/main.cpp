@@ -1,0 +1,30 @@
+// tarne_shots <folder>
+//
+// Draws the gallery of screens: real view objects and controllers over fake adapters and seeded
+// data, off screen and in software. Run by scripts/shots, which puts it into docs/shots.
+
+#include "Gallery.h"
+#include "TimerShots.h"
+
+#include <QGuiApplication>
+#include <QtQml/qqmlextensionplugin.h>
+
+#include <cstdio>
+
+Q_IMPORT_QML_PLUGIN(TARNE_StylingPlugin)
+Q_IMPORT_QML_PLUGIN(TARNE_ViewsPlugin)
+
+int main(int argc, char **argv) {
+    if (argc != 2) {
+        std::fputs("tarne_shots <folder>\n", stderr);
+        return 2;
+    }
+    qputenv("QT_QPA_PLATFORM", "offscreen");
+    qputenv("QT_QUICK_BACKEND", "software");
+    qputenv("LC_ALL", "C.UTF-8");
+    qputenv("TZ", "UTC");
+    const QGuiApplication application(argc, argv);
+    tarne::shots::Gallery gallery(QString::fromLocal8Bit(argv[1]));
+    tarne::shots::takeTimerShots(gallery);
+    return gallery.isComplete() ? 0 : 1;
+}
