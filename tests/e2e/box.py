@@ -1,4 +1,4 @@
-"""Runs one module of end-to-end tests in a box: own processes, own network, own shared memory.
+"""Runs one module of end-to-end tests in a box: own processes, own network, own /tmp.
 
     box.py PROGRAM ARTIFACTS MODULE [unittest arguments]
 
@@ -11,22 +11,27 @@ import pathlib
 import sys
 import unittest
 
-X_SOCKETS = pathlib.Path("/tmp/.X11-unix")
+SOURCES = pathlib.Path(__file__).resolve().parents[2]
 
 
-def enter(script):
-    """Runs the script again, with the same arguments, inside a box; returns inside it only."""
+def enter(script, program):
+    """Runs the script again, with the same arguments, inside a box; returns inside it only.
+
+    Of /tmp the box sees the sources and the build that the program belongs to, and no more.
+    """
     if os.environ.pop("TARNE_TEST_BOX", None) == "entered":
         return
-    X_SOCKETS.mkdir(mode=0o1777, exist_ok=True)
     box = ["bwrap", "--dev-bind", "/", "/", "--unshare-pid", "--proc", "/proc", "--unshare-net",
-           "--tmpfs", "/dev/shm", "--tmpfs", str(X_SOCKETS), "--die-with-parent"]
+           "--tmpfs", "/dev/shm", "--tmpfs", "/tmp", "--die-with-parent"]
+    for folder in {SOURCES, pathlib.Path(program).resolve().parents[1]}:
+        if folder.is_relative_to("/tmp"):
+            box += ["--bind", str(folder), str(folder)]
     os.execvpe("bwrap", box + [sys.executable, script] + sys.argv[1:],
                dict(os.environ, TARNE_TEST_BOX="entered", PYTHONDONTWRITEBYTECODE="1"))
 
 
 def main():
-    enter(__file__)
+    enter(__file__, program=sys.argv[1])
     program, artifacts, module, *rest = sys.argv[1:]
     os.environ["TARNE_PROGRAM"] = program
     os.environ["TARNE_ARTIFACTS"] = artifacts

@@ -1,6 +1,5 @@
 """A desktop for one test class: display, buses, accessibility, notifications, login manager."""
 
-import json
 import os
 import pathlib
 import subprocess
@@ -96,9 +95,8 @@ class Desktop:
         return process
 
     def _start_display(self):
-        # The box has its own folder of display sockets, so the number is always free.
-        self._start("Xvfb", DISPLAY, "-screen", "0", "1280x900x24", "-nolisten", "tcp", "-nolock",
-                    "-noreset")
+        # The box has a /tmp of its own, so the number is always free.
+        self._start("Xvfb", DISPLAY, "-screen", "0", "1280x900x24", "-nolisten", "tcp", "-noreset")
         eventually(lambda: self.xdotool("getdisplaygeometry"), "the display answers")
 
     def _start_bus(self):

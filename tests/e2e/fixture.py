@@ -44,11 +44,12 @@ class TarneTestCase(unittest.TestCase):
         self.addCleanup(self._end_programs)
 
     def tearDown(self):
-        self._keep_artifacts_of_a_failure()
-        for program in self.programs:
-            unexpected = [line for line in program.errors
-                          if not any(text in line for text in self.expected_errors)]
-            self.assertEqual(unexpected, [], "lines on standard error")
+        unexpected = [line for program in self.programs for line in program.errors
+                      if not any(text in line for text in self.expected_errors)]
+        if unexpected or self._has_failed():
+            self._keep_artifacts()
+        if unexpected:
+            self.fail("\n".join(["lines on standard error:", *unexpected]))
 
     # -- the program ------------------------------------------------------------------------
 
@@ -191,10 +192,11 @@ class TarneTestCase(unittest.TestCase):
         except GLib.Error as error:
             return [f"unreadable: {error.message}"]
 
-    def _keep_artifacts_of_a_failure(self):
+    def _has_failed(self):
         result = self._outcome.result
-        if not any(test is self for test, _ in result.failures + result.errors):
-            return
+        return any(test is self for test, _ in result.failures + result.errors)
+
+    def _keep_artifacts(self):
         kept = ARTIFACTS / self.id()
         kept.mkdir(parents=True, exist_ok=True)
         self.desktop.screenshot(kept / "screen.png")
