@@ -26,7 +26,7 @@ namespace tarne {
 
 /// What a session controller needs of the platform. Everything outlives the controller.
 struct SessionPlatform {
-    Clock &clock;
+    const Clock &clock;
     RunLoop &runLoop;
     Log &log;
     UserDefaults &defaults;

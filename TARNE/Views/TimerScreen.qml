@@ -51,7 +51,7 @@ Rectangle {
         }
     }
     Sheet {
-        isPresented: screen.view.showSessionReflection && screen.reflectionSheet !== null
+        isPresented: screen.view.showSessionReflection
         content: screen.reflectionSheet
     }
 }

@@ -131,19 +131,15 @@ void TimerView::toggleTimer() {
     after(100ms, [=, this] { animateTimerScale(1.0, spring); });
 }
 
-void TimerView::presentSessionReflection() {
-    m_showSessionReflection = true;
-}
-
 void TimerView::resetTimer() {
-    presentSessionReflection();
+    m_showSessionReflection = true;
 }
 
 void TimerView::showTimerCompletion() {
     constexpr SpringAnimation spring{.response = 0.5, .dampingFraction = 0.6};
     animateTimerScale(1.2, spring);
     after(300ms, [=, this] { animateTimerScale(1.0, spring); });
-    after(500ms, [this] { presentSessionReflection(); });
+    after(500ms, [this] { m_showSessionReflection = true; });
 }
 
 void TimerView::completeSession() {

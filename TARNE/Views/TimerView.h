@@ -131,7 +131,6 @@ Q_SIGNALS:
 private:
     void followController();
     void presentSessionNotes();
-    void presentSessionReflection();
 
     void setTimeRemaining(double seconds);
     void setProgress(double progress);
