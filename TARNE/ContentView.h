@@ -1,0 +1,83 @@
+#pragma once
+
+#include "Screen.h"
+#include "SessionViewModel.h"
+#include "TimerView.h"
+
+#include <QList>
+#include <QObject>
+#include <QtQml/qqmlregistration.h>
+
+#include <array>
+#include <functional>
+#include <memory>
+
+namespace tarne {
+
+class AppDelegate;
+
+/// A tab's symbol and label.
+struct TabItem {
+    Q_GADGET
+    QML_VALUE_TYPE(tabItem)
+    Q_PROPERTY(QString icon MEMBER icon CONSTANT)
+    Q_PROPERTY(QString label MEMBER label CONSTANT)
+
+public:
+    QString icon;
+    QString label;
+};
+
+/// The tab screen: owns the controller that all screens use, and the four screens.
+///
+/// A screen is made when its tab is first shown. It counts as shown while its tab is selected and
+/// the window is shown.
+class ContentView : public QObject {
+    Q_OBJECT
+    QML_ELEMENT
+    QML_UNCREATABLE("made by the application")
+    Q_PROPERTY(int selectedTab READ selectedTab WRITE setSelectedTab NOTIFY selectedTabChanged)
+    Q_PROPERTY(QList<tarne::TabItem> tabs READ tabs CONSTANT)
+    Q_PROPERTY(tarne::TimerView *timerView READ timerView NOTIFY screensChanged)
+
+public:
+    /// Makes the screens; each gets the tab screen's own controller.
+    struct Screens {
+        std::function<std::unique_ptr<TimerView>(SessionViewModel &)> makeTimerView;
+    };
+
+    ContentView(std::unique_ptr<SessionViewModel> sessionViewModel, Screens screens,
+                AppDelegate &delegate);
+    ~ContentView() override;
+
+    [[nodiscard]] SessionViewModel &sessionViewModel() { return *m_sessionViewModel; }
+    [[nodiscard]] static QList<TabItem> tabs();
+
+    [[nodiscard]] int selectedTab() const { return m_selectedTab; }
+    void setSelectedTab(int tab);
+
+    /// None until the tab has been shown once.
+    [[nodiscard]] TimerView *timerView() const { return m_timerView.get(); }
+
+    /// The window shows the view, for the first time or again.
+    void appear();
+    /// The window was closed.
+    void disappear();
+
+Q_SIGNALS:
+    void selectedTabChanged();
+    void screensChanged();
+
+private:
+    /// The screen of a tab, made now if need be; none where the tab has no screen.
+    [[nodiscard]] Screen *screen(int tab);
+
+    std::unique_ptr<SessionViewModel> m_sessionViewModel;
+    Screens m_screens;
+    AppDelegate &m_delegate;
+    int m_selectedTab = 0;
+    bool m_isShown = false;
+    std::unique_ptr<TimerView> m_timerView;
+};
+
+} // namespace tarne

@@ -1,0 +1,54 @@
+#pragma once
+
+#include <QQuickView>
+
+namespace tarne {
+
+/// The application's one window: frameless, its title strip drawn by the shell, moved and resized
+/// by the platform. It can be closed, which hides it, and minimised, but neither zoomed nor made
+/// full screen: an attempt of the window manager is undone.
+class MainWindow : public QQuickView {
+    Q_OBJECT
+    QML_ELEMENT
+    QML_UNCREATABLE("made by the application")
+    /// Shown on the screen, not closed and not minimised: animations run only then.
+    Q_PROPERTY(bool isOnScreen READ isOnScreen NOTIFY isOnScreenChanged)
+
+public:
+    static constexpr QSize minimumContentSize{800, 600}; ///< Logical pixels.
+    static constexpr QSize contentSize{1000, 700};       ///< Logical pixels, at first.
+
+    explicit MainWindow(QQmlEngine *engine);
+    ~MainWindow() override;
+
+    /// Frameless, white, at least 800 by 600. Setting what is there already changes nothing.
+    void applyProperties();
+    /// Gives the window its first size and puts it in the middle of its screen.
+    void placeOnScreen();
+
+    /// Brings a closed, minimised or covered window to the front.
+    Q_INVOKABLE void present();
+
+    [[nodiscard]] bool isOnScreen() const { return m_isOnScreen; }
+
+Q_SIGNALS:
+    void isOnScreenChanged();
+    /// The window was shown, or shown again after it was closed.
+    void shown();
+    void closed();
+
+protected:
+    bool event(QEvent *event) override;
+    void mousePressEvent(QMouseEvent *event) override;
+    void mouseMoveEvent(QMouseEvent *event) override;
+
+private:
+    [[nodiscard]] Qt::Edges edgesAt(QPointF position) const;
+    void undoZoom();
+    void updateIsOnScreen();
+
+    bool m_isOnScreen = false;
+    Qt::Edges m_hoveredEdges;
+};
+
+} // namespace tarne

@@ -1,0 +1,104 @@
+pragma ComponentBehavior: Bound
+import QtQuick
+import QtQuick.Templates as T
+import TARNE.Styling
+
+// The menu of the application, behind a button in the title strip.
+IconButton {
+    id: button
+
+    signal newSessionRequested
+    signal updateCheckRequested
+    signal quitRequested
+
+    symbol: "line.3.horizontal"
+    accessibleLabel: "Menu"
+    size: 18
+    hasPointingHand: false
+    onClicked: menu.opened ? menu.close() : menu.open()
+
+    component Entry: T.MenuItem {
+        id: entry
+
+        property string keys
+
+        implicitWidth: 210
+        implicitHeight: 28
+        Accessible.name: text
+
+        background: Rectangle {
+            color: entry.highlighted ? Colors.accent : "transparent"
+            radius: 5
+        }
+        contentItem: Item {
+            Text {
+                x: 10
+                anchors.verticalCenter: parent.verticalCenter
+                text: entry.text
+                font: Typography.body
+                color: entry.highlighted ? Colors.white : Colors.primaryText
+                textFormat: Text.PlainText
+                Accessible.ignored: true
+            }
+            Text {
+                anchors.right: parent.right
+                anchors.rightMargin: 10
+                anchors.verticalCenter: parent.verticalCenter
+                text: entry.keys
+                font: Typography.caption
+                color: entry.highlighted ? Colors.white : Colors.secondaryText
+                textFormat: Text.PlainText
+                Accessible.ignored: true
+            }
+        }
+    }
+
+    T.Menu {
+        id: menu
+
+        y: button.height + 8
+        implicitWidth: contentWidth + leftPadding + rightPadding
+        implicitHeight: contentHeight + topPadding + bottomPadding
+        contentWidth: 210
+        padding: 5
+        margins: 4
+
+        Entry {
+            text: "New Session"
+            keys: "Ctrl+N"
+            onTriggered: button.newSessionRequested()
+        }
+        Entry {
+            text: "Check for Updates..."
+            onTriggered: button.updateCheckRequested()
+        }
+        Entry {
+            text: "Quit TARNE"
+            keys: "Ctrl+Q"
+            onTriggered: button.quitRequested()
+        }
+
+        background: Item {
+            ShadowImage {
+                anchors.fill: parent
+                color: Colors.withOpacity(Colors.black, 0.2)
+                cornerRadius: 8
+                blurRadius: 12
+                offsetY: 4
+            }
+            RoundedBox {
+                anchors.fill: parent
+                color: Colors.white
+                radius: 8
+                outlineColor: Colors.border
+                outlineWidth: 1
+            }
+        }
+        contentItem: ListView {
+            implicitHeight: contentHeight
+            model: menu.contentModel
+            currentIndex: menu.currentIndex
+            interactive: false
+        }
+    }
+}

@@ -1,0 +1,82 @@
+pragma ComponentBehavior: Bound
+import QtQuick
+import TARNE.Styling
+
+// A tab's screen with its transition: it comes in from the trailing edge and goes out to the
+// leading edge, fading both ways. Made when it is first shown; hidden, it draws and animates
+// nothing.
+FocusScope {
+    id: page
+
+    required property int tabIndex
+    required property int selectedTab
+    required property Component screen
+    // Whether the tab has been shown yet.
+    required property bool hasScreen
+
+    readonly property bool isSelected: selectedTab === tabIndex
+    // The identity by which each tab counts as another view.
+    readonly property string identity: "tab-" + tabIndex
+
+    objectName: identity
+    width: parent.width
+    height: parent.height
+    visible: opacity > 0
+    enabled: isSelected
+    focus: isSelected
+    state: isSelected ? "shown" : "gone"
+
+    ComponentSlot {
+        anchors.fill: parent
+        isActive: page.hasScreen
+        component: page.screen
+        focus: true
+    }
+
+    states: [
+        State {
+            name: "shown"
+            PropertyChanges {
+                page.x: 0
+                page.opacity: 1
+            }
+        },
+        State {
+            name: "gone"
+            PropertyChanges {
+                page.x: 0
+                page.opacity: 0
+            }
+        }
+    ]
+    transitions: [
+        Transition {
+            from: "gone"
+            to: "shown"
+            EaseInOut {
+                property: "x"
+                from: page.width
+                to: 0
+                duration: 300
+            }
+            EaseInOut {
+                property: "opacity"
+                duration: 300
+            }
+        },
+        Transition {
+            from: "shown"
+            to: "gone"
+            EaseInOut {
+                property: "x"
+                from: 0
+                to: -page.width
+                duration: 300
+            }
+            EaseInOut {
+                property: "opacity"
+                duration: 300
+            }
+        }
+    ]
+}

@@ -1,0 +1,160 @@
+// The composition root: the only place where objects meet. Everything is made here, in dependency
+// order, and lives until the end of main; what is made later is handed over as a factory.
+
+#include "AppDelegate.h"
+#include "ContentView.h"
+#include "MainAppView.h"
+#include "MainWindow.h"
+#include "TARNEApp.h"
+#include "UpdateCheck.h"
+
+#include "AppcastUpdaterController.h"
+#include "DesktopBackgroundActivityScheduler.h"
+#include "ExecutableBundle.h"
+#include "FeedbackdHaptics.h"
+#include "FreedesktopUserNotificationCenter.h"
+#include "GraphicsHardware.h"
+#include "LogindWorkspace.h"
+#include "NetworkHealthProbe.h"
+#include "PortalWorkspace.h"
+#include "QProcessLauncher.h"
+#include "QtRunLoop.h"
+#include "SQLiteUserDefaults.h"
+#include "SecretServiceKeychain.h"
+#include "ServerManager.h"
+#include "SingleInstance.h"
+#include "SocketPortProbe.h"
+#include "StandardOutputLog.h"
+#include "StoredKeys.h"
+#include "SystemClock.h"
+#include "SystemProcessTools.h"
+#include "UnixSignals.h"
+
+#include <QDBusConnection>
+#include <QGuiApplication>
+#include <QQmlEngine>
+#include <QQuickWindow>
+#include <QtQml/QQmlExtensionPlugin>
+
+#include <thread>
+
+Q_IMPORT_QML_PLUGIN(TARNEPlugin)
+Q_IMPORT_QML_PLUGIN(TARNE_StylingPlugin)
+Q_IMPORT_QML_PLUGIN(TARNE_ViewsPlugin)
+
+using namespace Qt::StringLiterals;
+using namespace tarne;
+
+int main(int argc, char **argv) {
+    disableCoreDumps();
+    // A rasteriser of the driver costs five times the CPU and three times the memory of Qt's own.
+    if (!hasGraphicsHardware())
+        QQuickWindow::setSceneGraphBackend(u"software"_s);
+    QGuiApplication::setApplicationName(u"TARNE"_s);
+    QGuiApplication::setApplicationVersion(AppcastUpdaterController::builtInVersion());
+    QGuiApplication::setDesktopFileName(u"com.tarne.app"_s);
+    const QGuiApplication application(argc, argv);
+    QGuiApplication::setQuitOnLastWindowClosed(false);
+
+    // Before the store is opened and before anything is logged: a second start only shows the
+    // first one's window.
+    std::function<void()> showWindow = [] {};
+    SingleInstance instance(QDBusConnection::sessionBus(),
+                            [&showWindow](const QString &) { showWindow(); });
+    if (!instance.isFirst()) {
+        instance.activateFirst();
+        return 0;
+    }
+
+    // The platform.
+    StandardOutputLog log;
+    const SystemClock clock;
+    QtRunLoop runLoop;
+    NotificationCenter notificationCenter;
+    SQLiteUserDefaults defaults(SQLiteUserDefaults::standardFolder(),
+                                {keys::userPreferences, keys::sessionHistory, keys::scheduledGoals},
+                                clock, runLoop);
+    FreedesktopUserNotificationCenter userNotifications(QDBusConnection::sessionBus(), clock,
+                                                        &Calendar::current);
+    DesktopBackgroundActivityScheduler backgroundActivities(QDBusConnection::systemBus(), runLoop);
+    FeedbackdHaptics haptics(QDBusConnection::sessionBus());
+    const LogindWorkspace sleepAndActivation(QDBusConnection::systemBus(), application,
+                                             notificationCenter);
+    PortalWorkspace workspace(QDBusConnection::sessionBus());
+    AppcastUpdaterController updater(AppcastUpdaterController::builtInFeed(),
+                                     AppcastUpdaterController::builtInVersion());
+
+    SecretServiceKeychain keychain;
+    ExecutableBundle bundle;
+    SystemProcessTools processTools;
+    SocketPortProbe portProbe;
+    QProcessLauncher processLauncher;
+    NetworkHealthProbe healthProbe;
+
+    // The services. The server's manager lives as long as the process: its destruction would stop
+    // the server a second time.
+    auto &serverManager = *new ServerManager(
+        {.runLoop = runLoop,
+         .log = log,
+         .keychain = keychain,
+         .bundle = bundle,
+         .tools = processTools,
+         .ports = portProbe,
+         .launcher = processLauncher,
+         .health = healthProbe,
+         .sleep = [](std::chrono::microseconds time) { std::this_thread::sleep_for(time); }});
+
+    // The application.
+    const auto makeController = [&] {
+        return std::make_unique<SessionViewModel>(
+            SessionPlatform{.clock = clock,
+                            .runLoop = runLoop,
+                            .log = log,
+                            .defaults = defaults,
+                            .notificationCenter = notificationCenter,
+                            .userNotifications = userNotifications,
+                            .backgroundActivities = backgroundActivities,
+                            .haptics = haptics,
+                            .calendar = &Calendar::current});
+    };
+    const ContentView::Screens screens{.makeTimerView = [&](SessionViewModel &controller) {
+        return std::make_unique<TimerView>(controller, defaults, runLoop, notificationCenter);
+    }};
+    AppDelegate delegate({.start = [&] { serverManager.startServer(); },
+                          .stop = [&] { serverManager.stopServer(); }});
+    UpdateCheck updateCheck(updater, workspace);
+    TARNEApp app(
+        {.makeMainAppView =
+             [&] { return std::make_unique<MainAppView>(makeController(), defaults); },
+         .makeContentView =
+             [&] { return std::make_unique<ContentView>(makeController(), screens, delegate); }},
+        delegate);
+
+    // The window.
+    QQmlEngine engine;
+    engine.addImportPath(u"qrc:/qt/qml"_s);
+    MainWindow window(&engine);
+    showWindow = [&window] { window.present(); };
+    QObject::connect(&window, &MainWindow::shown, &app, &TARNEApp::windowShown);
+    QObject::connect(&window, &MainWindow::closed, &app, &TARNEApp::windowClosed);
+    QObject::connect(&app, &TARNEApp::quitRequested, &application, &QGuiApplication::quit,
+                     Qt::QueuedConnection);
+    window.setInitialProperties({{u"app"_s, QVariant::fromValue(&app)},
+                                 {u"updateCheck"_s, QVariant::fromValue(&updateCheck)},
+                                 {u"window"_s, QVariant::fromValue(&window)}});
+    window.setSource(QUrl(u"qrc:/qt/qml/TARNE/ShellScreen.qml"_s));
+    if (window.status() == QQuickView::Error)
+        return EXIT_FAILURE;
+    window.placeOnScreen();
+    window.show();
+
+    // Launching goes on when the first frame stands on the screen, since it blocks for seconds.
+    QObject::connect(
+        &window, &QQuickWindow::frameSwapped, &app,
+        [&] { runLoop.async([&] { delegate.applicationDidFinishLaunching(&window); }); },
+        static_cast<Qt::ConnectionType>(Qt::QueuedConnection | Qt::SingleShotConnection));
+    const UnixSignals signalsOfTermination([&app] { app.quit(); });
+    const int status = QGuiApplication::exec();
+    delegate.applicationWillTerminate();
+    return status;
+}

@@ -1,0 +1,86 @@
+#include "MainWindow.h"
+
+#include <QGuiApplication>
+#include <QQmlEngine>
+#include <QScreen>
+#include <QSignalSpy>
+
+#include <gtest/gtest.h>
+
+namespace tarne {
+namespace {
+
+class MainWindowTest : public testing::Test {
+protected:
+    QQmlEngine engine;
+    MainWindow window{&engine};
+};
+
+TEST_F(MainWindowTest, IsFramelessWhiteAndAtLeast800By600) {
+    EXPECT_TRUE(window.flags() & Qt::FramelessWindowHint);
+    EXPECT_EQ(window.color(), QColor(Qt::white));
+    EXPECT_EQ(window.minimumSize(), QSize(800, 600));
+}
+
+TEST_F(MainWindowTest, OffersNoZoomAndNoFullScreen) {
+    EXPECT_FALSE(window.flags() & Qt::WindowMaximizeButtonHint);
+    EXPECT_FALSE(window.flags() & Qt::WindowFullscreenButtonHint);
+}
+
+TEST_F(MainWindowTest, BeginsWith1000By700InTheMiddleOfItsScreen) {
+    window.placeOnScreen();
+    EXPECT_EQ(window.size(), QSize(1000, 700));
+    const QPoint offset =
+        window.geometry().center() - window.screen()->availableGeometry().center();
+    EXPECT_LE(offset.manhattanLength(), 2);
+}
+
+TEST_F(MainWindowTest, UndoesAZoomAndAFullScreenFromOutside) {
+    window.placeOnScreen();
+    window.show();
+    window.setWindowStates(Qt::WindowMaximized);
+    QCoreApplication::processEvents();
+    EXPECT_EQ(window.windowStates(), Qt::WindowNoState);
+    window.setWindowStates(Qt::WindowFullScreen);
+    QCoreApplication::processEvents();
+    EXPECT_EQ(window.windowStates(), Qt::WindowNoState);
+}
+
+TEST_F(MainWindowTest, ClosingHidesItAndPresentingShowsItAgain) {
+    QSignalSpy shown(&window, &MainWindow::shown);
+    QSignalSpy closed(&window, &MainWindow::closed);
+    window.show();
+    EXPECT_EQ(shown.size(), 1);
+    window.close();
+    EXPECT_EQ(closed.size(), 1);
+    EXPECT_FALSE(window.isVisible());
+    window.present();
+    EXPECT_TRUE(window.isVisible());
+    EXPECT_EQ(shown.size(), 2);
+}
+
+TEST_F(MainWindowTest, IsNotOnScreenWhileClosedOrMinimized) {
+    EXPECT_FALSE(window.isOnScreen());
+    window.show();
+    EXPECT_TRUE(window.isOnScreen());
+    window.showMinimized();
+    EXPECT_FALSE(window.isOnScreen());
+    window.present();
+    EXPECT_TRUE(window.isOnScreen());
+    window.close();
+    EXPECT_FALSE(window.isOnScreen());
+}
+
+TEST_F(MainWindowTest, SettingThePropertiesAgainMovesNothing) {
+    window.placeOnScreen();
+    window.show();
+    QCoreApplication::processEvents();
+    const QRect before = window.geometry();
+    window.applyProperties();
+    QCoreApplication::processEvents();
+    EXPECT_EQ(window.geometry(), before);
+    EXPECT_TRUE(window.isVisible());
+}
+
+} // namespace
+} // namespace tarne

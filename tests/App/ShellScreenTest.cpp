@@ -1,0 +1,134 @@
+#include "AppFixture.h"
+#include "MainWindow.h"
+#include "UiDriver.h"
+#include "UpdateCheck.h"
+#include "Workspace.h"
+
+#include <QQmlEngine>
+#include <QSignalSpy>
+#include <QtQml/QQmlExtensionPlugin>
+
+Q_IMPORT_QML_PLUGIN(TARNEPlugin)
+Q_IMPORT_QML_PLUGIN(TARNE_StylingPlugin)
+Q_IMPORT_QML_PLUGIN(TARNE_ViewsPlugin)
+
+using namespace Qt::StringLiterals;
+
+namespace tarne {
+namespace {
+
+using testing::IsSupersetOf;
+
+/// An updater of a build that has no feed.
+class NoFeed final : public UpdaterController {
+public:
+    void checkForUpdates(Done done) override { done({}); }
+};
+
+class NoWorkspace final : public Workspace {
+public:
+    void open(const QUrl &) override {}
+};
+
+/// The whole window's content, used by its accessible names.
+class ShellScreen : public test::TARNEAppTest {
+protected:
+    test::UiDriver &ui() {
+        if (!m_ui) {
+            app().windowShown();
+            m_ui = std::make_unique<test::UiDriver>(
+                QUrl(u"qrc:/qt/qml/TARNE/ShellScreen.qml"_s),
+                QVariantMap{{u"app"_s, QVariant::fromValue(&app())},
+                            {u"updateCheck"_s, QVariant::fromValue(&updateCheck)},
+                            {u"window"_s, QVariant::fromValue(&window)}});
+        }
+        return *m_ui;
+    }
+
+    ContentView &content() { return *app().contentView(); }
+
+    QQmlEngine engine;
+    MainWindow window{&engine};
+    NoFeed updater;
+    NoWorkspace workspace;
+    UpdateCheck updateCheck{updater, workspace};
+
+private:
+    void SetUp() override { completeOnboardingBefore(); }
+    void TearDown() override { m_ui.reset(); }
+
+    std::unique_ptr<test::UiDriver> m_ui;
+};
+
+TEST_F(ShellScreen, ShowsFourTabsAndTheFirstTabsScreen) {
+    EXPECT_EQ(ui().names(QAccessible::PageTab),
+              (QStringList{u"Timer"_s, u"Insights"_s, u"History"_s, u"Settings"_s}));
+    EXPECT_TRUE(ui().has(u"Session Setup"_s));
+}
+
+TEST_F(ShellScreen, OffersToCloseAndToMinimizeAndNothingElse) {
+    EXPECT_THAT(ui().names(QAccessible::Button),
+                IsSupersetOf({u"Menu"_s, u"Minimize window"_s, u"Close window"_s}));
+    for (const QString &name : ui().names()) {
+        EXPECT_FALSE(name.contains(u"zoom"_s, Qt::CaseInsensitive));
+        EXPECT_FALSE(name.contains(u"full screen"_s, Qt::CaseInsensitive));
+    }
+}
+
+TEST_F(ShellScreen, APressOnATabShowsItAndHidesTheOther) {
+    ASSERT_TRUE(ui().click(u"History"_s));
+    EXPECT_EQ(content().selectedTab(), 2);
+    EXPECT_TRUE(ui().waitUntil([&] { return !ui().has(u"Session Setup"_s); }));
+    ASSERT_TRUE(ui().click(u"Timer"_s));
+    EXPECT_TRUE(ui().waitUntil([&] { return ui().has(u"Session Setup"_s); }));
+}
+
+TEST_F(ShellScreen, TheArrowKeysMoveBetweenTheTabs) {
+    while (ui().focusedName() != u"Timer"_s)
+        ui().tab();
+    ui().key(Qt::Key_Right);
+    EXPECT_EQ(content().selectedTab(), 1);
+    EXPECT_EQ(ui().focusedName(), u"Insights"_s);
+    ui().key(Qt::Key_Left);
+    ui().key(Qt::Key_Left);
+    EXPECT_EQ(content().selectedTab(), 0);
+}
+
+TEST_F(ShellScreen, TheMenuHoldsItsThreeEntriesInOrder) {
+    ASSERT_TRUE(ui().click(u"Menu"_s));
+    EXPECT_EQ(ui().names(QAccessible::MenuItem),
+              (QStringList{u"New Session"_s, u"Check for Updates..."_s, u"Quit TARNE"_s}));
+}
+
+TEST_F(ShellScreen, TheMenuQuits) {
+    QSignalSpy quit(&app(), &TARNEApp::quitRequested);
+    ASSERT_TRUE(ui().click(u"Menu"_s));
+    ASSERT_TRUE(ui().click(u"Quit TARNE"_s));
+    EXPECT_EQ(quit.size(), 1);
+}
+
+TEST_F(ShellScreen, ControlNDoesNothing) {
+    ui();
+    defaults.takeWrites();
+    ui().key(Qt::Key_N, Qt::ControlModifier);
+    EXPECT_TRUE(defaults.takeWrites().isEmpty());
+    EXPECT_FALSE(content().sessionViewModel().currentSession());
+    EXPECT_TRUE(ui().has(u"Session Setup"_s));
+}
+
+TEST_F(ShellScreen, CheckingForUpdatesTellsTheResultInAnAlert) {
+    ASSERT_TRUE(ui().click(u"Menu"_s));
+    ASSERT_TRUE(ui().click(u"Check for Updates..."_s));
+    ASSERT_TRUE(ui().waitUntil([&] { return ui().has(u"Updates Are Not Set Up"_s); }));
+    ASSERT_TRUE(ui().click(u"OK"_s));
+    EXPECT_TRUE(ui().waitUntil([&] { return !ui().has(u"Updates Are Not Set Up"_s); }));
+}
+
+TEST_F(ShellScreen, ASheetCoversTheTabsAndTheTitleStrip) {
+    ASSERT_TRUE(ui().click(u"Start Session"_s));
+    EXPECT_TRUE(ui().waitUntil([&] { return ui().has(u"Select Session Duration"_s); }));
+    EXPECT_FALSE(ui().has(u"History"_s));
+}
+
+} // namespace
+} // namespace tarne

@@ -1,0 +1,158 @@
+#include "AppFixture.h"
+
+#include <QSignalSpy>
+
+using namespace Qt::StringLiterals;
+
+namespace tarne {
+namespace {
+
+using test::TARNEAppTest;
+
+TEST_F(TARNEAppTest, HasOneControllerUntilOnboardingEnds) {
+    EXPECT_FALSE(app().contentView());
+    EXPECT_EQ(controllers, 1);
+}
+
+TEST_F(TARNEAppTest, ShowsTheTabsAndWritesNothingWhereThereIsNoOnboardingPage) {
+    hasOnboardingPage = false;
+    app().windowShown();
+    EXPECT_TRUE(app().contentView());
+    EXPECT_FALSE(app().mainAppView()->isOnboardingComplete());
+    EXPECT_FALSE(defaults.objectForKey(keys::userPreferences));
+}
+
+TEST_F(TARNEAppTest, ShowsOnboardingAgainWhenItsFlagIsGoneAtTheNextAppearance) {
+    completeOnboardingBefore();
+    app().windowShown();
+    app().windowClosed();
+    defaults.removeObjectForKey(keys::userPreferences);
+    app().windowShown();
+    EXPECT_FALSE(app().contentView());
+}
+
+TEST_F(TARNEAppTest, HasTwoControllersOnceTheTabsAreShown) {
+    completeOnboardingBefore();
+    ASSERT_TRUE(app().contentView());
+    EXPECT_EQ(controllers, 2);
+    EXPECT_NE(&app().mainAppView()->sessionViewModel(), &app().contentView()->sessionViewModel());
+}
+
+TEST_F(TARNEAppTest, CompletingOnboardingBringsUpTheTabsAtTimerAndIsSaved) {
+    app().windowShown();
+    QSignalSpy changed(&app(), &TARNEApp::contentViewChanged);
+    app().mainAppView()->setOnboardingComplete(true);
+    ASSERT_TRUE(app().contentView());
+    EXPECT_EQ(changed.size(), 1);
+    EXPECT_EQ(app().contentView()->selectedTab(), 0);
+    EXPECT_TRUE(app().contentView()->timerView());
+    EXPECT_TRUE(UserPreferences::load(defaults).hasCompletedOnboarding);
+}
+
+TEST_F(TARNEAppTest, CompletingOnboardingSavesTheRootViewsOwnCopyWhole) {
+    app();
+    UserPreferences others;
+    others.lastGoal = u"written meanwhile"_s;
+    others.save(defaults);
+    app().mainAppView()->setOnboardingComplete(true);
+    EXPECT_EQ(UserPreferences::load(defaults).lastGoal, QString()) << "the last save wins entirely";
+}
+
+TEST_F(TARNEAppTest, AChangeOfOnboardingToFalseIsNotSaved) {
+    completeOnboardingBefore();
+    app();
+    defaults.takeWrites();
+    app().mainAppView()->setOnboardingComplete(false);
+    EXPECT_TRUE(defaults.takeWrites().isEmpty());
+}
+
+TEST_F(TARNEAppTest, ReadsTheOnboardingFlagAgainOnAppearing) {
+    app();
+    completeOnboardingBefore();
+    app().windowShown();
+    EXPECT_TRUE(app().mainAppView()->isOnboardingComplete());
+    EXPECT_TRUE(app().contentView());
+}
+
+TEST_F(TARNEAppTest, TellsTheDelegateOfTheTabsControllerOnAppearing) {
+    completeOnboardingBefore();
+    app();
+    EXPECT_FALSE(delegate.sessionViewModel);
+    app().windowShown();
+    EXPECT_EQ(delegate.sessionViewModel, &app().contentView()->sessionViewModel());
+}
+
+TEST_F(TARNEAppTest, HasFourTabsWithTheirSymbolsAndLabels) {
+    QStringList tabs;
+    for (const TabItem &tab : ContentView::tabs())
+        tabs += tab.icon + u": "_s + tab.label;
+    EXPECT_EQ(tabs, (QStringList{u"timer: Timer"_s, u"chart.bar: Insights"_s,
+                                 u"book.closed: History"_s, u"gear: Settings"_s}));
+}
+
+TEST_F(TARNEAppTest, MakesTheTimerScreenWhenItIsFirstShown) {
+    completeOnboardingBefore();
+    app();
+    EXPECT_EQ(timerViews, 0);
+    app().windowShown();
+    EXPECT_EQ(timerViews, 1);
+    app().contentView()->setSelectedTab(1);
+    app().contentView()->setSelectedTab(0);
+    EXPECT_EQ(timerViews, 1);
+}
+
+TEST_F(TARNEAppTest, ARunOutWhileAnotherTabIsShownOpensNoReflectionWhenTheTabComesBack) {
+    completeOnboardingBefore();
+    app().windowShown();
+    ContentView &content = *app().contentView();
+    content.sessionViewModel().startSession(
+        content.sessionViewModel().createSession(u"Review"_s, 300));
+    content.setSelectedTab(2);
+    pass(300);
+    EXPECT_TRUE(content.sessionViewModel().isTimerComplete());
+    content.setSelectedTab(0);
+    pass(5);
+    EXPECT_FALSE(content.sessionViewModel().isTimerComplete());
+    EXPECT_FALSE(content.timerView()->showSessionReflection());
+}
+
+TEST_F(TARNEAppTest, AClosedWindowShowsNoScreenAndTheCountdownGoesOn) {
+    completeOnboardingBefore();
+    app().windowShown();
+    ContentView &content = *app().contentView();
+    content.sessionViewModel().startSession(
+        content.sessionViewModel().createSession(u"Review"_s, 300));
+    app().windowClosed();
+    pass(100);
+    EXPECT_DOUBLE_EQ(content.sessionViewModel().timeRemaining(), 200.0);
+    EXPECT_EQ(defaults.dateForKey(keys::timerStartTime), time.now() - 100);
+    EXPECT_DOUBLE_EQ(content.timerView()->timeRemaining(), 300.0) << "nobody looks";
+    app().windowShown();
+    EXPECT_DOUBLE_EQ(content.timerView()->timeRemaining(), 200.0);
+}
+
+TEST_F(TARNEAppTest, NewSessionDoesNothing) {
+    completeOnboardingBefore();
+    app().windowShown();
+    defaults.takeWrites();
+    const QStringList lines = log.lines();
+    app().newSession();
+    EXPECT_TRUE(defaults.takeWrites().isEmpty());
+    EXPECT_EQ(log.lines(), lines);
+    EXPECT_FALSE(app().contentView()->sessionViewModel().currentSession());
+}
+
+TEST_F(TARNEAppTest, QuittingAsksNobodyAndTouchesNoSession) {
+    completeOnboardingBefore();
+    app().windowShown();
+    SessionViewModel &controller = app().contentView()->sessionViewModel();
+    controller.startSession(controller.createSession(u"Review"_s, 300));
+    QSignalSpy quit(&app(), &TARNEApp::quitRequested);
+    app().quit();
+    EXPECT_EQ(quit.size(), 1);
+    EXPECT_TRUE(controller.currentSession());
+    EXPECT_TRUE(defaults.dateForKey(keys::timerStartTime));
+}
+
+} // namespace
+} // namespace tarne
