@@ -51,7 +51,7 @@ Rectangle {
         }
     }
     Sheet {
-        isPresented: screen.view.showSessionReflection
+        isPresented: screen.view.showSessionReflection && screen.reflectionSheet !== null
         content: screen.reflectionSheet
     }
 }

@@ -131,15 +131,19 @@ void TimerView::toggleTimer() {
     after(100ms, [=, this] { animateTimerScale(1.0, spring); });
 }
 
-void TimerView::resetTimer() {
+void TimerView::presentSessionReflection() {
     m_showSessionReflection = true;
+}
+
+void TimerView::resetTimer() {
+    presentSessionReflection();
 }
 
 void TimerView::showTimerCompletion() {
     constexpr SpringAnimation spring{.response = 0.5, .dampingFraction = 0.6};
     animateTimerScale(1.2, spring);
     after(300ms, [=, this] { animateTimerScale(1.0, spring); });
-    after(500ms, [this] { m_showSessionReflection = true; });
+    after(500ms, [this] { presentSessionReflection(); });
 }
 
 void TimerView::completeSession() {

@@ -131,6 +131,7 @@ Q_SIGNALS:
 private:
     void followController();
     void presentSessionNotes();
+    void presentSessionReflection();
 
     void setTimeRemaining(double seconds);
     void setProgress(double progress);

@@ -19,8 +19,11 @@ int main(int argc, char **argv) {
         std::fputs("tarne_shots <folder>\n", stderr);
         return 2;
     }
-    qputenv("QT_QPA_PLATFORM", "offscreen");
-    qputenv("QT_QUICK_BACKEND", "software");
+    // A look at a real display is one variable away.
+    if (!qEnvironmentVariableIsSet("QT_QPA_PLATFORM"))
+        qputenv("QT_QPA_PLATFORM", "offscreen");
+    if (!qEnvironmentVariableIsSet("QT_QUICK_BACKEND"))
+        qputenv("QT_QUICK_BACKEND", "software");
     qputenv("LC_ALL", "C.UTF-8");
     qputenv("TZ", "UTC");
     const QGuiApplication application(argc, argv);

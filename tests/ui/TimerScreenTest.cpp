@@ -49,6 +49,42 @@ TEST_F(TimerScreenTest, AsksForTheReflectionWithStop) {
     EXPECT_TRUE(controller().isTimerActive());
 }
 
+TEST_F(TimerScreenTest, ShowsTheReflectionAboveTheCountdownWhileItsFlagIsUp) {
+    UiDriver window(uR"(
+pragma ComponentBehavior: Bound
+import QtQuick
+import TARNE.Styling
+import TARNE.Views
+Item {
+    id: root
+    property TimerView view
+    ComponentSlot {
+        anchors.fill: parent
+        isActive: root.view !== null
+        component: TimerScreen {
+            view: root.view
+            reflectionSheet: SheetPanel {
+                width: 300
+                PlainText { text: "how it went" }
+            }
+        }
+    }
+}
+)"_s);
+    startThroughTheSheets(5, u"Review"_s);
+    window.root()->setProperty("view", QVariant::fromValue(&view()));
+    window.settle();
+    EXPECT_FALSE(window.has(u"how it went"_s));
+    pass(300.5);
+    window.settle();
+    EXPECT_TRUE(window.has(u"how it went"_s));
+    EXPECT_FALSE(window.has(u"Pause"_s));
+    leaveTabAndReturn();
+    window.settle();
+    EXPECT_FALSE(window.has(u"how it went"_s));
+    EXPECT_TRUE(window.has(u"Resume"_s));
+}
+
 TEST_F(TimerScreenTest, ReturnsToSetupWhenTheSessionIsCompleted) {
     startSession(u"Write report"_s);
     view().completeSession();
