@@ -22,10 +22,10 @@ Item {
     clip: height < fullHeight
 
     Behavior on height {
-        EaseInOut { duration: 200 }
+        EaseInOut { duration: 350 }
     }
     Behavior on opacity {
-        EaseInOut { duration: 200 }
+        EaseInOut { duration: 350 }
     }
 
     Row {

@@ -71,6 +71,22 @@ TEST_F(NotesSheetTest, ShowsWhatLooksLikeMarkupAsItIs) {
     EXPECT_TRUE(view().sessionNotes()->sessionGoal().contains(u"<b>Write</b>"_s));
 }
 
+TEST_F(NotesSheetTest, ShowsEmojiAndTextFromRightToLeft) {
+    const QString goal = u"📚 לקרוא, كتابة التقرير 🧑‍💻"_s;
+    openWithLastGoal(goal);
+    EXPECT_FALSE(ui().picture().isNull());
+    ASSERT_TRUE(ui().click(u"Start session"_s));
+    EXPECT_EQ(controller().currentSession()->goal, goal);
+}
+
+TEST_F(NotesSheetTest, StartsWithAGoalOfAMegabyte) {
+    const QString goal = u"Write report, "_s.repeated(75'000);
+    openWithLastGoal(goal);
+    EXPECT_FALSE(ui().picture().isNull());
+    ASSERT_TRUE(ui().click(u"Start session"_s));
+    EXPECT_EQ(controller().currentSession()->goal, goal);
+}
+
 TEST_F(NotesSheetTest, LosesWhatWasTypedWhenClosed) {
     openNotesSheet();
     ui().type(u"Review"_s);
