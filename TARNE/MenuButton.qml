@@ -62,6 +62,8 @@ IconButton {
         contentWidth: 210
         padding: 5
         margins: 4
+        // A press on the button closes it by way of the button, not before.
+        closePolicy: T.Popup.CloseOnEscape | T.Popup.CloseOnPressOutsideParent
 
         Entry {
             text: "New Session"

@@ -100,6 +100,13 @@ TEST_F(ShellScreen, TheMenuHoldsItsThreeEntriesInOrder) {
               (QStringList{u"New Session"_s, u"Check for Updates..."_s, u"Quit TARNE"_s}));
 }
 
+TEST_F(ShellScreen, ASecondPressOnTheMenuButtonClosesTheMenu) {
+    ASSERT_TRUE(ui().click(u"Menu"_s));
+    ASSERT_TRUE(ui().waitUntil([&] { return ui().has(u"Quit TARNE"_s); }));
+    ASSERT_TRUE(ui().click(u"Menu"_s));
+    EXPECT_TRUE(ui().waitUntil([&] { return !ui().has(u"Quit TARNE"_s); }));
+}
+
 TEST_F(ShellScreen, TheMenuQuits) {
     QSignalSpy quit(&app(), &TARNEApp::quitRequested);
     ASSERT_TRUE(ui().click(u"Menu"_s));
