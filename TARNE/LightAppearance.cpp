@@ -8,11 +8,14 @@
 namespace tarne {
 
 void useLightAppearance() {
-    QPalette palette(Qt::white);
-    palette.setColor(QPalette::Window, Qt::white);
-    palette.setColor(QPalette::Base, Qt::white);
-    palette.setColor(QPalette::Text, QColor(0x1C, 0x1C, 0x1E));
-    palette.setColor(QPalette::WindowText, QColor(0x1C, 0x1C, 0x1E));
+    using Colors = TARNEStyle::Colors;
+    QPalette palette(Colors::background);
+    for (const auto role : {QPalette::Window, QPalette::Base, QPalette::Button})
+        palette.setColor(role, Colors::background);
+    for (const auto role : {QPalette::WindowText, QPalette::Text, QPalette::ButtonText})
+        palette.setColor(role, Colors::primaryText);
+    palette.setColor(QPalette::Highlight, Colors::accent);
+    palette.setColor(QPalette::HighlightedText, Colors::background);
     QGuiApplication::setPalette(palette);
 }
 

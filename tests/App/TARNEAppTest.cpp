@@ -1,5 +1,7 @@
 #include "AppFixture.h"
 
+#include <QGuiApplication>
+#include <QPalette>
 #include <QSignalSpy>
 
 using namespace Qt::StringLiterals;
@@ -80,6 +82,17 @@ TEST_F(TARNEAppTest, TellsTheDelegateOfTheTabsControllerOnAppearing) {
     EXPECT_FALSE(delegate.sessionViewModel);
     app().windowShown();
     EXPECT_EQ(delegate.sessionViewModel, &app().contentView()->sessionViewModel());
+}
+
+TEST_F(TARNEAppTest, IsLightOnADarkDesktop) {
+    QPalette dark;
+    dark.setColor(QPalette::Window, Qt::black);
+    dark.setColor(QPalette::Text, Qt::white);
+    QGuiApplication::setPalette(dark);
+    completeOnboardingBefore();
+    app().windowShown();
+    EXPECT_EQ(QGuiApplication::palette().color(QPalette::Window), QColor(Qt::white));
+    EXPECT_EQ(QGuiApplication::palette().color(QPalette::Text), QColor(0x1C, 0x1C, 0x1E));
 }
 
 TEST_F(TARNEAppTest, HasFourTabsWithTheirSymbolsAndLabels) {
