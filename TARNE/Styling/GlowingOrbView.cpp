@@ -129,14 +129,21 @@ QImage GlowingOrbView::paintPicture(double devicePixelRatio) {
     const float entriesPerSquare = static_cast<float>(glowEntries / (end * end));
     const float last = glowEntries;
     const float middle = static_cast<float>(image.width()) / 2 - 0.5F;
-    for (int row = 0; row < image.height(); ++row) {
-        auto *line = reinterpret_cast<QRgb *>(image.scanLine(row));
+    const int side = image.width();
+    const int half = (side + 1) / 2;
+    // One quarter is looked up; the others are its reflections.
+    for (int row = 0; row < half; ++row) {
+        auto *const line = reinterpret_cast<QRgb *>(image.scanLine(row));
         const float y = static_cast<float>(row) - middle;
-        for (int column = 0; column < image.width(); ++column) {
+        for (int column = 0; column < half; ++column) {
             const float x = static_cast<float>(column) - middle;
             const float entry = std::min((x * x + y * y) * entriesPerSquare, last);
             line[column] = m_glow[static_cast<std::size_t>(entry)];
         }
+        std::reverse_copy(line, line + side / 2, line + half);
+        const int opposite = side - 1 - row;
+        if (opposite != row)
+            std::copy_n(line, side, reinterpret_cast<QRgb *>(image.scanLine(opposite)));
     }
 
     image.setDevicePixelRatio(devicePixelRatio);

@@ -22,6 +22,10 @@ QFont TypographySingleton::heading(double size) {
     return Tokens::heading(size);
 }
 
+QFont TypographySingleton::emoji(double size) {
+    return Tokens::emoji(size);
+}
+
 QFont TypographySingleton::weighted(QFont font, int weight) {
     font.setWeight(static_cast<QFont::Weight>(weight));
     return font;

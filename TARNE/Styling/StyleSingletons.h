@@ -158,6 +158,9 @@ public:
     Q_INVOKABLE static QFont system(double size, int weight = QFont::Normal);
     /// The headings' font at `size` points.
     Q_INVOKABLE static QFont heading(double size);
+    /// The emoji family alone, for a text that is a single emoji: some of them, such as the sun,
+    /// have a plain glyph in the text family as well.
+    Q_INVOKABLE static QFont emoji(double size);
     /// `font` in another weight.
     Q_INVOKABLE static QFont weighted(QFont font, int weight);
 };

@@ -113,7 +113,9 @@ QImage SymbolIcon::paintPicture(double devicePixelRatio) {
         drawOutline(painter, box.adjusted(inset, inset, -inset, -inset), entry->sign, QFont::Bold,
                     1.0);
     } else {
-        drawOutline(painter, box, entry->file, m_weight, 1.0);
+        const double margin = box.width() * (entry->zoom - 1) / 2;
+        drawOutline(painter, box.adjusted(-margin, -margin, margin, margin), entry->file, m_weight,
+                    1.0);
     }
     painter.setOpacity(1.0);
     painter.setCompositionMode(QPainter::CompositionMode_SourceIn);

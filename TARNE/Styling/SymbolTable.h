@@ -14,6 +14,8 @@ struct SymbolOutline {
     QLatin1StringView file;
     QLatin1StringView enclosing = {};
     QLatin1StringView sign = {};
+    /// How much larger than on the package's grid it is drawn, where it fills little of that.
+    double zoom = 1;
 };
 
 [[nodiscard]] std::span<const SymbolOutline> symbolTable();

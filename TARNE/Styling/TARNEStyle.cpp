@@ -44,6 +44,10 @@ QFont TARNEStyle::Typography::heading(double size) {
     return font(u"Nimbus Sans"_s, size);
 }
 
+QFont TARNEStyle::Typography::emoji(double size) {
+    return font(emojiFamily, size);
+}
+
 QFont TARNEStyle::Typography::heading1() {
     return heading(FontSize::largeTitle);
 }

@@ -46,6 +46,8 @@ struct TARNEStyle {
         [[nodiscard]] static QFont system(double size, QFont::Weight weight = QFont::Normal);
         /// The family of the headings at `size` points.
         [[nodiscard]] static QFont heading(double size);
+        /// The emoji family alone at `size` points.
+        [[nodiscard]] static QFont emoji(double size);
     };
 
     struct Colors {

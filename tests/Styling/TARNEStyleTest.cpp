@@ -65,6 +65,11 @@ TEST(TARNEStyle, TheTimerIsSetInAMonospacedFamilyAtItsSize) {
     EXPECT_EQ(font.weight(), QFont::Normal);
 }
 
+TEST(TARNEStyle, ASingleEmojiIsSetInTheEmojiFamilyAtOnce) {
+    EXPECT_EQ(Typography::emoji(14).families().constFirst(), u"Noto Color Emoji"_s);
+    EXPECT_EQ(Typography::emoji(14).pixelSize(), 14);
+}
+
 TEST(TARNEStyle, SessionFontsEqualTheirPlainNamesakes) {
     EXPECT_EQ(Typography::sessionBody(), Typography::body());
     EXPECT_EQ(Typography::sessionBodyLarge(), Typography::bodyLarge());
