@@ -35,7 +35,7 @@ Rectangle {
     }
 
     Sheet {
-        isPresented: screen.view.showDurationSelection
+        isPresented: screen.view.isShown && screen.view.showDurationSelection
         content: Component {
             DurationSelectionSheet {
                 view: screen.view.durationSelection
@@ -43,7 +43,7 @@ Rectangle {
         }
     }
     Sheet {
-        isPresented: screen.view.showSessionNotes
+        isPresented: screen.view.isShown && screen.view.showSessionNotes
         content: Component {
             SessionNotesSheet {
                 view: screen.view.sessionNotes
@@ -51,7 +51,8 @@ Rectangle {
         }
     }
     Sheet {
-        isPresented: screen.view.showSessionReflection && screen.reflectionSheet !== null
+        isPresented: screen.view.isShown && screen.view.showSessionReflection
+                     && screen.reflectionSheet !== null
         content: screen.reflectionSheet
     }
 }

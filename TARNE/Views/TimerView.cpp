@@ -45,6 +45,11 @@ void TimerView::appear() {
     followController();
     m_showSessionReflection = false;
     m_sessionViewModel.setTimerComplete(false);
+    chooseFace();
+    Q_EMIT isShownChanged();
+}
+
+void TimerView::chooseFace() {
     if (m_sessionViewModel.isTimerActive()) {
         setSetupMode(false);
         return;
@@ -57,7 +62,10 @@ void TimerView::appear() {
 }
 
 void TimerView::disappear() {
+    if (!m_following)
+        return;
     m_following.reset();
+    Q_EMIT isShownChanged();
 }
 
 void TimerView::followController() {

@@ -37,6 +37,7 @@ class TimerView final : public Screen {
     Q_OBJECT
     QML_ELEMENT
     QML_UNCREATABLE("Made with the tabs.")
+    Q_PROPERTY(bool isShown READ isShown NOTIFY isShownChanged)
     Q_PROPERTY(bool isSetupMode READ isSetupMode NOTIFY isSetupModeChanged)
     Q_PROPERTY(bool isTimerActive READ isTimerActive NOTIFY isTimerActiveChanged)
     Q_PROPERTY(bool isPaused READ isPaused NOTIFY isPausedChanged)
@@ -57,6 +58,9 @@ public:
               NotificationCenter &notificationCenter);
     ~TimerView() override;
 
+    /// Between `appear` and `disappear`. A sheet that falls due while another tab is shown waits
+    /// for the screen to come back.
+    [[nodiscard]] bool isShown() const { return m_following != nullptr; }
     /// The length for the next session, in seconds.
     [[nodiscard]] double selectedDuration() const { return m_selectedDuration; }
     /// Seconds; the controller's, or the chosen length in setup.
@@ -115,6 +119,7 @@ public:
     [[nodiscard]] static QString formatTime(double seconds);
 
 Q_SIGNALS:
+    void isShownChanged();
     void selectedDurationChanged(double seconds);
     void timeRemainingChanged();
     void isTimerActiveChanged();
@@ -130,6 +135,7 @@ Q_SIGNALS:
 
 private:
     void followController();
+    void chooseFace();
     void presentSessionNotes();
     void presentSessionReflection();
 

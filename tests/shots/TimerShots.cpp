@@ -1,9 +1,11 @@
 #include "TimerShots.h"
 
+#include "DurationPickerView.h"
 #include "Gallery.h"
 #include "OfflineSession.h"
 #include "TimerView.h"
 
+#include <QProperty>
 #include <QQuickView>
 
 using namespace Qt::StringLiterals;
@@ -70,6 +72,16 @@ void takeTimerShots(Gallery &gallery) {
             stage.view.durationSelection()->toggleCustomInput();
             stage.view.durationSelection()->setCustomDuration(u"4"_s);
         });
+    }
+    {
+        OfflineSession session;
+        QProperty<double> selectedDuration(50 * 60.0);
+        DurationPickerView picker(session.controller, &selectedDuration);
+        picker.appear();
+        picker.setCustomDuration(u"200"_s);
+        gallery.take(u"duration-picker"_s,
+                     QUrl(u"qrc:/qt/qml/TARNE/Views/DurationPickerPanel.qml"_s),
+                     {{u"view"_s, QVariant::fromValue(&picker)}}, {}, QSize(400, 320));
     }
     {
         TimerStage stage;

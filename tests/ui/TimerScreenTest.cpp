@@ -85,6 +85,17 @@ Item {
     EXPECT_TRUE(window.has(u"Resume"_s));
 }
 
+TEST_F(TimerScreenTest, KeepsASheetThatFallsDueBehindAnotherTabUntilItIsShownAgain) {
+    openDurationSheet();
+    ASSERT_TRUE(ui().click(u"Continue"_s));
+    leaveTab();
+    passAndSettle(0.3);
+    EXPECT_FALSE(ui().has(u"Session Goal"_s));
+    returnToTab();
+    ui().settle();
+    EXPECT_TRUE(ui().has(u"Session Goal"_s));
+}
+
 TEST_F(TimerScreenTest, ReturnsToSetupWhenTheSessionIsCompleted) {
     startSession(u"Write report"_s);
     view().completeSession();
