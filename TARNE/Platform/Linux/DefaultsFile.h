@@ -20,6 +20,8 @@ public:
     };
 
     DefaultsFile(const QString &path, Access access);
+    DefaultsFile(const DefaultsFile &) = delete;
+    DefaultsFile &operator=(const DefaultsFile &) = delete;
 
     /// Every value that fits its type, after checking the whole table for damage. A value that
     /// another program planted in an unfit form is left out, with a line on standard error.
@@ -29,6 +31,9 @@ public:
     /// returns. After an exception none of them is.
     void write(const DefaultsChanges &changes);
 
+    /// Merges the log into the file when it has grown long. A failure leaves it for a later turn.
+    void mergeLongLog();
+
     /// Copies the whole file as it stands, its log included, into the empty file at `path`.
     void copyTo(const QString &path);
 
@@ -36,6 +41,8 @@ public:
     bool isNew() const { return m_isNew; }
 
 private:
+    static int noteLogLength(void *file, sqlite3 *, const char *, int pages);
+
     void prepareForWriting();
     void setMergesLogOnClose(bool merges);
     DefaultsValues checkedRows();
@@ -43,6 +50,7 @@ private:
 
     SQLite::Database m_database;
     bool m_isNew = false;
+    int m_pagesInLog = 0;
 };
 
 } // namespace tarne

@@ -42,6 +42,8 @@ void DefaultsWriter::commit(DefaultsBatch batch) {
 void DefaultsWriter::run() {
     bool goesOn = true;
     while (goesOn) {
+        if (m_file)
+            m_file->mergeLongLog();
         // First of all at the start: what the previous run left is what a copy is for.
         if (m_file && isWorthCopying())
             m_copies.copyOncePerDay(*m_file, m_now);
@@ -102,8 +104,10 @@ void DefaultsWriter::save() {
         // A lock says nothing against the connection; anything else may have.
         if (fault.kind() != DefaultsFault::Kind::Locked)
             m_file.reset();
-        if (fault.kind() == DefaultsFault::Kind::Damaged && !m_hasReplacedFile)
-            m_saving = Saving::WholeFile;
+        // All values are at hand: a new file takes the damaged one's place, once in a run.
+        if (fault.kind() == DefaultsFault::Kind::Damaged && !m_hasReplacedFile &&
+            std::exchange(m_saving, Saving::WholeFile) == Saving::Changes)
+            return save();
         if (fault.kind() == DefaultsFault::Kind::Newer)
             m_saving = Saving::Nothing;
         reportRefusal(fault.reason());

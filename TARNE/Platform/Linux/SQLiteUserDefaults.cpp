@@ -2,7 +2,6 @@
 
 #include <QStandardPaths>
 
-#include <algorithm>
 #include <utility>
 
 using namespace Qt::StringLiterals;
@@ -58,20 +57,18 @@ void SQLiteUserDefaults::removeObjectForKey(const QString &key) {
 }
 
 void SQLiteUserDefaults::touch(const QString &key) {
-    if (m_touched.empty())
+    if (m_touched.isEmpty())
         handOverAfter(handOverDelay);
-    const auto found = std::find_if(m_touched.begin(), m_touched.end(),
-                                    [&](const Touched &touched) { return touched.key == key; });
-    if (found == m_touched.end())
-        m_touched.push_back({key, objectForKey(key)});
+    if (m_before.try_emplace(key, objectForKey(key)).second)
+        m_touched += key;
     else
-        std::rotate(found, found + 1, m_touched.end());
+        m_touched.move(m_touched.indexOf(key), m_touched.size() - 1);
 }
 
 void SQLiteUserDefaults::synchronize() {
     // Posted, not done at once: the event that is running may go on to write keys that belong
     // together with those it has written.
-    if (!m_touched.empty() && !std::exchange(m_isHandOverPosted, true))
+    if (!m_touched.isEmpty() && !std::exchange(m_isHandOverPosted, true))
         handOverAfter(RunLoop::Seconds{0});
 }
 
@@ -90,12 +87,13 @@ void SQLiteUserDefaults::handOver() {
     ++*m_handOver;
     m_isHandOverPosted = false;
     DefaultsBatch batch{{}, m_clock.now()};
-    for (Touched &touched : std::exchange(m_touched, {})) {
-        const auto now = objectForKey(touched.key);
-        const bool isAsBefore =
-            now && touched.before ? isSameValue(*now, *touched.before) : !now && !touched.before;
+    const auto befores = std::exchange(m_before, {});
+    for (const QString &key : std::exchange(m_touched, {})) {
+        const auto &before = befores.at(key);
+        const auto now = objectForKey(key);
+        const bool isAsBefore = now && before ? isSameValue(*now, *before) : !now && !before;
         if (!isAsBefore)
-            batch.changes.push_back({std::move(touched.key), now});
+            batch.changes.push_back({key, now});
     }
     if (!batch.changes.empty())
         m_writer->commit(std::move(batch));

@@ -8,8 +8,9 @@
 #include <QStringList>
 
 #include <chrono>
+#include <map>
 #include <memory>
-#include <vector>
+#include <optional>
 
 namespace tarne {
 
@@ -41,12 +42,6 @@ public:
     void synchronize() override;
 
 private:
-    /// A key written since the last hand-over, and its value before.
-    struct Touched {
-        QString key;
-        std::optional<DefaultsValue> before;
-    };
-
     void touch(const QString &key);
     void handOverAfter(RunLoop::Seconds delay);
     void handOver();
@@ -54,7 +49,8 @@ private:
     const Clock &m_clock;
     RunLoop &m_runLoop;
     DefaultsValues m_values;
-    std::vector<Touched> m_touched;  ///< In the order of each key's last write.
+    QStringList m_touched; ///< The keys written since the last hand-over, by their last write.
+    std::map<QString, std::optional<DefaultsValue>> m_before; ///< What they were before.
     bool m_isHandOverPosted = false; ///< `synchronize` has posted one for what is touched now.
     std::unique_ptr<DefaultsWriter> m_writer;
     /// The hand-over that blocks in the run loop are for; blocks of an earlier one, or of a store

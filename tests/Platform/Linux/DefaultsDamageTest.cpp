@@ -58,7 +58,7 @@ TEST_F(DefaultsDamage, InTheHeaderRestoresFromTheCopy) {
 }
 
 TEST_F(DefaultsDamage, InAPageRestoresFromTheCopy) {
-    overwrite(file(), 4096, QByteArray(4096, '\xff'));
+    overwrite(file(), 8192, QByteArray(8192, '\xff'));
     open();
     expectOnlyTheRestorableKeysOfTheCopy();
     expectOneLineThatSays("malformed");
@@ -169,7 +169,7 @@ TEST_F(DefaultsDamage, OfTheLatestCopyTooRestoresFromTheOneBefore) {
     time.advance(day);
     open(); // Copies what the second day left.
     close();
-    overwrite(copiesFolder() + u"/defaults-2026-03-04.sqlite"_s, 4096, QByteArray(4096, '\xff'));
+    overwrite(copiesFolder() + u"/defaults-2026-03-04.sqlite"_s, 8192, QByteArray(8192, '\xff'));
     overwrite(file(), 0, QByteArray(100, '\x5a'));
     open();
     expectOnlyTheRestorableKeysOfTheCopy();
@@ -194,6 +194,7 @@ TEST_F(DefaultsDamage, NoticedWhileRunningLosesNothing) {
     EXPECT_EQ(store().dataForKey(goalsKey), QByteArray("[\"newest\"]"));
     EXPECT_NE(store().objectForKey(timerKey), std::nullopt);
     EXPECT_EQ(damagedFiles().size(), 1);
+    expectOneLineThatSays("set aside as");
 }
 
 TEST_F(DefaultsDamage, IsNotWhatAnotherProgramWrites) {
@@ -207,6 +208,15 @@ TEST_F(DefaultsDamage, IsNotWhatAnotherProgramWrites) {
     EXPECT_EQ(store().doubleForKey(u"Other"_s), 1.0);
     EXPECT_EQ(store().dataForKey(historyKey), newHistory);
     EXPECT_EQ(StoreDiagnostics::lines(), QStringList());
+}
+
+TEST_F(DefaultsDamage, IsWatchedForAgainWhenWeWriteOverAnotherProgramsValue) {
+    const auto sums = "SELECT count(*) FROM defaults WHERE key = 'UserPreferences' AND sum NOTNULL";
+    execute("UPDATE defaults SET value = X'7b7d' WHERE key = 'UserPreferences'");
+    EXPECT_EQ(read(sums), "0");
+    open().setObject(preferencesKey, newPreferences);
+    close();
+    EXPECT_EQ(read(sums), "1");
 }
 
 TEST_F(DefaultsDamage, IsNotAnotherProgramsChangeOfStorageClassAlone) {

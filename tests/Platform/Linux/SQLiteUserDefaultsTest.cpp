@@ -244,6 +244,20 @@ TEST_F(SQLiteUserDefaultsTest, AnIdleProgramTouchesNoFile) {
     EXPECT_EQ(state(), before);
 }
 
+TEST_F(SQLiteUserDefaultsTest, MergesALongLogIntoTheFile) {
+    const auto sizeOf = [](const QString &path) { return QFileInfo(path).size(); };
+    constexpr qint64 megabyte = 1 << 20;
+    open().setObject(historyKey, QByteArray(12 * megabyte, 'x'));
+    store().synchronize();
+    runPosted();
+    EXPECT_TRUE(eventually([&] { return sizeOf(file()) > 12 * megabyte; }));
+    // The log begins anew with the next commit, and is cut back then.
+    store().setObject(key, true);
+    store().synchronize();
+    runPosted();
+    EXPECT_TRUE(eventually([&] { return sizeOf(file() + u"-wal"_s) <= 4 * megabyte; }));
+}
+
 TEST_F(SQLiteUserDefaultsTest, AChangeOfTypeIsAChange) {
     open().setObject(key, qint64{1});
     store().setObject(key, true);
