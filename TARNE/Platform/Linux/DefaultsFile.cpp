@@ -8,9 +8,11 @@
 #include <SQLiteCpp/Statement.h>
 #include <SQLiteCpp/Transaction.h>
 
+#include <QFile>
 #include <QUrl>
 
 #include <sqlite3.h>
+#include <sys/stat.h>
 
 using namespace Qt::StringLiterals;
 
@@ -91,9 +93,16 @@ void bindCell(SQLite::Statement &statement, int index, const StoredValue::Cell &
         statement.bindNoCopy(index, data->constData(), static_cast<int>(data->size()));
 }
 
+/// The inode of the file at `path`; 0 when there is none.
+quint64 fileNumberOf(const QString &path) {
+    struct stat status {};
+    return ::stat(QFile::encodeName(path).constData(), &status) == 0 ? status.st_ino : 0;
+}
+
 } // namespace
 
-DefaultsFile::DefaultsFile(const QString &path, Access access) : m_database(opened(path, access)) {
+DefaultsFile::DefaultsFile(const QString &path, Access access)
+    : m_database(opened(path, access)), m_path(path), m_fileNumber(fileNumberOf(path)) {
     guarded([&] {
         m_database.exec("PRAGMA mmap_size = 0");
         if (access == Access::ReadWrite)
@@ -219,6 +228,10 @@ void DefaultsFile::mergeLongLog() {
     // Passive: what a reader still needs stays in the log until a later turn.
     sqlite3_wal_checkpoint_v2(m_database.getHandle(), nullptr, SQLITE_CHECKPOINT_PASSIVE, nullptr,
                               nullptr);
+}
+
+bool DefaultsFile::isInPlace() const {
+    return fileNumberOf(m_path) == m_fileNumber;
 }
 
 void DefaultsFile::copyTo(const QString &path) {

@@ -37,6 +37,13 @@ public:
     /// Copies the whole file as it stands, its log included, into the empty file at `path`.
     void copyTo(const QString &path);
 
+    /// Whether the file that this connection writes is still the one found under its path. SQLite
+    /// itself goes on writing into a file that was deleted.
+    bool isInPlace() const;
+
+    /// Makes closing leave the log as it is. For a file that is not ours, or not in place.
+    void keepLogOnClose() { setMergesLogOnClose(false); }
+
     /// Whether this connection created the tables.
     bool isNew() const { return m_isNew; }
 
@@ -49,6 +56,8 @@ private:
     void checkIndex();
 
     SQLite::Database m_database;
+    QString m_path;
+    quint64 m_fileNumber; ///< Identifies the opened file, whatever becomes of its name.
     bool m_isNew = false;
     int m_pagesInLog = 0;
 };

@@ -115,6 +115,10 @@ void DefaultsWriter::save() {
 }
 
 void DefaultsWriter::saveIntoFile() {
+    if (m_file && !m_file->isInPlace()) {
+        m_file->keepLogOnClose();
+        m_file.reset();
+    }
     if (!m_file) {
         DefaultsFolder(m_folder).create();
         m_file = std::make_unique<DefaultsFile>(m_folder.file(), DefaultsFile::Access::ReadWrite);

@@ -250,6 +250,18 @@ TEST_F(DefaultsFaults, AFolderThatCannotBeMadeIsMadeWhenThatIsPossible) {
     EXPECT_EQ(StoreDiagnostics::lines().size(), 1);
 }
 
+TEST_F(DefaultsFaults, AFolderThatIsDeletedWhileWeRunIsWrittenAnewWithAllValues) {
+    open().setObject(u"Other"_s, u"kept"_s);
+    write(u"before"_s);
+    ASSERT_TRUE(comesToHold(key, "before"));
+    ASSERT_TRUE(QDir(folder()).removeRecursively());
+    write(u"after"_s);
+    close();
+    EXPECT_EQ(stored(key), "after");
+    EXPECT_EQ(stored(u"Other"_s), "kept");
+    EXPECT_EQ(StoreDiagnostics::lines(), QStringList());
+}
+
 TEST_F(DefaultsFaults, AFileThatCannotBeReadIsNeverOverwritten) {
     open().setObject(historyKey, QByteArray("[\"precious\"]"));
     close();
