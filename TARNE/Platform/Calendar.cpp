@@ -45,7 +45,9 @@ struct WallClock {
 };
 
 /// Whether the day exists and lies so near that its moments have a zone's offset.
-bool isReckoned(QDate day) { return day.isValid() && std::abs(day.year()) <= 100'000; }
+bool isReckoned(QDate day) {
+    return day.isValid() && std::abs(day.year()) <= 100'000;
+}
 
 /// The offsets of a zone, kept for the zone that was asked for last: a process has one.
 std::shared_ptr<const ZoneOffsets> offsetsOf(const QTimeZone &zone) {

@@ -104,7 +104,9 @@ TEST_F(ALogindWorkspace, SurvivesABusThatVanishes) {
 }
 
 /// However the tests before have left it, the application is inactive now.
-void resignActive() { Q_EMIT qGuiApp->applicationStateChanged(Qt::ApplicationInactive); }
+void resignActive() {
+    Q_EMIT qGuiApp->applicationStateChanged(Qt::ApplicationInactive);
+}
 
 TEST(LogindWorkspaceWithoutABus, PostsTheFocusOfTheApplicationsWindow) {
     NotificationCenter center;

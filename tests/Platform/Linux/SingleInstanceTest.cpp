@@ -147,7 +147,8 @@ TEST_F(AProcessWithoutABus, WithoutARuntimeFolderUsesOneOfItsOwnAmongTheTemporar
     QTemporaryDir temporary;
     const QByteArray former = qgetenv("TMPDIR");
     qputenv("TMPDIR", QFile::encodeName(temporary.path()));
-    for (const QByteArray &runtime : {QByteArray(), QByteArray("relative"), QByteArray("/absent")}) {
+    for (const QByteArray &runtime :
+         {QByteArray(), QByteArray("relative"), QByteArray("/absent")}) {
         qputenv("XDG_RUNTIME_DIR", runtime);
         const auto first = start();
         EXPECT_TRUE(first->isFirst());
