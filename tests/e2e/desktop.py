@@ -95,8 +95,10 @@ class Desktop:
         return process
 
     def _start_display(self):
-        # The box has a /tmp of its own, so the number is always free.
-        self._start("Xvfb", DISPLAY, "-screen", "0", "1280x900x24", "-nolisten", "tcp", "-noreset")
+        # The box has a /tmp of its own, so the number is always free. No key repeats itself when
+        # a busy machine takes its time between press and release.
+        self._start("Xvfb", DISPLAY, "-screen", "0", "1280x900x24", "-nolisten", "tcp", "-noreset",
+                    "-r")
         eventually(lambda: self.xdotool("getdisplaygeometry"), "the display answers")
 
     def _start_bus(self):

@@ -124,7 +124,8 @@ class TarneTestCase(unittest.TestCase):
         self.eventually(lambda: field.has("focused"), f"{name} has the keyboard focus")
         self.desktop.xdotool("key", "ctrl+a", "Delete")
         self.desktop.xdotool("type", "--delay", "5", text)
-        self.eventually(lambda: field.text == text, f"{name} holds {text!r}")
+        self.eventually(lambda: field.text == text,
+                        lambda: f"{name} holds {text!r}, not {field.text!r}")
 
     # -- a session --------------------------------------------------------------------------
 
