@@ -10,7 +10,7 @@ namespace tarne {
 /// The integer that `text` is: an optional sign and digits, nothing before and nothing behind.
 /// None when it does not fit.
 template <typename Integer>
-[[nodiscard]] std::optional<Integer> decimalInteger(QStringView text) {
+[[nodiscard]] std::optional<Integer> strictInteger(QStringView text) {
     const bool negative = text.startsWith(u'-');
     if (negative || text.startsWith(u'+'))
         text = text.mid(1);
