@@ -1,0 +1,205 @@
+#include "ClockTimeFields.h"
+
+namespace tarne {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+struct Bounds {
+    int minimum;
+    int maximum;
+};
+
+} // namespace
+
+ClockTimeFields::ClockTimeFields(QLocale locale) : m_locale(std::move(locale)) {
+    readFormat();
+}
+
+/// Reads the locale's short format, e.g. "h:mm AP", "HH.mm" or "ap h:mm".
+void ClockTimeFields::readFormat() {
+    const QString format = m_locale.timeFormat(QLocale::ShortFormat);
+    const bool isTwelve = format.contains(u'a', Qt::CaseInsensitive);
+    QString separator;
+    bool isQuoted = false;
+    for (qsizetype i = 0; i < format.size(); ++i) {
+        const QChar c = format.at(i);
+        const bool isDouble = i + 1 < format.size() && format.at(i + 1) == c;
+        if (c == u'\'') {
+            isQuoted = !isQuoted;
+        } else if (!isQuoted && (c == u'h' || c == u'H')) {
+            const Kind kind = c == u'h' && isTwelve ? Kind::Hour12 : Kind::Hour24;
+            m_fields.push_back({kind, isDouble, std::exchange(separator, {})});
+            i += isDouble ? 1 : 0;
+        } else if (!isQuoted && c == u'm') {
+            m_fields.push_back({Kind::Minute, isDouble, std::exchange(separator, {})});
+            i += isDouble ? 1 : 0;
+        } else if (!isQuoted && c.toLower() == u'a') {
+            m_fields.push_back({Kind::HalfOfDay, false, std::exchange(separator, {})});
+            i += i + 1 < format.size() && format.at(i + 1).toLower() == u'p' ? 1 : 0;
+        } else if (isQuoted || c != u't') {
+            separator += c;
+        }
+    }
+}
+
+void ClockTimeFields::setTime(QTime time) {
+    const QTime minute(time.hour(), time.minute());
+    if (!minute.isValid() || minute == m_time)
+        return;
+    m_time = minute;
+    Q_EMIT dataChanged(index(0), index(rowCount() - 1));
+    Q_EMIT timeChanged();
+}
+
+QString ClockTimeFields::timeText() const {
+    return m_locale.toString(m_time, QLocale::ShortFormat);
+}
+
+bool ClockTimeFields::isField(int row) const {
+    return row >= 0 && row < rowCount();
+}
+
+int ClockTimeFields::value(Kind kind) const {
+    switch (kind) {
+    case Kind::Hour24:
+        return m_time.hour();
+    case Kind::Hour12:
+        return (m_time.hour() + 11) % 12 + 1;
+    case Kind::Minute:
+        return m_time.minute();
+    case Kind::HalfOfDay:
+        return m_time.hour() / 12;
+    }
+    return 0;
+}
+
+namespace {
+
+template <class Kind>
+Bounds boundsOf(Kind kind) {
+    switch (kind) {
+    case Kind::Hour24:
+        return {0, 23};
+    case Kind::Hour12:
+        return {1, 12};
+    case Kind::Minute:
+        return {0, 59};
+    case Kind::HalfOfDay:
+        return {0, 1};
+    }
+    return {0, 0};
+}
+
+} // namespace
+
+void ClockTimeFields::setValue(Kind kind, int number) {
+    QTime time = m_time;
+    if (kind == Kind::Hour24)
+        time = QTime(number, time.minute());
+    else if (kind == Kind::Hour12)
+        time = QTime(number % 12 + time.hour() / 12 * 12, time.minute());
+    else if (kind == Kind::Minute)
+        time = QTime(time.hour(), number);
+    else
+        time = QTime(time.hour() % 12 + number * 12, time.minute());
+    setTime(time);
+    Q_EMIT picked(m_time);
+}
+
+void ClockTimeFields::step(int row, int delta) {
+    if (!isField(row))
+        return;
+    endTyping();
+    const Kind kind = m_fields[static_cast<std::size_t>(row)].kind;
+    const auto [minimum, maximum] = boundsOf(kind);
+    const int count = maximum - minimum + 1;
+    // Twelve is the first hour of a half day, so going round starts there.
+    const int turned = ((value(kind) - minimum + delta) % count + count) % count;
+    setValue(kind, minimum + turned);
+}
+
+void ClockTimeFields::toMinimum(int row) {
+    if (isField(row))
+        setValue(m_fields[static_cast<std::size_t>(row)].kind,
+                 boundsOf(m_fields[static_cast<std::size_t>(row)].kind).minimum);
+}
+
+void ClockTimeFields::toMaximum(int row) {
+    if (isField(row))
+        setValue(m_fields[static_cast<std::size_t>(row)].kind,
+                 boundsOf(m_fields[static_cast<std::size_t>(row)].kind).maximum);
+}
+
+bool ClockTimeFields::type(int row, const QString &text) {
+    if (!isField(row) || text.isEmpty())
+        return false;
+    const Kind kind = m_fields[static_cast<std::size_t>(row)].kind;
+    if (kind == Kind::HalfOfDay) {
+        const bool isMorning = m_locale.amText().startsWith(text, Qt::CaseInsensitive);
+        const bool isAfternoon = m_locale.pmText().startsWith(text, Qt::CaseInsensitive);
+        if (isMorning == isAfternoon)
+            return false;
+        setValue(kind, isAfternoon ? 1 : 0);
+        return true;
+    }
+    const QList<uint> characters = text.toUcs4();
+    const int digit = QChar::digitValue(characters.constFirst());
+    if (digit < 0)
+        return false;
+    const auto [minimum, maximum] = boundsOf(kind);
+    const int joined = m_typed * 10 + digit;
+    const int number = joined <= maximum ? joined : digit;
+    m_typed = number;
+    if (number >= minimum)
+        setValue(kind, number);
+    const bool isFull = number * 10 > maximum || joined != digit;
+    if (isFull)
+        endTyping();
+    return isFull;
+}
+
+int ClockTimeFields::rowCount(const QModelIndex &parent) const {
+    return parent.isValid() ? 0 : static_cast<int>(m_fields.size());
+}
+
+QString ClockTimeFields::text(const Field &field) const {
+    if (field.kind == Kind::HalfOfDay)
+        return value(field.kind) == 0 ? m_locale.amText() : m_locale.pmText();
+    QString digits = m_locale.toString(value(field.kind));
+    if (field.isPadded && value(field.kind) < 10)
+        digits.prepend(m_locale.zeroDigit());
+    return digits;
+}
+
+QVariant ClockTimeFields::data(const QModelIndex &index, int role) const {
+    if (!checkIndex(index, CheckIndexOption::IndexIsValid))
+        return {};
+    const Field &field = m_fields[static_cast<std::size_t>(index.row())];
+    switch (role) {
+    case Text:
+        return text(field);
+    case Separator:
+        return field.separator;
+    case Name:
+        return field.kind == Kind::Minute      ? tr("Minute")
+               : field.kind == Kind::HalfOfDay ? tr("Half of the day")
+                                               : tr("Hour");
+    case Value:
+        return value(field.kind);
+    case Minimum:
+        return boundsOf(field.kind).minimum;
+    case Maximum:
+        return boundsOf(field.kind).maximum;
+    default:
+        return {};
+    }
+}
+
+QHash<int, QByteArray> ClockTimeFields::roleNames() const {
+    return {{Text, "text"},   {Separator, "separator"}, {Name, "name"},
+            {Value, "value"}, {Minimum, "minimum"},     {Maximum, "maximum"}};
+}
+
+} // namespace tarne

@@ -1,0 +1,176 @@
+#include "MonthCalendar.h"
+
+#include <algorithm>
+
+namespace tarne {
+
+namespace {
+
+/// Keeps six whole weeks within the days that QDate can name in four digits.
+const QDate earliestDay(1, 1, 1);
+const QDate latestDay(9999, 12, 31);
+
+QDate firstOfMonth(QDate day) {
+    return QDate(day.year(), day.month(), 1);
+}
+
+/// Days from the week's first to `day`.
+int daysIntoWeek(QDate day, Qt::DayOfWeek first) {
+    return (day.dayOfWeek() - static_cast<int>(first) + 7) % 7;
+}
+
+} // namespace
+
+MonthCalendar::MonthCalendar(QLocale locale, Range range, std::function<QDate()> today)
+    : m_locale(std::move(locale)),
+      m_range(range),
+      m_today(std::move(today)),
+      m_selected(m_today()),
+      m_month(firstOfMonth(m_selected)) {}
+
+void MonthCalendar::setSelectedDay(QDate day) {
+    if (!day.isValid() || m_selected == day)
+        return;
+    m_selected = day;
+    showSelection();
+}
+
+void MonthCalendar::showSelection() {
+    m_month = firstOfMonth(std::max(m_selected, firstDay()));
+    refresh();
+}
+
+QString MonthCalendar::monthTitle() const {
+    const QString year = m_locale.toString(m_month, u"yyyy");
+    return m_locale.standaloneMonthName(m_month.month()) + u' ' + year;
+}
+
+QStringList MonthCalendar::weekdayNames() const {
+    QStringList names;
+    for (int i = 0; i < 7; ++i) {
+        const int weekday = (static_cast<int>(m_locale.firstDayOfWeek()) - 1 + i) % 7 + 1;
+        names += m_locale.standaloneDayName(weekday, QLocale::ShortFormat);
+    }
+    return names;
+}
+
+bool MonthCalendar::isRightToLeft() const {
+    return m_locale.textDirection() == Qt::RightToLeft;
+}
+
+bool MonthCalendar::canShowPreviousMonth() const {
+    return m_month > earliestDay && (m_range == Range::Unlimited || m_month > m_today());
+}
+
+int MonthCalendar::tabStop() const {
+    int firstEnabled = -1;
+    for (int row = 0; row < rows; ++row) {
+        const QDate day = dayOfRow(row);
+        if (!isEnabled(day))
+            continue;
+        if (day == m_selected)
+            return row;
+        if (firstEnabled < 0)
+            firstEnabled = row;
+    }
+    return firstEnabled;
+}
+
+void MonthCalendar::showMonth(int offset) {
+    const QDate month = m_month.addMonths(offset);
+    if (month < earliestDay || month > latestDay || (offset < 0 && !canShowPreviousMonth()))
+        return;
+    m_month = month;
+    refresh();
+}
+
+void MonthCalendar::pick(int row) {
+    const QDate day = dayOfRow(row);
+    if (!isEnabled(day))
+        return;
+    m_selected = day;
+    refresh();
+    Q_EMIT picked(day);
+}
+
+void MonthCalendar::moveByDays(int days) {
+    moveTo(cursor().addDays(days));
+}
+
+void MonthCalendar::moveByMonths(int months) {
+    moveTo(cursor().addMonths(months));
+}
+
+void MonthCalendar::moveToStartOfWeek() {
+    moveTo(cursor().addDays(-daysIntoWeek(cursor(), m_locale.firstDayOfWeek())));
+}
+
+void MonthCalendar::moveToEndOfWeek() {
+    moveTo(cursor().addDays(6 - daysIntoWeek(cursor(), m_locale.firstDayOfWeek())));
+}
+
+int MonthCalendar::rowCount(const QModelIndex &parent) const {
+    return parent.isValid() ? 0 : rows;
+}
+
+QVariant MonthCalendar::data(const QModelIndex &index, int role) const {
+    if (!checkIndex(index, CheckIndexOption::IndexIsValid))
+        return {};
+    const QDate day = dayOfRow(index.row());
+    switch (role) {
+    case Text:
+        return day.isValid() ? m_locale.toString(day.day()) : QString();
+    case FullName:
+        return day.isValid() ? m_locale.toString(day, QLocale::LongFormat) : QString();
+    case IsSelected:
+        return day.isValid() && day == m_selected;
+    case IsToday:
+        return day.isValid() && day == m_today();
+    case IsEnabled:
+        return isEnabled(day);
+    default:
+        return {};
+    }
+}
+
+QHash<int, QByteArray> MonthCalendar::roleNames() const {
+    return {{Text, "text"},
+            {FullName, "fullName"},
+            {IsSelected, "isSelected"},
+            {IsToday, "isToday"},
+            {IsEnabled, "isEnabled"}};
+}
+
+/// Invalid for a blank row.
+QDate MonthCalendar::dayOfRow(int row) const {
+    const int day = row - daysIntoWeek(m_month, m_locale.firstDayOfWeek()) + 1;
+    return QDate(m_month.year(), m_month.month(), day);
+}
+
+bool MonthCalendar::isEnabled(QDate day) const {
+    return day.isValid() && day >= firstDay();
+}
+
+QDate MonthCalendar::firstDay() const {
+    return m_range == Range::Unlimited ? earliestDay : m_today();
+}
+
+QDate MonthCalendar::cursor() const {
+    const int row = tabStop();
+    return row < 0 ? m_selected : dayOfRow(row);
+}
+
+void MonthCalendar::moveTo(QDate day) {
+    m_selected = std::clamp(day, firstDay(), latestDay);
+    showSelection();
+    Q_EMIT picked(m_selected);
+    Q_EMIT moved();
+}
+
+void MonthCalendar::refresh() {
+    Q_EMIT dataChanged(index(0), index(rows - 1));
+    Q_EMIT monthChanged();
+    Q_EMIT tabStopChanged();
+}
+
+} // namespace tarne

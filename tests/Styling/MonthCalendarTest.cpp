@@ -1,0 +1,196 @@
+#include "MonthCalendar.h"
+
+#include <QAbstractItemModelTester>
+
+#include <gmock/gmock.h>
+
+namespace tarne {
+namespace {
+
+using namespace Qt::StringLiterals;
+
+class AMonthCalendar : public testing::Test {
+protected:
+    MonthCalendar &calendar(const QString &locale = u"en_US"_s,
+                            MonthCalendar::Range range = MonthCalendar::Range::Unlimited) {
+        m_calendar =
+            std::make_unique<MonthCalendar>(QLocale(locale), range, [this] { return m_today; });
+        m_tester = std::make_unique<QAbstractItemModelTester>(m_calendar.get());
+        QObject::connect(m_calendar.get(), &MonthCalendar::picked,
+                         [this](QDate day) { m_picked = day; });
+        return *m_calendar;
+    }
+    MonthCalendar &limited() { return calendar(u"en_US"_s, MonthCalendar::Range::FromToday); }
+
+    QVariant data(int row, MonthCalendar::Role role) const {
+        return m_calendar->data(m_calendar->index(row), role);
+    }
+    QString text(int row) const { return data(row, MonthCalendar::Text).toString(); }
+    bool isEnabled(int row) const { return data(row, MonthCalendar::IsEnabled).toBool(); }
+    int selectedRow() const {
+        for (int row = 0; row < MonthCalendar::rows; ++row) {
+            if (data(row, MonthCalendar::IsSelected).toBool())
+                return row;
+        }
+        return -1;
+    }
+
+    QDate m_today{2026, 3, 12}; // A Thursday.
+    QDate m_picked;
+    std::unique_ptr<MonthCalendar> m_calendar;
+    std::unique_ptr<QAbstractItemModelTester> m_tester;
+};
+
+TEST_F(AMonthCalendar, BeginsOnTodaysMonthWithTodaySelected) {
+    calendar();
+    EXPECT_EQ(m_calendar->monthTitle(), u"March 2026"_s);
+    EXPECT_EQ(m_calendar->selectedDay(), m_today);
+    EXPECT_TRUE(data(selectedRow(), MonthCalendar::IsToday).toBool());
+    EXPECT_EQ(text(selectedRow()), u"12"_s);
+}
+
+TEST_F(AMonthCalendar, BeginsItsWeeksOnTheLocalesFirstWeekday) {
+    EXPECT_EQ(calendar(u"en_US"_s).weekdayNames().constFirst(), u"Sun"_s);
+    EXPECT_EQ(text(0), u"1"_s); // March 2026 begins on a Sunday.
+    EXPECT_EQ(calendar(u"en_GB"_s).weekdayNames().constFirst(), u"Mon"_s);
+    EXPECT_EQ(text(5), QString());
+    EXPECT_EQ(text(6), u"1"_s);
+    EXPECT_EQ(calendar(u"ar_EG"_s).weekdayNames().constFirst(),
+              QLocale(u"ar_EG"_s).standaloneDayName(6, QLocale::ShortFormat));
+}
+
+TEST_F(AMonthCalendar, ShowsEveryDayOfEveryMonthOnceInEveryFirstWeekday) {
+    for (const QString &locale : {u"en_US"_s, u"de_DE"_s, u"ar_EG"_s}) {
+        calendar(locale);
+        m_calendar->setSelectedDay(QDate(2023, 12, 31));
+        for (int month = 0; month < 30; ++month) {
+            m_calendar->showMonth(1);
+            const QDate first = QDate(2023, 12, 1).addMonths(month + 1);
+            int days = 0;
+            for (int row = 0; row < MonthCalendar::rows; ++row)
+                days += isEnabled(row) ? 1 : 0;
+            EXPECT_EQ(days, first.daysInMonth()) << qPrintable(first.toString());
+        }
+    }
+}
+
+TEST_F(AMonthCalendar, NamesMonthsAndDigitsInTheLocale) {
+    EXPECT_EQ(calendar(u"de_DE"_s).monthTitle(), u"März 2026"_s);
+    const QLocale farsi(u"fa_IR"_s);
+    calendar(u"fa_IR"_s);
+    EXPECT_EQ(text(selectedRow()), farsi.toString(12));
+    EXPECT_TRUE(m_calendar->isRightToLeft());
+}
+
+TEST_F(AMonthCalendar, NamesADayInFullForAssistiveTools) {
+    calendar();
+    EXPECT_EQ(data(selectedRow(), MonthCalendar::FullName), u"Thursday, March 12, 2026"_s);
+}
+
+TEST_F(AMonthCalendar, PickingTellsTheDay) {
+    calendar().pick(0);
+    EXPECT_EQ(m_picked, QDate(2026, 3, 1));
+    EXPECT_EQ(m_calendar->selectedDay(), QDate(2026, 3, 1));
+    EXPECT_EQ(selectedRow(), 0);
+}
+
+TEST_F(AMonthCalendar, ABlankRowCannotBePicked) {
+    calendar().pick(41);
+    m_calendar->pick(-1);
+    m_calendar->pick(1000);
+    EXPECT_EQ(m_picked, QDate());
+    EXPECT_EQ(m_calendar->selectedDay(), m_today);
+}
+
+TEST_F(AMonthCalendar, TurningThePageLeavesTheSelection) {
+    calendar().showMonth(1);
+    EXPECT_EQ(m_calendar->monthTitle(), u"April 2026"_s);
+    EXPECT_EQ(m_calendar->selectedDay(), m_today);
+    EXPECT_EQ(selectedRow(), -1);
+    EXPECT_EQ(text(m_calendar->tabStop()), u"1"_s);
+    m_calendar->showMonth(-1);
+    EXPECT_EQ(m_calendar->tabStop(), selectedRow());
+}
+
+TEST_F(AMonthCalendar, PastDaysCanBePickedWhereItIsNotLimited) {
+    calendar().showMonth(-14);
+    EXPECT_EQ(m_calendar->monthTitle(), u"January 2025"_s);
+    m_calendar->pick(10);
+    EXPECT_TRUE(m_picked.isValid());
+}
+
+TEST_F(AMonthCalendar, LimitedItReachesNoDayBeforeToday) {
+    limited();
+    EXPECT_FALSE(isEnabled(10)); // The 11th.
+    EXPECT_TRUE(isEnabled(11));
+    m_calendar->pick(10);
+    EXPECT_EQ(m_picked, QDate());
+    EXPECT_FALSE(m_calendar->canShowPreviousMonth());
+    m_calendar->showMonth(-1);
+    EXPECT_EQ(m_calendar->monthTitle(), u"March 2026"_s);
+}
+
+TEST_F(AMonthCalendar, LimitedItGoesOnFromTheDayThatIsTodayAtTheMoment) {
+    limited();
+    m_today = QDate(2026, 3, 13);
+    EXPECT_FALSE(isEnabled(11));
+    EXPECT_TRUE(isEnabled(12));
+}
+
+TEST_F(AMonthCalendar, LimitedItKeepsAPastSelectionUntilAnotherDayIsPicked) {
+    limited().setSelectedDay(QDate(2026, 1, 5));
+    EXPECT_EQ(m_calendar->selectedDay(), QDate(2026, 1, 5));
+    EXPECT_EQ(m_calendar->monthTitle(), u"March 2026"_s);
+    EXPECT_EQ(selectedRow(), -1);
+    EXPECT_EQ(m_picked, QDate());
+    EXPECT_EQ(text(m_calendar->tabStop()), u"12"_s);
+}
+
+TEST_F(AMonthCalendar, TheArrowKeysMoveByDaysAndWeeksAcrossMonths) {
+    calendar().moveByDays(1);
+    EXPECT_EQ(m_picked, QDate(2026, 3, 13));
+    m_calendar->moveByDays(-14);
+    EXPECT_EQ(m_picked, QDate(2026, 2, 27));
+    EXPECT_EQ(m_calendar->monthTitle(), u"February 2026"_s);
+}
+
+TEST_F(AMonthCalendar, PageKeysMoveByMonthsToTheNearestDayThatExists) {
+    calendar().setSelectedDay(QDate(2024, 1, 31));
+    m_calendar->moveByMonths(1);
+    EXPECT_EQ(m_picked, QDate(2024, 2, 29));
+    m_calendar->moveByMonths(-1);
+    EXPECT_EQ(m_picked, QDate(2024, 1, 29));
+}
+
+TEST_F(AMonthCalendar, HomeAndEndMoveToTheEndsOfTheLocalesWeek) {
+    calendar().moveToStartOfWeek();
+    EXPECT_EQ(m_picked, QDate(2026, 3, 8));
+    m_calendar->moveToEndOfWeek();
+    EXPECT_EQ(m_picked, QDate(2026, 3, 14));
+    calendar(u"de_DE"_s).moveToStartOfWeek();
+    EXPECT_EQ(m_picked, QDate(2026, 3, 9));
+}
+
+TEST_F(AMonthCalendar, TheKeyboardStopsAtTodayWhereItIsLimited) {
+    limited().moveByDays(-7);
+    EXPECT_EQ(m_picked, m_today);
+    m_calendar->moveToStartOfWeek();
+    EXPECT_EQ(m_picked, m_today);
+    m_calendar->moveByMonths(-12);
+    EXPECT_EQ(m_picked, m_today);
+}
+
+TEST_F(AMonthCalendar, ReachesFromTheYear1ToTheYear9999) {
+    calendar().setSelectedDay(QDate(9999, 12, 31));
+    m_calendar->moveByDays(1);
+    EXPECT_EQ(m_picked, QDate(9999, 12, 31));
+    m_calendar->showMonth(1);
+    EXPECT_EQ(m_calendar->monthTitle(), u"December 9999"_s);
+    m_calendar->setSelectedDay(QDate(1, 1, 1));
+    m_calendar->moveByMonths(-1);
+    EXPECT_EQ(m_picked, QDate(1, 1, 1));
+    EXPECT_FALSE(m_calendar->canShowPreviousMonth());
+}
+
+} // namespace
+} // namespace tarne
