@@ -1,13 +1,12 @@
 // What the defaults store costs, on the disk that the current folder lies on.
 //
-//   SaveHistory/N     write and commit a changed history of N entries (1,160 bytes each)
-//   HandOver/N        what that write costs the main thread: comparing, keeping, handing over
-//   Load/N            opening a store with such a history, checks included
-//   DiskBytes/idle    bytes a second that the process sends to the disk while two controllers
-//   DiskBytes/running publish twice a second: with no session, and with one that counts down
-//
-// With "raw" beside it: the same bytes written to a plain file and synchronised, which is the least
-// that a lasting save can cost.
+//   writeHistory/N     write and commit a changed history of N entries (1,160 bytes each)
+//   writeRawFile/N     the same bytes written to a plain file and synchronised, which is the least
+//                      that a lasting save can cost
+//   handOverHistory/N  what that write costs the main thread: comparing, keeping, handing over
+//   loadStore/N        opening a store with such a history, checks included
+//   diskBytes/idle     bytes a second that the process sends to the disk while two controllers
+//   diskBytes/running  publish in alternation: with no session, and with one that counts down
 
 #include "DefaultsFile.h"
 #include "DefaultsFolder.h"
@@ -199,31 +198,31 @@ void diskBytes(benchmark::State &state, bool sessionRuns) {
 } // namespace
 
 BENCHMARK(saveHistory)
-    ->Name("SaveHistory")
+    ->Name("writeHistory")
     ->RangeMultiplier(10)
     ->Range(100, 100'000)
     ->Unit(benchmark::kMillisecond)
     ->UseRealTime();
 BENCHMARK(saveRawFile)
-    ->Name("SaveHistory/raw")
+    ->Name("writeRawFile")
     ->RangeMultiplier(10)
     ->Range(100, 100'000)
     ->Unit(benchmark::kMillisecond)
     ->UseRealTime();
 BENCHMARK(handOver)
-    ->Name("HandOver")
+    ->Name("handOverHistory")
     ->RangeMultiplier(10)
     ->Range(100, 100'000)
     ->Unit(benchmark::kMillisecond)
     ->Iterations(20);
 BENCHMARK(load)
-    ->Name("Load")
+    ->Name("loadStore")
     ->RangeMultiplier(10)
     ->Range(100, 100'000)
     ->Unit(benchmark::kMillisecond);
-BENCHMARK_CAPTURE(diskBytes, idle, false)->Name("DiskBytes/idle")->Iterations(1)->UseRealTime();
+BENCHMARK_CAPTURE(diskBytes, idle, false)->Name("diskBytes/idle")->Iterations(1)->UseRealTime();
 BENCHMARK_CAPTURE(diskBytes, running, true)
-    ->Name("DiskBytes/running")
+    ->Name("diskBytes/running")
     ->Iterations(1)
     ->UseRealTime();
 

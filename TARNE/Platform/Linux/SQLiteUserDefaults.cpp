@@ -10,8 +10,9 @@ namespace tarne {
 
 namespace {
 
-/// Leaves the second half of the promised second to the disk.
-constexpr RunLoop::Seconds handOverDelay{0.5};
+/// Long enough to gather what a user's action writes; the rest of the promised second belongs to
+/// the disk.
+constexpr RunLoop::Seconds handOverDelay{0.2};
 
 } // namespace
 

@@ -130,7 +130,7 @@ TEST_F(SQLiteUserDefaultsTest, CommitsAfterSynchronizeWithoutTheClockMoving) {
 
 TEST_F(SQLiteUserDefaultsTest, CommitsWithinASecondWithoutSynchronize) {
     open().setObject(key, u"new"_s);
-    time.advance(RunLoop::Seconds(0.6)); // The rest of the second belongs to the disk.
+    time.advance(RunLoop::Seconds(0.3)); // The rest of the second belongs to the disk.
     EXPECT_TRUE(comesToHold(key, "new"));
 }
 
