@@ -24,14 +24,19 @@ PLACES = [(640, 450), (300, 300), (980, 600), (640, 200)]
 def figures(program, seconds):
     os.environ["TARNE_PROGRAM"] = program
     os.environ["TARNE_ARTIFACTS"] = tempfile.gettempdir()
-    # A home on the disk: the box's own /tmp is memory, and writes to it would cost nothing.
-    tempfile.tempdir = str(pathlib.Path(program).resolve().parents[1])
     from desktop import DISPLAY
     from fixture import TarneTestCase
     from gi.repository import GLib
     from screen import Screen
 
     class Measurement(TarneTestCase):
+        def setUp(self):
+            super().setUp()
+            # A home on the disk, and the log not: the box's own /tmp is memory.
+            home = tempfile.TemporaryDirectory(dir=pathlib.Path(program).resolve().parents[1])
+            self.addCleanup(home.cleanup)
+            self.home = pathlib.Path(home.name)
+
         def environment(self):
             environment = super().environment()
             for name in self.clock.environment:

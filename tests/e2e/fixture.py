@@ -12,7 +12,7 @@ from gi.repository import GLib
 from desktop import Desktop
 from program import Program, WallClock
 from store import Store
-from waiting import eventually
+from waiting import PATIENCE, eventually
 
 PROGRAM = os.environ["TARNE_PROGRAM"]
 ARTIFACTS = pathlib.Path(os.environ["TARNE_ARTIFACTS"])
@@ -90,7 +90,7 @@ class TarneTestCase(unittest.TestCase):
     def expect_error(self, text):
         self.expected_errors.append(text)
 
-    def eventually(self, condition, what, within=30.0):
+    def eventually(self, condition, what, within=PATIENCE):
         return eventually(condition, self._state(what), within)
 
     # -- the screen -------------------------------------------------------------------------
@@ -109,7 +109,7 @@ class TarneTestCase(unittest.TestCase):
         except GLib.Error:
             pass  # The tree changed under the walk; who waits for something looks again.
 
-    def node(self, *names, role=None, within=30.0):
+    def node(self, *names, role=None, within=PATIENCE):
         return self.eventually(lambda: self.find(*names, role=role),
                                f"{' or '.join(names)} is on the screen", within)
 

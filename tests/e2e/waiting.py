@@ -2,7 +2,7 @@
 
 import time
 
-PATIENCE = 30.0
+PATIENCE = 60.0
 POLL_INTERVAL = 0.02
 
 
