@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Date.h"
+#include "RandomUuid.h"
 #include "SessionGoal.h"
 
 #include <QByteArray>
@@ -17,7 +18,7 @@ namespace tarne {
 /// One focus session: a plain value. A session is changed by building a new record and assigning
 /// it. Identity is `id`.
 struct FocusSession {
-    QUuid id = QUuid::createUuid();
+    QUuid id = randomUuid();
     QString goal = {};                   ///< The raw line, as typed.
     std::vector<SessionGoal> goals = {}; ///< Parsed from `goal`.
     double duration = 1500.0;            ///< Planned length in seconds.

@@ -16,7 +16,7 @@ QString rawValue(GoalStatus status) {
     Q_UNREACHABLE();
 }
 
-std::optional<GoalStatus> goalStatusFromRawValue(QStringView text) {
+std::optional<GoalStatus> goalStatusFromRawValue(QAnyStringView text) {
     for (const GoalStatus status : allGoalStatuses) {
         if (text == rawValue(status))
             return status;

@@ -19,7 +19,7 @@ inline constexpr std::array allGoalStatuses{GoalStatus::completed, GoalStatus::p
 [[nodiscard]] QString rawValue(GoalStatus status);
 
 /// The status of a stored text, matched exactly and case-sensitively, or none.
-[[nodiscard]] std::optional<GoalStatus> goalStatusFromRawValue(QStringView text);
+[[nodiscard]] std::optional<GoalStatus> goalStatusFromRawValue(QAnyStringView text);
 
 /// The words for the user: "Completed", "Partially Completed", "Not Completed".
 [[nodiscard]] QString displayName(GoalStatus status);

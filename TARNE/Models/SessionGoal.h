@@ -1,6 +1,7 @@
 #pragma once
 
 #include "GoalStatus.h"
+#include "RandomUuid.h"
 
 #include <QString>
 #include <QUuid>
@@ -11,7 +12,7 @@ namespace tarne {
 
 /// One goal of a session. Identity is `id`; two goals are never compared as wholes.
 struct SessionGoal {
-    QUuid id = QUuid::createUuid();
+    QUuid id = randomUuid();
     QString text;                                    ///< The goal's words, trimmed.
     std::optional<GoalStatus> status = std::nullopt; ///< None until the user has rated the goal.
 };

@@ -10,7 +10,7 @@ inline QString jsonText(GoalStatus status) {
     return rawValue(status);
 }
 
-inline bool fromJsonText(QStringView text, GoalStatus &status) {
+inline bool fromJsonText(QUtf8StringView text, GoalStatus &status) {
     const std::optional<GoalStatus> known = goalStatusFromRawValue(text);
     status = known.value_or(status);
     return known.has_value();

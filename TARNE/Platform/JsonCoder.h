@@ -49,7 +49,7 @@ concept HasForm = requires {
 };
 
 template <class Type>
-concept HasText = requires(Type value, QStringView text) {
+concept HasText = requires(Type value, QUtf8StringView text) {
     { jsonText(value) } -> std::convertible_to<QString>;
     { fromJsonText(text, value) } -> std::same_as<bool>;
 };
@@ -73,8 +73,8 @@ template <class Type>
 
 template <HasText Type>
 bool read(Value value, Type &result) {
-    QString text;
-    return read(value, text) && fromJsonText(QStringView(text), result);
+    std::string_view text;
+    return read(value, text) && fromJsonText(QUtf8StringView(text), result);
 }
 
 template <class Type>

@@ -117,25 +117,30 @@ bool read(Value value, Date &result) {
     return true;
 }
 
-bool read(Value value, QString &result) {
-    const std::string_view token = value.raw_json_token();
-    if (!token.starts_with('"'))
-        return false;
-    if (const std::string_view content = contentOf(token); isPlainAscii(content)) {
-        result = QLatin1StringView(content.data(), static_cast<qsizetype>(content.size()));
+bool read(Value value, std::string_view &result) {
+    if (const std::string_view token = value.raw_json_token(); token.starts_with('"')) {
+        // Nearly every text stands in the document as it is.
+        result = contentOf(token);
         simdjson::ondemand::raw_json_string passed;
-        return !value.get_raw_json_string().get(passed);
+        if (isPlainAscii(result))
+            return !value.get_raw_json_string().get(passed);
     }
+    return !value.get_string().get(result);
+}
+
+bool read(Value value, QString &result) {
     std::string_view text;
-    if (value.get_string().get(text))
+    if (!read(value, text))
         return false;
-    result = QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
+    const auto size = static_cast<qsizetype>(text.size());
+    result = isPlainAscii(text) ? QString::fromLatin1(text.data(), size)
+                                : QString::fromUtf8(text.data(), size);
     return true;
 }
 
 bool read(Value value, QUuid &result) {
     std::string_view text;
-    if (value.get_string().get(text))
+    if (!read(value, text))
         return false;
     const std::optional<QUuid> uuid = parseUuid(text);
     if (!uuid)

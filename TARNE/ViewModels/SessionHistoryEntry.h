@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Date.h"
+#include "RandomUuid.h"
 #include "SessionGoal.h"
 
 #include <QByteArray>
@@ -16,7 +17,7 @@ namespace tarne {
 /// One finished session as it stays in the history. Identity is `id`. A text that is not there yet
 /// is empty.
 struct SessionHistoryEntry {
-    QUuid id = QUuid::createUuid();      ///< Stable for the life of the entry; an update keeps it.
+    QUuid id = randomUuid();      ///< Stable for the life of the entry; an update keeps it.
     Date sessionDate = {};               ///< When the session ended, or was first saved.
     std::vector<SessionGoal> goals = {}; ///< With their verdicts at the last save.
     double duration = 0.0;               ///< Seconds.
