@@ -1,0 +1,55 @@
+#pragma once
+
+#include "Calendar.h"
+#include "SessionHistoryEntry.h"
+
+#include <QObject>
+#include <qqmlregistration.h>
+
+#include <functional>
+
+namespace tarne {
+
+/// A sheet that edits the reflection of one entry. It hands the text over and is closed by whoever
+/// presents it. Nothing in the system presents it.
+class EditReflectionSheet final : public QObject {
+    Q_OBJECT
+    QML_ELEMENT
+    QML_UNCREATABLE("Made by what presents it.")
+    Q_PROPERTY(QString dateText READ dateText CONSTANT)
+    Q_PROPERTY(QString reflection READ reflection WRITE setReflection NOTIFY reflectionChanged)
+    Q_PROPERTY(bool isPresented READ isPresented NOTIFY isPresentedChanged)
+
+public:
+    using OnSave = std::function<void(const QString &reflection)>;
+
+    EditReflectionSheet(SessionHistoryEntry entry, QString reflection, Calendar calendar,
+                        OnSave onSave);
+
+    [[nodiscard]] QString dateText() const { return formatDate(m_entry.sessionDate); }
+    /// The locale's full date and short time.
+    [[nodiscard]] QString formatDate(Date date) const;
+
+    [[nodiscard]] QString reflection() const { return m_reflection; }
+    void setReflection(const QString &reflection);
+
+    [[nodiscard]] bool isPresented() const { return m_isPresented; }
+
+    Q_INVOKABLE void cancel();
+    Q_INVOKABLE void save();
+
+Q_SIGNALS:
+    void reflectionChanged();
+    void isPresentedChanged();
+
+private:
+    void close();
+
+    SessionHistoryEntry m_entry;
+    QString m_reflection;
+    Calendar m_calendar;
+    OnSave m_onSave;
+    bool m_isPresented = true;
+};
+
+} // namespace tarne

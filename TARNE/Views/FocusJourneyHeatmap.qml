@@ -1,0 +1,119 @@
+pragma ComponentBehavior: Bound
+import QtQuick
+import TARNE.Styling
+import TARNE.Views
+
+// A year of sessions, a column a week. Its geometry is fixed; where the card is narrower it shows
+// what fits.
+InsightsCard {
+    id: card
+
+    required property InsightsView view
+
+    component Label: PlainText {
+        font: Typography.system(10)
+        color: Colors.secondaryText
+    }
+
+    CardHeading {
+        width: parent.width
+        title: "Your Focus Journey"
+        subtitle: "Past year of Stillhour sessions"
+    }
+    Column {
+        width: parent.width
+        spacing: 8
+
+        Item {
+            width: parent.width
+            implicitHeight: gridColumn.implicitHeight
+            clip: true
+
+            Column {
+                width: 30
+                spacing: 2
+
+                Item {
+                    width: 1
+                    height: 12
+                }
+                Repeater {
+                    model: card.view.dayLabels
+
+                    Label {
+                        required property string modelData
+
+                        height: 15
+                        text: modelData
+                        verticalAlignment: Text.AlignVCenter
+                        Accessible.ignored: text.length === 0
+                    }
+                }
+            }
+            Column {
+                id: gridColumn
+
+                x: 30
+                spacing: 4
+
+                Row {
+                    spacing: 2
+
+                    Repeater {
+                        model: card.view.monthLabels
+
+                        Label {
+                            required property string modelData
+
+                            width: 221
+                            height: 10
+                            text: modelData
+                            verticalAlignment: Text.AlignVCenter
+                        }
+                    }
+                }
+                HeatmapGrid {
+                    view: card.view
+                }
+            }
+        }
+        Item {
+            width: parent.width
+            implicitHeight: total.implicitHeight
+
+            Row {
+                spacing: Layout.defaultSpacing
+
+                Label {
+                    text: "Less"
+                }
+                Row {
+                    anchors.verticalCenter: parent.verticalCenter
+                    spacing: 2
+
+                    Repeater {
+                        model: 5
+
+                        Rectangle {
+                            required property int index
+
+                            width: 10
+                            height: 10
+                            radius: 2
+                            color: card.view.legendColor(index)
+                        }
+                    }
+                }
+                Label {
+                    text: "More"
+                }
+            }
+            Label {
+                id: total
+
+                anchors.right: parent.right
+                text: card.view.totalSessionsThisYear + " sessions in the last year"
+            }
+        }
+    }
+}

@@ -1,0 +1,51 @@
+#pragma once
+
+#include "HistoryEntryCard.h"
+#include "HistoryGrouping.h"
+
+#include <QAbstractListModel>
+
+#include <vector>
+
+namespace tarne {
+
+/// The rows of the history screen: one a session, in the order in which they are shown. The first
+/// of a group carries the group's label, the last is marked as such. A card is worded when a view
+/// asks for it, so only what is visible costs.
+class HistoryModel final : public QAbstractListModel {
+    Q_OBJECT
+
+public:
+    enum Role {
+        CardRole = Qt::UserRole, ///< HistoryEntryCard.
+        SectionLabelRole,        ///< The group's label, or an empty text.
+        SectionCountRole,        ///< "1 entry", or an empty text.
+        EndsSectionRole,         ///< Whether the next row begins a group.
+        ExpandedRole,            ///< The open coaching texts, one bit a row of `feedback`.
+    };
+
+    explicit HistoryModel(QObject *parent = nullptr);
+
+    /// Replaces all rows by these groups, in their order; every coaching text is closed again.
+    void setGroups(std::vector<HistoryGroup> groups, const Calendar &calendar);
+
+    /// Remembers which coaching texts of a row are open, while its card is scrolled away.
+    Q_INVOKABLE void setExpanded(int row, int section, bool isExpanded);
+
+    [[nodiscard]] int rowCount(const QModelIndex &parent = {}) const override;
+    [[nodiscard]] QVariant data(const QModelIndex &index, int role) const override;
+    [[nodiscard]] QHash<int, QByteArray> roleNames() const override;
+
+private:
+    struct Row {
+        std::size_t group;
+        std::size_t entry;
+        quint32 expanded = 0; ///< One bit a coaching text.
+    };
+
+    std::vector<HistoryGroup> m_groups;
+    std::vector<Row> m_rows;
+    std::optional<Calendar> m_calendar;
+};
+
+} // namespace tarne

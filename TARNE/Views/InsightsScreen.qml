@@ -1,0 +1,64 @@
+pragma ComponentBehavior: Bound
+import QtQuick
+import TARNE.Styling
+import TARNE.Views
+
+// The second tab: what the history says, in four cards. There is nothing to press.
+Rectangle {
+    id: screen
+
+    required property InsightsView view
+
+    readonly property string navigationTitle: screen.view.navigationTitle
+
+    color: Colors.background
+    Accessible.role: Accessible.Pane
+    Accessible.name: screen.navigationTitle
+
+    ScrollColumn {
+        anchors.fill: parent
+        horizontalPadding: Layout.spacingMedium
+        topPadding: Layout.spacingMedium
+        bottomPadding: Layout.spacingMedium
+        spacing: Layout.spacingLarge
+        activeFocusOnTab: true
+
+        PageHead {
+            width: parent.width
+            title: "Insights"
+            subtitle: "Discover patterns and trends in your focus sessions"
+        }
+        FocusStreakCard {
+            width: parent.width
+            view: screen.view
+        }
+        Row {
+            id: halves
+
+            readonly property real half: (width - spacing) / 2
+            readonly property real higher: Math.max(trends.implicitHeight, times.implicitHeight)
+
+            width: parent.width
+            spacing: Layout.spacingMedium
+
+            GoalCompletionTrendsCard {
+                id: trends
+
+                width: halves.half
+                height: halves.higher
+                view: screen.view
+            }
+            MostProductiveTimesCard {
+                id: times
+
+                width: halves.half
+                height: halves.higher
+                view: screen.view
+            }
+        }
+        FocusJourneyHeatmap {
+            width: parent.width
+            view: screen.view
+        }
+    }
+}

@@ -1,0 +1,70 @@
+#include "EditReflectionSheet.h"
+#include "ExportSheet.h"
+
+#include "RecordingPasteboard.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+using namespace tarne;
+using namespace Qt::StringLiterals;
+
+namespace {
+
+struct Edited {
+    Calendar calendar{QTimeZone::utc(), QLocale(u"en_US"_s)};
+    QStringList saved;
+    EditReflectionSheet sheet{{.sessionDate = *calendar.date({2026, 3, 2, 15, 30})},
+                              u"before"_s,
+                              calendar,
+                              [this](const QString &text) { saved += text; }};
+};
+
+} // namespace
+
+TEST(EditReflectionSheet, ItShowsTheFullDateAndTheReflection) {
+    const Edited edited;
+    EXPECT_EQ(edited.sheet.dateText(), u"Monday, March 2, 2026 at 3:30 PM"_s);
+    EXPECT_EQ(edited.sheet.reflection(), u"before"_s);
+    EXPECT_TRUE(edited.sheet.isPresented());
+}
+
+TEST(EditReflectionSheet, CancelClosesWithoutSaving) {
+    Edited edited;
+    edited.sheet.setReflection(u"after"_s);
+    edited.sheet.cancel();
+    EXPECT_FALSE(edited.sheet.isPresented());
+    EXPECT_EQ(edited.saved, QStringList());
+}
+
+TEST(EditReflectionSheet, SaveHandsTheTextOverAndCloses) {
+    Edited edited;
+    edited.sheet.setReflection(u"after"_s);
+    edited.sheet.save();
+    EXPECT_FALSE(edited.sheet.isPresented());
+    EXPECT_EQ(edited.saved, QStringList{u"after"_s});
+}
+
+TEST(EditReflectionSheet, AnEmptyReflectionIsSavedToo) {
+    Edited edited;
+    edited.sheet.setReflection(QString());
+    edited.sheet.save();
+    EXPECT_EQ(edited.saved, QStringList{QString()});
+}
+
+TEST(ExportSheet, CopyingClearsTheClipboardAndPutsTheTextThere) {
+    test::RecordingPasteboard pasteboard;
+    ExportSheet sheet(u"# History"_s, pasteboard);
+    sheet.copyToClipboard();
+    EXPECT_EQ(pasteboard.calls, (QStringList{u"clear"_s, u"set"_s}));
+    EXPECT_EQ(pasteboard.text, u"# History"_s);
+    EXPECT_TRUE(sheet.isPresented());
+}
+
+TEST(ExportSheet, DoneClosesIt) {
+    test::RecordingPasteboard pasteboard;
+    ExportSheet sheet(u"text"_s, pasteboard);
+    sheet.done();
+    EXPECT_FALSE(sheet.isPresented());
+    EXPECT_EQ(pasteboard.calls, QStringList());
+}

@@ -1,0 +1,214 @@
+#include "HistoryView.h"
+
+#include "SessionFixture.h"
+
+#include <QAbstractItemModelTester>
+#include <QSignalSpy>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+using namespace tarne;
+using namespace Qt::StringLiterals;
+
+namespace {
+
+class HistoryViewTest : public test::SessionTest {
+protected:
+    HistoryView &view() {
+        if (!m_view)
+            m_view = std::make_unique<HistoryView>(controller(), center, time, calendar());
+        return *m_view;
+    }
+    static CurrentCalendar calendar() {
+        return [] { return Calendar(QTimeZone::utc(), QLocale(u"en_US"_s)); };
+    }
+    void store(int entries) {
+        std::vector<SessionHistoryEntry> stored;
+        for (int i = 0; i < entries; ++i)
+            stored.push_back({.sessionDate = time.now() - i * 60.0, .duration = 60.0});
+        controller().saveSessionHistory(stored);
+    }
+    QVariant row(int index, HistoryModel::Role role) {
+        return view().rows()->index(index, 0).data(role);
+    }
+    QStringList reflections() {
+        QStringList result;
+        for (const SessionHistoryEntry &entry : view().historyEntries())
+            result += entry.reflection;
+        return result;
+    }
+
+private:
+    std::unique_ptr<HistoryView> m_view;
+};
+
+} // namespace
+
+TEST_F(HistoryViewTest, NothingIsLoadedBeforeItAppears) {
+    EXPECT_TRUE(view().isEmpty());
+    EXPECT_FALSE(defaults.dataForKey(keys::sessionHistory).has_value());
+}
+
+TEST_F(HistoryViewTest, TheFirstOpeningOfAnEmptyStoreEndsWithThreeEntries) {
+    view().appear();
+    EXPECT_EQ(history().size(), 3U);
+    ASSERT_EQ(view().rows()->rowCount(), 3);
+    EXPECT_EQ(row(0, HistoryModel::SectionLabelRole), u"Today"_s);
+    EXPECT_EQ(row(1, HistoryModel::SectionLabelRole), u"Yesterday"_s);
+    // Two days before a Monday lies in the week before.
+    EXPECT_EQ(row(2, HistoryModel::SectionLabelRole), u"Feb 28"_s);
+}
+
+TEST_F(HistoryViewTest, TheSampleEntriesAreThoseOfTheDescription) {
+    const auto samples = view().createSampleHistoryEntries();
+    ASSERT_EQ(samples.size(), 3U);
+    EXPECT_EQ(samples[0].sessionDate, time.now());
+    EXPECT_EQ(samples[1].sessionDate, time.now() - 86400.0);
+    EXPECT_EQ(samples[2].sessionDate, time.now() - 2 * 86400.0);
+    EXPECT_EQ(samples[0].duration, 1500.0);
+    EXPECT_EQ(samples[1].duration, 2700.0);
+    EXPECT_EQ(samples[2].duration, 1800.0);
+    EXPECT_EQ(texts(samples[0].goals),
+              (QStringList{u"Complete project proposal"_s, u"Review client feedback"_s}));
+    EXPECT_EQ(texts(samples[1].goals),
+              (QStringList{u"Research market trends"_s, u"Draft presentation outline"_s,
+                           u"Update project timeline"_s}));
+    EXPECT_EQ(texts(samples[2].goals), QStringList{u"Code review for new feature"_s});
+    EXPECT_EQ(samples[0].goals[1].status, GoalStatus::partiallyCompleted);
+    EXPECT_EQ(samples[1].goals[2].status, GoalStatus::notCompleted);
+    EXPECT_EQ(samples[2].goals[0].status, GoalStatus::partiallyCompleted);
+    EXPECT_EQ(samples[1].motivation,
+              u"Your ability to maintain focus for extended periods is impressive. "
+              "This skill will compound over time."_s);
+}
+
+TEST_F(HistoryViewTest, SeededEntriesHaveIdsOfTheirOwnAndAreOrdinaryEntries) {
+    view().appear();
+    const auto stored = history();
+    ASSERT_EQ(view().historyEntries().size(), stored.size());
+    for (std::size_t i = 0; i < stored.size(); ++i)
+        EXPECT_EQ(view().historyEntries()[i].id, stored[i].id);
+    EXPECT_EQ(
+        stored[0].reflection,
+        u"Felt really productive today. The morning session worked well for creative work."_s);
+    EXPECT_TRUE(
+        log.lines().contains(u"📱 Added new session to history: Complete project proposal, Review "
+                             "client feedback"_s));
+}
+
+TEST_F(HistoryViewTest, AHistoryWithEntriesIsShownAsItIs) {
+    store(2);
+    view().appear();
+    EXPECT_EQ(view().historyEntries().size(), 2U);
+    EXPECT_EQ(history().size(), 2U);
+}
+
+TEST_F(HistoryViewTest, AnUnreadableHistoryIsReplacedBySamples) {
+    defaults.setObject(keys::sessionHistory, "[{}]"_ba);
+    view().appear();
+    EXPECT_EQ(history().size(), 3U);
+}
+
+TEST_F(HistoryViewTest, WhereNothingCanBeSavedSeedingEnds) {
+    defaults.failsWrites = true;
+    view().appear();
+    EXPECT_TRUE(view().isEmpty());
+    EXPECT_EQ(view().rows()->rowCount(), 0);
+}
+
+TEST_F(HistoryViewTest, FinishingASessionWhileItIsShownUpdatesTheListAtOnce) {
+    store(1);
+    view().appear();
+    controller().saveSessionToHistory(
+        {.goal = u"a"_s, .goals = {{.text = u"a"_s}}, .endTime = time.now()}, {}, {}, {}, {},
+        u"new"_s);
+    EXPECT_EQ(reflections(), (QStringList{u""_s, u"new"_s}));
+}
+
+TEST_F(HistoryViewTest, WhileItIsNotShownItDoesNotFollowTheHistory) {
+    store(1);
+    view().appear();
+    view().disappear();
+    controller().saveSessionToHistory({.goal = u"a"_s, .goals = {{.text = u"a"_s}}});
+    EXPECT_EQ(view().historyEntries().size(), 1U);
+    view().appear();
+    EXPECT_EQ(view().historyEntries().size(), 2U);
+}
+
+TEST_F(HistoryViewTest, ARefreshLoadsAnew) {
+    store(1);
+    view().appear();
+    store(2);
+    EXPECT_EQ(view().historyEntries().size(), 1U);
+    view().loadHistoryEntries();
+    EXPECT_EQ(view().historyEntries().size(), 2U);
+}
+
+TEST_F(HistoryViewTest, TheHistoryThatTurnsUnreadableWhileShownIsFilledAtTheNextLoad) {
+    store(5);
+    view().appear();
+    defaults.setObject(keys::sessionHistory, "broken"_ba);
+    view().loadHistoryEntries();
+    EXPECT_EQ(view().historyEntries().size(), 3U);
+}
+
+TEST_F(HistoryViewTest, LoadMoreShowsFromTenEntriesOn) {
+    store(9);
+    view().appear();
+    EXPECT_FALSE(view().showsLoadMore());
+    store(10);
+    view().loadHistoryEntries();
+    EXPECT_TRUE(view().showsLoadMore());
+    EXPECT_EQ(view().rows()->rowCount(), 10);
+}
+
+TEST_F(HistoryViewTest, AGroupOfOneSaysEntryAndOfTwoEntries) {
+    controller().saveSessionHistory({{.sessionDate = time.now()},
+                                     {.sessionDate = time.now() - 1.0},
+                                     {.sessionDate = time.now() - 86400.0}});
+    view().appear();
+    EXPECT_EQ(row(0, HistoryModel::SectionCountRole), u"2 entries"_s);
+    EXPECT_EQ(row(1, HistoryModel::SectionLabelRole), QString());
+    EXPECT_EQ(row(1, HistoryModel::SectionCountRole), QString());
+    EXPECT_EQ(row(0, HistoryModel::EndsSectionRole), false);
+    EXPECT_EQ(row(1, HistoryModel::EndsSectionRole), true);
+    EXPECT_EQ(row(2, HistoryModel::SectionCountRole), u"1 entry"_s);
+}
+
+TEST_F(HistoryViewTest, InsideAGroupTheLaterEntryComesFirst) {
+    controller().saveSessionHistory({{.sessionDate = time.now() - 60.0, .reflection = u"earlier"_s},
+                                     {.sessionDate = time.now(), .reflection = u"later"_s}});
+    view().appear();
+    EXPECT_EQ(row(0, HistoryModel::CardRole).value<HistoryEntryCard>().reflection, u"later"_s);
+    EXPECT_EQ(row(1, HistoryModel::CardRole).value<HistoryEntryCard>().reflection, u"earlier"_s);
+    EXPECT_EQ(reflections(), (QStringList{u"earlier"_s, u"later"_s}));
+}
+
+TEST_F(HistoryViewTest, AnOpenTextStaysOpenUntilTheListIsLoadedAnew) {
+    store(3);
+    view().appear();
+    EXPECT_EQ(row(1, HistoryModel::ExpandedRole), 0U);
+    view().setExpanded(1, 2, true);
+    EXPECT_EQ(row(1, HistoryModel::ExpandedRole), 4U);
+    EXPECT_EQ(row(0, HistoryModel::ExpandedRole), 0U);
+    view().setExpanded(1, 0, true);
+    view().setExpanded(1, 2, false);
+    EXPECT_EQ(row(1, HistoryModel::ExpandedRole), 1U);
+    view().loadHistoryEntries();
+    EXPECT_EQ(row(1, HistoryModel::ExpandedRole), 0U);
+    view().setExpanded(99, 0, true);
+}
+
+TEST_F(HistoryViewTest, TheRowsAreAFaithfulModel) {
+    const QAbstractItemModelTester tester(view().rows(),
+                                          QAbstractItemModelTester::FailureReportingMode::Warning);
+    view().appear();
+    store(12);
+    view().loadHistoryEntries();
+    view().setExpanded(3, 1, true);
+}
+
+TEST_F(HistoryViewTest, TheCurrentDateIsMonthAndDay) {
+    EXPECT_EQ(view().currentDateString(), u"Mar 2"_s);
+}
