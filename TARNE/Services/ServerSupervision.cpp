@@ -1,5 +1,5 @@
-#include "StrictInteger.h"
 #include "ServerManager.h"
+#include "StrictInteger.h"
 
 #include <QPointer>
 #include <QUtf8StringView>

@@ -11,7 +11,7 @@ namespace tarne {
 namespace {
 
 constexpr int columns = 52;
-constexpr int rows = 7;
+constexpr int gridRows = 7;
 constexpr double cornerRadius = 2;
 constexpr double outlineWidth = 0.5;
 constexpr double outlineOpacity = 0.2;
@@ -32,7 +32,7 @@ void paintCell(QPainter &painter, const QPointF &corner, const QColor &color) {
 } // namespace
 
 HeatmapGrid::HeatmapGrid(QQuickItem *parent) : TextureItem(parent) {
-    setImplicitSize(columns * step - gap, rows * step - gap);
+    setImplicitSize(columns * step - gap, gridRows * step - gap);
 }
 
 void HeatmapGrid::setView(InsightsView *view) {

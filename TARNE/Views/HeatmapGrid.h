@@ -9,7 +9,7 @@ namespace tarne {
 
 /// The cells of the heat map, all of them one picture: 52 columns of seven, of a fixed size. They
 /// do not react to the pointer.
-class HeatmapGrid : public TextureItem {
+class HeatmapGrid : public tarne::TextureItem {
     Q_OBJECT
     QML_ELEMENT
     Q_PROPERTY(tarne::InsightsView *view READ view WRITE setView NOTIFY viewChanged REQUIRED)
