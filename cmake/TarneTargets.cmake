@@ -64,11 +64,12 @@ endfunction()
 # All test programs.
 add_custom_target(tarne_tests)
 
-# tarne_test(<name> SOURCES <files> LINKS <the layer under test> [LABELS <labels>] [GUI])
+# tarne_test(<name> SOURCES <files> LINKS <the layer under test> [LABELS <labels>] [GUI]
+# [SERIAL])
 #
 # One program a folder. Tests run with a shared main that fails on any warning (tests/support).
 function(tarne_test name)
-  cmake_parse_arguments(PARSE_ARGV 1 TEST "GUI" "TIMEOUT" "SOURCES;LINKS;LABELS")
+  cmake_parse_arguments(PARSE_ARGV 1 TEST "GUI;SERIAL" "TIMEOUT" "SOURCES;LINKS;LABELS")
   add_executable(${name} ${TEST_SOURCES})
   if(TEST_GUI)
     set(main tarne_test_main_gui)
@@ -91,7 +92,8 @@ function(tarne_test name)
     set(TEST_TIMEOUT 120)
   endif()
   add_dependencies(tarne_tests ${name})
-  set_tests_properties(${test} PROPERTIES TIMEOUT ${TEST_TIMEOUT} LABELS "${TEST_LABELS}")
+  set_tests_properties(${test} PROPERTIES TIMEOUT ${TEST_TIMEOUT} LABELS "${TEST_LABELS}"
+    RUN_SERIAL "${TEST_SERIAL}")
 endfunction()
 
 # tarne_qml_module(<target> URI <uri> SOURCES <files> QML <files> LINKS <targets>)

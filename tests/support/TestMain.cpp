@@ -76,12 +76,6 @@ ExpectedWarning::~ExpectedWarning() {
 
 } // namespace tarne::test
 
-/// Leaks of libraries that are not ours: Qt and libdbus leave what a closed bus still owes behind.
-extern "C" const char *__lsan_default_suppressions();
-extern "C" const char *__lsan_default_suppressions() {
-    return "leak:libQt6DBus\nleak:libdbus-1\n";
-}
-
 int main(int argc, char **argv) {
     const QTemporaryDir home;
     tarne::test::isolate(home);

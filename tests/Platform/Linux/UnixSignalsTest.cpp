@@ -29,6 +29,9 @@ TEST(UnixSignals, TermAndInterruptCallTheMainThread) {
 }
 
 TEST(UnixSignals, ManySignalsWhileTheMainThreadIsBusyAreOneCall) {
+#ifdef __SANITIZE_THREAD__
+    GTEST_SKIP() << "this sanitizer delivers signals late and one by one";
+#endif
     int calls = 0;
     const UnixSignals signals([&] { ++calls; });
     for (int i = 0; i < 100'000; ++i)
