@@ -29,6 +29,12 @@ FocusScope {
             hasScreen: content.contentView.timerView !== null
             screen: timerScreen
         }
+        TabPage {
+            tabIndex: 3
+            selectedTab: content.contentView.selectedTab
+            hasScreen: content.contentView.settingsView !== null
+            screen: settingsScreen
+        }
     }
 
     Component {
@@ -36,6 +42,13 @@ FocusScope {
 
         TimerScreen {
             view: content.contentView.timerView
+        }
+    }
+    Component {
+        id: settingsScreen
+
+        SettingsScreen {
+            view: content.contentView.settingsView
         }
     }
 }

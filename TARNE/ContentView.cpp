@@ -53,13 +53,22 @@ void ContentView::disappear() {
 }
 
 Screen *ContentView::screen(int tab) {
-    if (tab != 0)
+    switch (tab) {
+    case 0:
+        if (!m_timerView) {
+            m_timerView = m_screens.makeTimerView(*m_sessionViewModel);
+            Q_EMIT screensChanged();
+        }
+        return m_timerView.get();
+    case 3:
+        if (!m_settingsView) {
+            m_settingsView = m_screens.makeSettingsView();
+            Q_EMIT screensChanged();
+        }
+        return m_settingsView.get();
+    default:
         return nullptr;
-    if (!m_timerView) {
-        m_timerView = m_screens.makeTimerView(*m_sessionViewModel);
-        Q_EMIT screensChanged();
     }
-    return m_timerView.get();
 }
 
 } // namespace tarne

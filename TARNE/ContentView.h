@@ -2,6 +2,7 @@
 
 #include "Screen.h"
 #include "SessionViewModel.h"
+#include "SettingsView.h"
 #include "TimerView.h"
 
 #include <QList>
@@ -39,11 +40,13 @@ class ContentView : public QObject {
     Q_PROPERTY(int selectedTab READ selectedTab WRITE setSelectedTab NOTIFY selectedTabChanged)
     Q_PROPERTY(QList<tarne::TabItem> tabs READ tabs CONSTANT)
     Q_PROPERTY(tarne::TimerView *timerView READ timerView NOTIFY screensChanged)
+    Q_PROPERTY(tarne::SettingsView *settingsView READ settingsView NOTIFY screensChanged)
 
 public:
-    /// Makes the screens; each gets the tab screen's own controller.
+    /// Makes the screens; those that use a controller get the tab screen's own.
     struct Screens {
         std::function<std::unique_ptr<TimerView>(SessionViewModel &)> makeTimerView;
+        std::function<std::unique_ptr<SettingsView>()> makeSettingsView;
     };
 
     ContentView(std::unique_ptr<SessionViewModel> sessionViewModel, Screens screens,
@@ -58,6 +61,7 @@ public:
 
     /// None until the tab has been shown once.
     [[nodiscard]] TimerView *timerView() const { return m_timerView.get(); }
+    [[nodiscard]] SettingsView *settingsView() const { return m_settingsView.get(); }
 
     /// The window shows the view, for the first time or again.
     void appear();
@@ -78,6 +82,7 @@ private:
     int m_selectedTab = 0;
     bool m_isShown = false;
     std::unique_ptr<TimerView> m_timerView;
+    std::unique_ptr<SettingsView> m_settingsView;
 };
 
 } // namespace tarne

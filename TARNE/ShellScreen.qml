@@ -2,6 +2,7 @@ pragma ComponentBehavior: Bound
 import QtQuick
 import TARNE
 import TARNE.Styling
+import TARNE.Views
 
 // All of the window: the title strip, and below it what lies behind the gate.
 Rectangle {
@@ -30,13 +31,30 @@ Rectangle {
         updateCheck: shell.updateCheck
         window: shell.window
     }
-    ComponentSlot {
+    Item {
         anchors.top: titleStrip.bottom
         anchors.bottom: parent.bottom
         width: parent.width
-        focus: true
-        isActive: shell.app.contentView !== null
-        component: content
+
+        ComponentSlot {
+            anchors.fill: parent
+            focus: isActive
+            isActive: shell.app.onboardingView !== null
+            component: onboarding
+        }
+        ComponentSlot {
+            anchors.fill: parent
+            focus: isActive
+            isActive: shell.app.contentView !== null
+            component: content
+        }
+    }
+    Component {
+        id: onboarding
+
+        OnboardingScreen {
+            view: shell.app.onboardingView
+        }
     }
     Component {
         id: content

@@ -14,16 +14,31 @@ TARNEApp::TARNEApp(Factories factories, AppDelegate &delegate)
 TARNEApp::~TARNEApp() = default;
 
 void TARNEApp::updateGate() {
-    const bool showsTabs = m_mainAppView->isOnboardingComplete() || !m_factories.hasOnboardingPage;
-    if (showsTabs == static_cast<bool>(m_contentView))
+    const bool showsTabs = m_mainAppView->isOnboardingComplete();
+    if (showsTabs ? m_contentView != nullptr : m_onboardingView != nullptr)
         return;
-    // What is bound to the tabs lets go of them before they end.
-    const auto former = std::move(m_contentView);
+    // What is bound to the former side lets go of it before it ends.
+    const auto formerTabs = std::move(m_contentView);
+    const auto formerOnboarding = std::move(m_onboardingView);
     if (showsTabs)
-        m_contentView = m_factories.makeContentView();
-    if (m_contentView && m_isWindowShown)
+        makeTabs();
+    else
+        makeOnboarding();
+    Q_EMIT gateChanged();
+}
+
+void TARNEApp::makeOnboarding() {
+    m_onboardingView = m_factories.makeOnboardingView();
+    // Not before the press that ends onboarding is dealt with: it ends the view as well.
+    connect(
+        m_onboardingView.get(), &OnboardingView::isOnboardingCompleteChanged, m_mainAppView.get(),
+        [this] { m_mainAppView->setOnboardingComplete(true); }, Qt::QueuedConnection);
+}
+
+void TARNEApp::makeTabs() {
+    m_contentView = m_factories.makeContentView();
+    if (m_isWindowShown)
         m_contentView->appear();
-    Q_EMIT contentViewChanged();
 }
 
 void TARNEApp::windowShown() {

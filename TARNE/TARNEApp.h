@@ -3,6 +3,7 @@
 #include "AppDelegate.h"
 #include "ContentView.h"
 #include "MainAppView.h"
+#include "OnboardingView.h"
 
 #include <QObject>
 #include <QtQml/qqmlregistration.h>
@@ -19,21 +20,23 @@ class TARNEApp : public QObject {
     QML_ELEMENT
     QML_UNCREATABLE("made by the application")
     Q_PROPERTY(tarne::MainAppView *mainAppView READ mainAppView CONSTANT)
-    Q_PROPERTY(tarne::ContentView *contentView READ contentView NOTIFY contentViewChanged)
+    Q_PROPERTY(tarne::OnboardingView *onboardingView READ onboardingView NOTIFY gateChanged)
+    Q_PROPERTY(tarne::ContentView *contentView READ contentView NOTIFY gateChanged)
 
 public:
     /// What is made when it is first needed.
     struct Factories {
         std::function<std::unique_ptr<MainAppView>()> makeMainAppView;
+        std::function<std::unique_ptr<OnboardingView>()> makeOnboardingView;
         std::function<std::unique_ptr<ContentView>()> makeContentView;
-        /// Without one the tabs come up at once, and nothing is written.
-        bool hasOnboardingPage = false;
     };
 
     TARNEApp(Factories factories, AppDelegate &delegate);
     ~TARNEApp() override;
 
     [[nodiscard]] MainAppView *mainAppView() const { return m_mainAppView.get(); }
+    /// None once onboarding is done.
+    [[nodiscard]] OnboardingView *onboardingView() const { return m_onboardingView.get(); }
     /// None while onboarding is to be shown.
     [[nodiscard]] ContentView *contentView() const { return m_contentView.get(); }
 
@@ -48,16 +51,19 @@ public:
     Q_INVOKABLE void quit();
 
 Q_SIGNALS:
-    void contentViewChanged();
+    void gateChanged();
     void quitRequested();
 
 private:
-    /// Makes or ends the tabs, as the gate stands.
+    /// Makes what lies on the side where the gate stands, and ends the other side.
     void updateGate();
+    void makeOnboarding();
+    void makeTabs();
 
     Factories m_factories;
     AppDelegate &m_delegate;
     std::unique_ptr<MainAppView> m_mainAppView;
+    std::unique_ptr<OnboardingView> m_onboardingView;
     std::unique_ptr<ContentView> m_contentView;
     bool m_isWindowShown = false;
 };

@@ -117,15 +117,25 @@ int main(int argc, char **argv) {
                             .haptics = haptics,
                             .calendar = &Calendar::current});
     };
-    const ContentView::Screens screens{.makeTimerView = [&](SessionViewModel &controller) {
-        return std::make_unique<TimerView>(controller, defaults, runLoop, notificationCenter);
-    }};
+    const ContentView::Screens screens{
+        .makeTimerView =
+            [&](SessionViewModel &controller) {
+                return std::make_unique<TimerView>(controller, defaults, runLoop,
+                                                   notificationCenter);
+            },
+        .makeSettingsView =
+            [&] { return std::make_unique<SettingsView>(serverManager, workspace); }};
     AppDelegate delegate({.start = [&] { serverManager.startServer(); },
                           .stop = [&] { serverManager.stopServer(); }});
     UpdateCheck updateCheck(updater, workspace);
     TARNEApp app(
         {.makeMainAppView =
              [&] { return std::make_unique<MainAppView>(makeController(), defaults); },
+         .makeOnboardingView =
+             [&] {
+                 return std::make_unique<OnboardingView>(serverManager, defaults, workspace,
+                                                         QUrl(u"qrc:/icons/com.tarne.app.svg"_s));
+             },
          .makeContentView =
              [&] { return std::make_unique<ContentView>(makeController(), screens, delegate); }},
         delegate);

@@ -1,5 +1,8 @@
 #pragma once
 
+#include "MemoryKeychain.h"
+#include "RecordingWorkspace.h"
+#include "ServerPlatformFakes.h"
 #include "SessionFixture.h"
 #include "TARNEApp.h"
 
@@ -29,28 +32,54 @@ protected:
                                             return std::make_unique<MainAppView>(makeController(),
                                                                                  defaults);
                                         },
+                                    .makeOnboardingView =
+                                        [this] {
+                                            return std::make_unique<OnboardingView>(
+                                                serverManager, defaults, workspace, QUrl());
+                                        },
                                     .makeContentView =
                                         [this] {
                                             return std::make_unique<ContentView>(
                                                 makeController(), screens(), delegate);
-                                        },
-                                    .hasOnboardingPage = hasOnboardingPage},
+                                        }},
                 delegate);
         }
         return *m_app;
     }
 
     ContentView::Screens screens() {
-        return {.makeTimerView = [this](SessionViewModel &controller) {
-            ++timerViews;
-            return std::make_unique<TimerView>(controller, defaults, time, center);
-        }};
+        return {.makeTimerView =
+                    [this](SessionViewModel &controller) {
+                        ++timerViews;
+                        return std::make_unique<TimerView>(controller, defaults, time, center);
+                    },
+                .makeSettingsView =
+                    [this] {
+                        ++settingsViews;
+                        return std::make_unique<SettingsView>(serverManager, workspace);
+                    }};
     }
 
     AppDelegate delegate{{.start = [] {}, .stop = [] {}}};
-    bool hasOnboardingPage = true;
     int controllers = 0;
     int timerViews = 0;
+    int settingsViews = 0;
+    RecordingWorkspace workspace;
+    MemoryKeychain keychain;
+    FakeBundle bundle;
+    RecordingProcessTools processTools;
+    FakePortProbe ports;
+    ScriptedChildren children;
+    ScriptedHealthProbe health;
+    ServerManager serverManager{{.runLoop = time,
+                                 .log = log,
+                                 .keychain = keychain,
+                                 .bundle = bundle,
+                                 .tools = processTools,
+                                 .ports = ports,
+                                 .launcher = children,
+                                 .health = health,
+                                 .sleep = [this](auto duration) { time.block(duration); }}};
 
 private:
     std::unique_ptr<TARNEApp> m_app;

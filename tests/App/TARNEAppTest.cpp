@@ -13,15 +13,8 @@ using test::TARNEAppTest;
 
 TEST_F(TARNEAppTest, HasOneControllerUntilOnboardingEnds) {
     EXPECT_FALSE(app().contentView());
+    EXPECT_TRUE(app().onboardingView());
     EXPECT_EQ(controllers, 1);
-}
-
-TEST_F(TARNEAppTest, ShowsTheTabsAndWritesNothingWhereThereIsNoOnboardingPage) {
-    hasOnboardingPage = false;
-    app().windowShown();
-    EXPECT_TRUE(app().contentView());
-    EXPECT_FALSE(app().mainAppView()->isOnboardingComplete());
-    EXPECT_FALSE(defaults.objectForKey(keys::userPreferences));
 }
 
 TEST_F(TARNEAppTest, ShowsOnboardingAgainWhenItsFlagIsGoneAtTheNextAppearance) {
@@ -31,24 +24,42 @@ TEST_F(TARNEAppTest, ShowsOnboardingAgainWhenItsFlagIsGoneAtTheNextAppearance) {
     defaults.removeObjectForKey(keys::userPreferences);
     app().windowShown();
     EXPECT_FALSE(app().contentView());
+    EXPECT_TRUE(app().onboardingView());
 }
 
 TEST_F(TARNEAppTest, HasTwoControllersOnceTheTabsAreShown) {
     completeOnboardingBefore();
     ASSERT_TRUE(app().contentView());
+    EXPECT_FALSE(app().onboardingView());
     EXPECT_EQ(controllers, 2);
     EXPECT_NE(&app().mainAppView()->sessionViewModel(), &app().contentView()->sessionViewModel());
 }
 
 TEST_F(TARNEAppTest, CompletingOnboardingBringsUpTheTabsAtTimerAndIsSaved) {
     app().windowShown();
-    QSignalSpy changed(&app(), &TARNEApp::contentViewChanged);
+    QSignalSpy changed(&app(), &TARNEApp::gateChanged);
     app().mainAppView()->setOnboardingComplete(true);
     ASSERT_TRUE(app().contentView());
     EXPECT_EQ(changed.size(), 1);
     EXPECT_EQ(app().contentView()->selectedTab(), 0);
     EXPECT_TRUE(app().contentView()->timerView());
     EXPECT_TRUE(UserPreferences::load(defaults).hasCompletedOnboarding);
+}
+
+TEST_F(TARNEAppTest, TheClosingAlertsButtonLeadsFromOnboardingToTheTabs) {
+    app().windowShown();
+    OnboardingView &onboarding = *app().onboardingView();
+    onboarding.goForward();
+    onboarding.setApiKey(u"key"_s);
+    onboarding.goForward();
+    QCoreApplication::processEvents();
+    EXPECT_FALSE(app().contentView()) << "only the alert's button leaves onboarding";
+    onboarding.startUsing();
+    QCoreApplication::processEvents();
+    ASSERT_TRUE(app().contentView());
+    EXPECT_FALSE(app().onboardingView());
+    EXPECT_EQ(app().contentView()->selectedTab(), 0);
+    EXPECT_EQ(controllers, 2);
 }
 
 TEST_F(TARNEAppTest, CompletingOnboardingSavesTheRootViewsOwnCopyWhole) {
@@ -112,6 +123,20 @@ TEST_F(TARNEAppTest, MakesTheTimerScreenWhenItIsFirstShown) {
     app().contentView()->setSelectedTab(1);
     app().contentView()->setSelectedTab(0);
     EXPECT_EQ(timerViews, 1);
+}
+
+TEST_F(TARNEAppTest, TheSettingsReadTheKeyEachTimeTheirTabIsShown) {
+    completeOnboardingBefore();
+    app().windowShown();
+    EXPECT_FALSE(app().contentView()->settingsView());
+    app().contentView()->setSelectedTab(3);
+    ASSERT_TRUE(app().contentView()->settingsView());
+    EXPECT_EQ(app().contentView()->settingsView()->apiKey(), u""_s);
+    app().contentView()->setSelectedTab(0);
+    serverManager.updateAPIKey(u"key"_s);
+    app().contentView()->setSelectedTab(3);
+    EXPECT_EQ(app().contentView()->settingsView()->apiKey(), u"key"_s);
+    EXPECT_EQ(settingsViews, 1);
 }
 
 TEST_F(TARNEAppTest, ARunOutWhileAnotherTabIsShownOpensNoReflectionWhenTheTabComesBack) {

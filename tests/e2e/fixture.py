@@ -11,7 +11,7 @@ from gi.repository import GLib
 
 from desktop import Desktop
 from program import Program, WallClock
-from store import Store
+from store import PREFERENCES, Store
 from waiting import PATIENCE, eventually
 
 PROGRAM = os.environ["TARNE_PROGRAM"]
@@ -27,6 +27,7 @@ class TarneTestCase(unittest.TestCase):
     """
 
     has_session_bus = True
+    has_seen_onboarding = True
     extra_environment = {}
 
     def setUp(self):
@@ -38,6 +39,8 @@ class TarneTestCase(unittest.TestCase):
         self.addCleanup(self.desktop.close)
         self.clock = WallClock(self.folder)
         self.store = Store(self.home / "share")
+        if self.has_seen_onboarding:
+            self.store.plant("UserPreferences", PREFERENCES)
         self.program = None
         self.programs = []
         self.expected_errors = []

@@ -1,5 +1,6 @@
 """The defaults store, read as another program reads it: the SQLite file, opened read-only."""
 
+import contextlib
 import json
 import sqlite3
 
@@ -10,10 +11,28 @@ TIMER_KEYS = ("TimerStartTime", "TimerOriginalDuration", "TimerIsActive", "Timer
 # Seconds from 1970-01-01 to 2001-01-01 UTC: dates are stored as seconds since the latter.
 REFERENCE_DATE = 978_307_200.0
 
+# What a user who has seen onboarding has.
+PREFERENCES = {"defaultDuration": 1500, "defaultBlockedApps": [], "defaultBlockedWebsites": [],
+               "notificationsEnabled": True, "soundEnabled": True, "lastGoal": "",
+               "lastReflection": "", "hasCompletedOnboarding": True}
+
 
 class Store:
     def __init__(self, data_home):
         self.file = data_home / "com.tarne.app" / "defaults.sqlite"
+
+    def plant(self, key, document):
+        """Puts a JSON document into a store that no program has open, and makes it if need be."""
+        self.file.parent.mkdir(mode=0o700, parents=True, exist_ok=True)
+        with contextlib.closing(sqlite3.connect(self.file)) as connection, connection:
+            if not connection.execute("PRAGMA user_version").fetchone()[0]:
+                connection.executescript("""
+                    CREATE TABLE defaults (key TEXT PRIMARY KEY, type TEXT NOT NULL,
+                                           value ANY NOT NULL, sum INTEGER) STRICT;
+                    PRAGMA user_version = 1;""")
+            connection.execute("INSERT OR REPLACE INTO defaults VALUES (?, 'data', ?, NULL)",
+                               (key, json.dumps(document).encode()))
+        self.file.chmod(0o600)
 
     def rows(self):
         """All values as {key: (type, value)}, of one moment; empty while there is no store."""

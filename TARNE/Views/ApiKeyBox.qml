@@ -1,0 +1,44 @@
+pragma ComponentBehavior: Bound
+import QtQuick
+import TARNE.Styling
+import TARNE.Views
+
+// The API key of the settings screen: its field, what saves it and where to get one.
+GroupBox {
+    id: box
+
+    required property SettingsView view
+
+    title: "Gemini AI Configuration"
+    contentSpacing: 12
+
+    PlainText {
+        text: "API Key"
+        font: Typography.weighted(Typography.body, Font.Medium)
+    }
+    SecureField {
+        width: parent.width
+        text: box.view.apiKey
+        placeholderText: "Enter your Gemini API key"
+        isValueVisible: box.view.isAPIKeyVisible
+        onTextEdited: text => box.view.apiKey = text
+        onVisibilityToggled: box.view.toggleAPIKeyVisibility()
+    }
+    Row {
+        spacing: Layout.defaultSpacing
+
+        BorderedButton {
+            isProminent: true
+            enabled: box.view.canSave
+            text: "Save API Key"
+            onClicked: box.view.saveAPIKey()
+        }
+        BorderedButton {
+            text: "Get API Key"
+            onClicked: box.view.openKeyPage()
+        }
+    }
+    SettingsNote {
+        text: "Get your free API key from Google AI Studio. The key is stored securely on your device."
+    }
+}
