@@ -13,7 +13,9 @@ if(TARNE_SANITIZE)
   # Compiled for the tests' sake, from scratch, in every run of CI: the layers' files go through the
   # compiler together. A type with internal linkage inside a public one then looks like a mistake.
   set(TARNE_UNITY_BUILD ON)
-  target_compile_options(tarne_options INTERFACE -Wno-subobject-linkage)
+  if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
+    target_compile_options(tarne_options INTERFACE -Wno-subobject-linkage)
+  endif()
   target_compile_options(tarne_options INTERFACE
     -fsanitize=${TARNE_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer)
   if(TARNE_SANITIZE MATCHES "undefined")
@@ -26,6 +28,10 @@ if(TARNE_SANITIZE)
     target_compile_options(tarne_options INTERFACE -Wno-tsan)
   endif()
   target_link_options(tarne_options INTERFACE -fsanitize=${TARNE_SANITIZE})
+endif()
+if(TARNE_BUILD_FUZZERS)
+  # Lets libFuzzer see which way an input took.
+  target_compile_options(tarne_options INTERFACE -fsanitize=fuzzer-no-link)
 endif()
 if(TARNE_COVERAGE)
   target_compile_options(tarne_options INTERFACE --coverage)

@@ -1,0 +1,36 @@
+// What the user types.
+
+#include "DecimalInteger.h"
+#include "FocusSession.h"
+#include "FuzzTargets.h"
+#include "StrictInteger.h"
+
+namespace tarne::fuzz {
+
+/// Every goal is a trimmed piece without a comma, in the order of the line.
+void goalLine(Input input) {
+    const QString line = QString::fromUtf8(input);
+    qsizetype from = 0;
+    for (const SessionGoal &goal : FocusSession::parseGoals(line)) {
+        require(!goal.text.isEmpty(), "a goal has a text");
+        require(!goal.text.contains(u','), "a comma divides");
+        require(goal.text.trimmed() == goal.text, "a goal is trimmed");
+        from = line.indexOf(goal.text, from);
+        require(from >= 0, "goals stand in the order of the line");
+        from += goal.text.size();
+    }
+}
+
+/// Both readers of integers, which were written apart, agree.
+void integers(Input input) {
+    const QString text = QString::fromUtf8(input);
+    const auto wide = strictInteger<qint64>(text);
+    require(decimalInteger(text) == wide, "both readers agree");
+    const auto narrow = strictInteger<qint32>(text);
+    const bool fits = wide && *wide >= std::numeric_limits<qint32>::min() &&
+                      *wide <= std::numeric_limits<qint32>::max();
+    require(narrow.has_value() == fits, "an integer is read where it fits, and only there");
+    require(!narrow || *narrow == *wide, "the width changes no value");
+}
+
+} // namespace tarne::fuzz
