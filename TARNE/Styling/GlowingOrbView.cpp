@@ -4,6 +4,7 @@
 #include "TARNEStyle.h"
 
 #include <QPainter>
+#include <QQuickWindow>
 
 #include <algorithm>
 #include <cmath>
@@ -87,11 +88,13 @@ void GlowingOrbView::stopPulse(double seconds) {
 void GlowingOrbView::shownChanged(bool isShown) {
     if (isShown && !std::exchange(m_hasAppeared, true))
         startAnimations();
+    if (!isShown && window() && !window()->isVisible())
+        m_hasAppeared = false;
 }
 
 void GlowingOrbView::itemChange(ItemChange change, const ItemChangeData &value) {
-    // Made invisible, by its tab or its face of the screen, it appears anew the next time; a sheet
-    // above it or a minimised window only holds it.
+    // Made invisible, by its tab or its face of the screen, it appears anew the next time, as it
+    // does in a window that was closed; a sheet above it or a minimised window only holds it.
     if (change == ItemVisibleHasChanged && !value.boolValue)
         m_hasAppeared = false;
     AnimatedTexture::itemChange(change, value);

@@ -84,8 +84,10 @@ double OrbPulse::scale() const {
     case State::Pulsing:
         break;
     }
+    // Begun on the way to rest, only the first swelling is a shorter one.
+    const double smallest = m_elapsed < swellTime ? m_from : 1.0;
     const double phase = std::fmod(m_elapsed, 2 * swellTime) / swellTime;
-    return m_from + (largestScale - m_from) * easeInOut(phase <= 1 ? phase : 2 - phase);
+    return smallest + (largestScale - smallest) * easeInOut(phase <= 1 ? phase : 2 - phase);
 }
 
 } // namespace tarne

@@ -99,6 +99,23 @@ TEST(OrbPulse, StoppedItComesToRestInTheGivenTime) {
     EXPECT_FALSE(pulse.isMoving());
 }
 
+TEST(OrbPulse, StartedWhileComingToRestItSwingsBackToOneAllTheSame) {
+    OrbPulse pulse;
+    pulse.start();
+    pulse.advance(2);
+    pulse.stop(0.5);
+    pulse.advance(0.01);
+    const double before = pulse.scale();
+    pulse.start();
+    EXPECT_EQ(pulse.scale(), before);
+    pulse.advance(2);
+    EXPECT_THAT(pulse.scale(), DoubleNear(1.05, 1e-6));
+    pulse.advance(2);
+    EXPECT_THAT(pulse.scale(), DoubleNear(1.0, 1e-6));
+    pulse.advance(1);
+    EXPECT_THAT(pulse.scale(), DoubleNear(1.025, 1e-3));
+}
+
 TEST(OrbPulse, StoppedTwiceItKeepsTheFirstPace) {
     OrbPulse pulse;
     pulse.start();
