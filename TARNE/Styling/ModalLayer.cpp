@@ -80,8 +80,13 @@ void ModalLayer::uncover() {
         if (item)
             item->setEnabled(true);
     }
-    if (m_formerFocus && m_formerFocus->isEnabled() && m_formerFocus->isVisible())
-        m_formerFocus->forceActiveFocus(Qt::PopupFocusReason);
+    // Where what had the focus is gone, its surroundings know best who is next.
+    QQuickItem *next = m_formerFocus;
+    while (next && !(next->isEnabled() && next->isVisible() &&
+                     (next == m_formerFocus || next->isFocusScope())))
+        next = next->parentItem();
+    if (next)
+        next->forceActiveFocus(Qt::PopupFocusReason);
 }
 
 void ModalLayer::fillWindow() {

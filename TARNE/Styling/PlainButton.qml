@@ -18,9 +18,15 @@ T.AbstractButton {
     focusPolicy: Qt.TabFocus
     opacity: down ? 0.6 : 1
     Accessible.name: text
-    // Space presses already.
-    Keys.onReturnPressed: button.clicked()
-    Keys.onEnterPressed: button.clicked()
+    // Space presses already. A key that is held presses once.
+    Keys.onReturnPressed: event => {
+        if (!event.isAutoRepeat)
+            button.clicked();
+    }
+    Keys.onEnterPressed: event => {
+        if (!event.isAutoRepeat)
+            button.clicked();
+    }
     Accessible.onPressAction: {
         if (button.enabled)
             button.clicked();

@@ -29,7 +29,8 @@ Item {
 
             anchors.centerIn: parent
             focus: true
-            isActive: sheet.isPresented
+            // Made when the layer has noted where the focus was, since the content may take it.
+            isActive: layer.isPresented
             component: sheet.content
         }
     }

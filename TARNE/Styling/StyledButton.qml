@@ -14,6 +14,8 @@ T.AbstractButton {
     property real minimumWidth: 0
     // In place of text and symbols; sized by its implicit size, in `look.textColor`.
     property Item label: null
+    // How long another look takes to come, in milliseconds.
+    property int lookDuration: 0
 
     readonly property buttonLook look: button.buttonStyle.render(button.down)
 
@@ -25,9 +27,15 @@ T.AbstractButton {
     font: Typography.button
     opacity: look.opacity
     Accessible.name: text
-    // Space presses already.
-    Keys.onReturnPressed: button.clicked()
-    Keys.onEnterPressed: button.clicked()
+    // Space presses already. A key that is held presses once.
+    Keys.onReturnPressed: event => {
+        if (!event.isAutoRepeat)
+            button.clicked();
+    }
+    Keys.onEnterPressed: event => {
+        if (!event.isAutoRepeat)
+            button.clicked();
+    }
     Accessible.onPressAction: {
         if (button.enabled)
             button.clicked();
@@ -46,6 +54,15 @@ T.AbstractButton {
         radius: button.look.cornerRadius
         outlineColor: button.look.outlineColor
         outlineWidth: button.look.outlineWidth
+
+        Behavior on color {
+            enabled: button.lookDuration > 0
+            EaseInOutColor { duration: button.lookDuration }
+        }
+        Behavior on outlineColor {
+            enabled: button.lookDuration > 0
+            EaseInOutColor { duration: button.lookDuration }
+        }
 
         FocusRing {
             isShown: button.visualFocus

@@ -12,6 +12,7 @@ StyledButton {
     buttonStyle: isSelected ? ButtonStyles.primary : ButtonStyles.secondary
     text: button.minutes + " min"
     scale: isSelected ? 1.05 : 1
+    lookDuration: 200
     Accessible.selectable: true
     Accessible.selected: isSelected
 
@@ -30,6 +31,10 @@ StyledButton {
             color: button.look.textColor
             textFormat: Text.PlainText
             Accessible.ignored: true
+
+            Behavior on color {
+                EaseInOutColor { duration: button.lookDuration }
+            }
         }
         Text {
             anchors.horizontalCenter: parent.horizontalCenter
@@ -38,6 +43,10 @@ StyledButton {
             color: button.isSelected ? Colors.accent : Colors.secondaryText
             textFormat: Text.PlainText
             Accessible.ignored: true
+
+            Behavior on color {
+                EaseInOutColor { duration: button.lookDuration }
+            }
         }
     }
 

@@ -33,6 +33,7 @@ Column {
         spacing: Layout.spacingMedium
 
         PrimaryButton {
+            focus: face.visible
             symbol: face.view.isTimerActive ? "pause.fill" : "play.fill"
             text: face.view.isTimerActive ? "Pause" : "Resume"
             minimumWidth: 90

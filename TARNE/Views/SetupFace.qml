@@ -39,6 +39,7 @@ Column {
         topPadding: Layout.spacingLarge
 
         PrimaryButton {
+            focus: face.visible
             symbol: "play.fill"
             text: "Start Session"
             minimumWidth: 140

@@ -94,6 +94,23 @@ TEST_F(ShellScreen, TheArrowKeysMoveBetweenTheTabs) {
     EXPECT_EQ(content().selectedTab(), 0);
 }
 
+TEST_F(ShellScreen, ASessionThatBeginsHandsTheKeyboardToItsFirstButton) {
+    while (ui().focusedName() != u"Start Session"_s)
+        ui().tab();
+    ui().key(Qt::Key_Space);
+    while (ui().focusedName() != u"Continue"_s)
+        ui().tab();
+    ui().key(Qt::Key_Space);
+    pass(0.3);
+    ui().settle();
+    ui().type(u"Read a book"_s);
+    while (ui().focusedName() != u"Start session"_s)
+        ui().tab();
+    ui().key(Qt::Key_Space);
+    ui().settle();
+    EXPECT_EQ(ui().focusedName(), u"Pause"_s);
+}
+
 TEST_F(ShellScreen, TheMenuHoldsItsThreeEntriesInOrder) {
     ASSERT_TRUE(ui().click(u"Menu"_s));
     EXPECT_EQ(ui().names(QAccessible::MenuItem),

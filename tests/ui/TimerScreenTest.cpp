@@ -124,7 +124,33 @@ TEST_F(TimerScreenTest, IsUsedByKeyboardAlone) {
     ui().key(Qt::Key_Return);
     EXPECT_TRUE(controller().isTimerActive());
     EXPECT_EQ(controller().currentSession()->goal, u"Review"_s);
-    EXPECT_EQ(tabOrder(), (QStringList{u"Pause"_s, u"Stop"_s}));
+    EXPECT_EQ(ui().focusedName(), u"Pause"_s);
+    EXPECT_EQ(tabOrder(), (QStringList{u"Stop"_s, u"Pause"_s}));
+}
+
+TEST_F(TimerScreenTest, HandsTheKeyboardToTheNextFacesFirstButton) {
+    ui().tab();
+    ui().key(Qt::Key_Space);
+    view().durationSelection()->submit();
+    passAndSettle(0.3);
+    ui().type(u"Review"_s);
+    ui().tab();
+    ui().key(Qt::Key_Return);
+    EXPECT_EQ(ui().focusedName(), u"Pause"_s);
+    ui().key(Qt::Key_Space);
+    EXPECT_TRUE(view().isPaused());
+    view().completeSession();
+    ui().settle();
+    EXPECT_EQ(ui().focusedName(), u"Start Session"_s);
+}
+
+TEST_F(TimerScreenTest, PressesOnceWithAKeyThatIsHeld) {
+    startSession(u"Review"_s);
+    ui().key(Qt::Key_Return);
+    ASSERT_TRUE(view().isPaused());
+    QKeyEvent again(QEvent::KeyPress, Qt::Key_Return, Qt::NoModifier, {}, true);
+    QCoreApplication::sendEvent(&ui().view(), &again);
+    EXPECT_TRUE(view().isPaused());
 }
 
 TEST_F(TimerScreenTest, PressesWithReturnAsWithSpace) {
@@ -144,7 +170,6 @@ TEST_F(TimerScreenTest, KeepsItsControlsWithinReachInTheSmallestWindow) {
     startSession(u"Review"_s);
     ui().view().resize(800, 600);
     ui().settle();
-    ui().tab();
     ui().tab();
     ASSERT_EQ(ui().focusedName(), u"Stop"_s);
     const QQuickItem &stop = *ui().find(u"Stop"_s);
