@@ -16,6 +16,7 @@ void AppDelegate::applicationDidFinishLaunching(MainWindow *firstWindow) {
 
 void AppDelegate::applicationWillTerminate() {
     m_server.stop();
+    // It observes no notifications, so there is no registration to end.
 }
 
 } // namespace tarne

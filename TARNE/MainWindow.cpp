@@ -4,6 +4,9 @@
 #include <QMouseEvent>
 #include <QScreen>
 
+#include <algorithm>
+#include <utility>
+
 using namespace Qt::StringLiterals;
 
 namespace tarne {
@@ -39,7 +42,6 @@ MainWindow::MainWindow(QQmlEngine *engine) : QQuickView(engine, nullptr) {
     setResizeMode(SizeRootObjectToView);
     applyProperties();
     connect(this, &QWindow::windowStateChanged, this, &MainWindow::undoZoom);
-    connect(this, &QWindow::visibilityChanged, this, &MainWindow::updateIsOnScreen);
 }
 
 MainWindow::~MainWindow() {
@@ -54,12 +56,16 @@ void MainWindow::applyProperties() {
     setMinimumSize(minimumContentSize);
 }
 
+QPoint MainWindow::firstPosition(const QRect &available) {
+    const QPoint centred = available.center() - QRect(QPoint(), contentSize).center();
+    // The title strip is the one place to move the window by.
+    return {centred.x(), std::max(centred.y(), available.top())};
+}
+
 void MainWindow::placeOnScreen() {
     resize(contentSize);
-    if (const QScreen *onScreen = screen()) {
-        const QRect available = onScreen->availableGeometry();
-        setPosition(available.center() - QRect(QPoint(), contentSize).center());
-    }
+    if (const QScreen *onScreen = screen())
+        setPosition(firstPosition(onScreen->availableGeometry()));
 }
 
 void MainWindow::present() {
@@ -70,12 +76,6 @@ void MainWindow::present() {
 void MainWindow::undoZoom() {
     if (windowStates() & (Qt::WindowMaximized | Qt::WindowFullScreen))
         setWindowStates(windowStates() & ~(Qt::WindowMaximized | Qt::WindowFullScreen));
-}
-
-void MainWindow::updateIsOnScreen() {
-    const bool onScreen = isVisible() && visibility() != QWindow::Minimized;
-    if (std::exchange(m_isOnScreen, onScreen) != onScreen)
-        Q_EMIT isOnScreenChanged();
 }
 
 bool MainWindow::event(QEvent *event) {

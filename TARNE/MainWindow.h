@@ -11,28 +11,27 @@ class MainWindow : public QQuickView {
     Q_OBJECT
     QML_ELEMENT
     QML_UNCREATABLE("made by the application")
-    /// Shown on the screen, not closed and not minimised: animations run only then.
-    Q_PROPERTY(bool isOnScreen READ isOnScreen NOTIFY isOnScreenChanged)
 
 public:
     static constexpr QSize minimumContentSize{800, 600}; ///< Logical pixels.
     static constexpr QSize contentSize{1000, 700};       ///< Logical pixels, at first.
+
+    /// Where the upper left corner is at first: the window in the middle of what is available of
+    /// the screen, its upper edge within reach on a lower one.
+    [[nodiscard]] static QPoint firstPosition(const QRect &available);
 
     explicit MainWindow(QQmlEngine *engine);
     ~MainWindow() override;
 
     /// Frameless, white, at least 800 by 600. Setting what is there already changes nothing.
     void applyProperties();
-    /// Gives the window its first size and puts it in the middle of its screen.
+    /// Gives the window its first size and place.
     void placeOnScreen();
 
     /// Brings a closed, minimised or covered window to the front.
     Q_INVOKABLE void present();
 
-    [[nodiscard]] bool isOnScreen() const { return m_isOnScreen; }
-
 Q_SIGNALS:
-    void isOnScreenChanged();
     /// The window was shown, or shown again after it was closed.
     void shown();
     void closed();
@@ -45,9 +44,7 @@ protected:
 private:
     [[nodiscard]] Qt::Edges edgesAt(QPointF position) const;
     void undoZoom();
-    void updateIsOnScreen();
 
-    bool m_isOnScreen = false;
     Qt::Edges m_hoveredEdges;
 };
 

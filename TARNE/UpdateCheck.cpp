@@ -18,10 +18,14 @@ void UpdateCheck::checkForUpdates() {
         if (!self)
             return;
         self->m_isUnderWay = false;
-        self->m_result = result;
-        self->m_isPresented = true;
-        Q_EMIT self->changed();
+        self->present(result);
     });
+}
+
+void UpdateCheck::present(const UpdateCheckResult &result) {
+    m_result = result;
+    m_isPresented = true;
+    Q_EMIT changed();
 }
 
 void UpdateCheck::dismiss() {

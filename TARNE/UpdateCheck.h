@@ -28,6 +28,8 @@ public:
     /// Looks for a newer version; the answer is presented when it comes. A second request while one
     /// is under way is the same request.
     Q_INVOKABLE void checkForUpdates();
+    /// Presents what the updater found by itself.
+    void present(const UpdateCheckResult &result);
     Q_INVOKABLE void dismiss();
     /// Opens the page of the newer version in the browser and dismisses the alert.
     Q_INVOKABLE void download();

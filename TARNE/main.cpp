@@ -36,13 +36,18 @@
 #include <QQuickWindow>
 #include <QtQml/QQmlExtensionPlugin>
 
+#include <algorithm>
+#include <chrono>
+#include <functional>
 #include <thread>
+#include <utility>
 
 Q_IMPORT_QML_PLUGIN(TARNEPlugin)
 Q_IMPORT_QML_PLUGIN(TARNE_StylingPlugin)
 Q_IMPORT_QML_PLUGIN(TARNE_ViewsPlugin)
 
 using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
 using namespace tarne;
 
 int main(int argc, char **argv) {
@@ -53,8 +58,9 @@ int main(int argc, char **argv) {
     QGuiApplication::setApplicationName(u"TARNE"_s);
     QGuiApplication::setApplicationVersion(AppcastUpdaterController::builtInVersion());
     QGuiApplication::setDesktopFileName(u"com.tarne.app"_s);
+    // There are no options: what follows the program's name is not even Qt's.
+    argc = std::min(argc, 1);
     const QGuiApplication application(argc, argv);
-    QGuiApplication::setQuitOnLastWindowClosed(false);
 
     // Before the store is opened and before anything is logged: a second start only shows the
     // first one's window.
@@ -65,6 +71,11 @@ int main(int argc, char **argv) {
         instance.activateFirst();
         return 0;
     }
+
+    // From the first line that is logged on, a request to end is heard. It is answered in the event
+    // loop, when everything below stands.
+    std::function<void()> quit = [] {};
+    const UnixSignals signalsOfTermination([&quit] { quit(); });
 
     // The platform.
     StandardOutputLog log;
@@ -81,8 +92,10 @@ int main(int argc, char **argv) {
     const LogindWorkspace sleepAndActivation(QDBusConnection::systemBus(), application,
                                              notificationCenter);
     PortalWorkspace workspace(QDBusConnection::sessionBus());
-    AppcastUpdaterController updater(AppcastUpdaterController::builtInFeed(),
-                                     AppcastUpdaterController::builtInVersion());
+    UpdaterController::Done presentUpdate = [](const UpdateCheckResult &) {};
+    AppcastUpdaterController updater(
+        AppcastUpdaterController::builtInFeed(), AppcastUpdaterController::builtInVersion(),
+        [&presentUpdate](const UpdateCheckResult &result) { presentUpdate(result); });
 
     SecretServiceKeychain keychain;
     ExecutableBundle bundle;
@@ -127,7 +140,10 @@ int main(int argc, char **argv) {
             [&] { return std::make_unique<SettingsView>(serverManager, workspace); }};
     AppDelegate delegate({.start = [&] { serverManager.startServer(); },
                           .stop = [&] { serverManager.stopServer(); }});
+    QGuiApplication::setQuitOnLastWindowClosed(
+        delegate.applicationShouldTerminateAfterLastWindowClosed());
     UpdateCheck updateCheck(updater, workspace);
+    presentUpdate = [&updateCheck](const UpdateCheckResult &found) { updateCheck.present(found); };
     TARNEApp app(
         {.makeMainAppView =
              [&] { return std::make_unique<MainAppView>(makeController(), defaults); },
@@ -158,12 +174,18 @@ int main(int argc, char **argv) {
     window.placeOnScreen();
     window.show();
 
-    // Launching goes on when the first frame stands on the screen, since it blocks for seconds.
+    // Launching goes on when the first frame stands on the screen, since it blocks for seconds; on
+    // a screen that is locked or turned off no frame ever comes.
+    auto finishLaunching = [&, isLaunched = false]() mutable {
+        if (!std::exchange(isLaunched, true))
+            delegate.applicationDidFinishLaunching(&window);
+    };
     QObject::connect(
         &window, &QQuickWindow::frameSwapped, &app,
-        [&] { runLoop.async([&] { delegate.applicationDidFinishLaunching(&window); }); },
+        [&] { runLoop.async(std::ref(finishLaunching)); },
         static_cast<Qt::ConnectionType>(Qt::QueuedConnection | Qt::SingleShotConnection));
-    const UnixSignals signalsOfTermination([&app] { app.quit(); });
+    runLoop.asyncAfter(2s, std::ref(finishLaunching));
+    quit = [&app] { app.quit(); };
     const int status = QGuiApplication::exec();
     delegate.applicationWillTerminate();
     return status;

@@ -53,6 +53,17 @@ TEST_F(UpdateCheckTest, AsksOnceWhileARequestIsUnderWay) {
     EXPECT_EQ(updater.requests.size(), 2u);
 }
 
+TEST_F(UpdateCheckTest, PresentsWhatTheUpdaterFoundByItself) {
+    check.present({.kind = Kind::NewerVersion,
+                   .version = u"9.1"_s,
+                   .downloadPage = QUrl(u"https://example.org/get"_s),
+                   .failure = {}});
+    EXPECT_TRUE(check.isPresented());
+    EXPECT_EQ(check.message(), u"TARNE 9.1 is ready to download."_s);
+    check.download();
+    EXPECT_THAT(workspace.opened, ElementsAre(QUrl(u"https://example.org/get"_s)));
+}
+
 TEST_F(UpdateCheckTest, SaysSoWhenThereIsNoFeed) {
     answer({.kind = Kind::NoFeed, .version = {}, .downloadPage = {}, .failure = {}});
     EXPECT_EQ(check.title(), u"Updates Are Not Set Up"_s);

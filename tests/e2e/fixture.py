@@ -67,15 +67,15 @@ class TarneTestCase(unittest.TestCase):
             del environment["DBUS_SYSTEM_BUS_ADDRESS"]
         return environment
 
-    def start(self):
-        """Starts the program and does not wait for anything."""
-        program = Program(PROGRAM, self.folder, self.environment())
+    def start(self, **how):
+        """Starts the program and does not wait for anything; `how` is as Program takes it."""
+        program = Program(PROGRAM, self.folder, self.environment(), **how)
         self.programs.append(program)
         return program
 
-    def launch(self):
+    def launch(self, **how):
         """Starts the program and waits until its window is up and has the keyboard."""
-        self.program = self.start()
+        self.program = self.start(**how)
         self.eventually(lambda: not self.program.is_running or self.window_id(),
                         "the window is up", LAUNCH_PATIENCE)
         self.assertTrue(self.program.is_running, self._state("ended at its start"))

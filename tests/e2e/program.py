@@ -36,13 +36,21 @@ class WallClock:
                 "NO_FAKE_STAT": "1"}
 
 
+def closed_pipe():
+    """The end for writing of a pipe whose other end is gone."""
+    read_end, write_end = os.pipe()
+    os.close(read_end)
+    return os.fdopen(write_end, "wb")
+
+
 class Program:
     """One run of the program. Its standard output and error are kept in files of the test."""
 
     started = 0
 
-    def __init__(self, executable, folder, environment, binds=()):
-        """`binds` are pairs of a file and the path under which the program sees it."""
+    def __init__(self, executable, folder, environment, binds=(), is_heard=True):
+        """`binds` are pairs of a file and the path under which the program sees it. A program that
+        is not heard has a standard output that nobody reads any more."""
         Program.started += 1
         folder = pathlib.Path(folder)
         self._output = folder / f"output-{Program.started}.log"
@@ -57,8 +65,8 @@ class Program:
         with open(self._output, "wb") as output, open(self._errors, "wb") as errors:
             self._process = subprocess.Popen(
                 command + ["--info-fd", str(write_end), str(executable)],
-                stdin=subprocess.DEVNULL, stdout=output, stderr=errors, pass_fds=[write_end],
-                cwd=folder)
+                stdin=subprocess.DEVNULL, stdout=output if is_heard else closed_pipe(),
+                stderr=errors, pass_fds=[write_end], cwd=folder)
         os.close(write_end)
         with os.fdopen(information) as document:
             # The namespace's first process is bwrap's own; its one child is the program.

@@ -20,6 +20,26 @@ class Quitting(TarneTestCase):
     def test_by_sigint_keeps_the_session_for_the_next_launch(self):
         self.assert_a_signal_quits_and_keeps_the_session(signal.SIGINT)
 
+    def test_by_a_signal_that_comes_before_the_window_ends_cleanly_too(self):
+        self.program = self.start()
+        self.eventually(lambda: self.program.log, "the first line is logged")
+        self.assertEqual(self.program.terminate(), 0)
+
+    def test_stops_the_server_last(self):
+        self.launch()
+        self.eventually(lambda: self.program.logged("❌ Server binary not found"),
+                        "the server was to be started")
+        self.assertEqual(self.program.terminate(), 0)
+        self.assertIn("🔴 No server process to stop", self.program.log[-1])
+
+
+class WithNobodyReadingItsOutput(TarneTestCase):
+    def test_the_program_runs_and_ends_as_ever(self):
+        self.launch(is_heard=False)
+        self.start_session("Write report", minutes=5)
+        self.assertEqual(self.program.terminate(), 0)
+        self.assertEqual(self.store.values(["TimerIsActive"]), {"TimerIsActive": 1})
+
 
 class ClosingTheWindow(TarneTestCase):
     def test_leaves_the_session_running_and_a_second_start_shows_it_again(self):
@@ -89,8 +109,8 @@ class TheKeyboardAlone(TarneTestCase):
         self.tab_to("Session Goal", role="text")
         self.desktop.xdotool("type", "--delay", "5", "Read a book")
         self.activate("Start session")
-        self.assert_shown("Pause")
-        self.activate("Pause")
+        self.eventually(lambda: self.node("Pause").has("focused"), "Pause has the keyboard focus")
+        self.desktop.xdotool("key", "space")
         self.assert_shown("⏸️ Paused")
         self.assertTrue(self.program.logged("📱 Starting new session: Read a book"))
 
