@@ -71,11 +71,12 @@ endfunction()
 add_custom_target(tarne_tests)
 
 # tarne_test(<name> SOURCES <files> LINKS <the layer under test> [LABELS <labels>] [GUI]
-# [SERIAL])
+# [SERIAL] [BOXED] [ARGUMENTS <words>])
 #
-# One program a folder. Tests run with a shared main that fails on any warning (tests/support).
+# One program a folder. Tests run with a shared main that fails on any warning (tests/support), and
+# with BOXED in process and network namespaces of their own.
 function(tarne_test name)
-  cmake_parse_arguments(PARSE_ARGV 1 TEST "GUI;SERIAL" "TIMEOUT" "SOURCES;LINKS;LABELS")
+  cmake_parse_arguments(PARSE_ARGV 1 TEST "BOXED;GUI;SERIAL" "TIMEOUT" "ARGUMENTS;SOURCES;LINKS;LABELS")
   add_executable(${name} ${TEST_SOURCES})
   if(TEST_GUI)
     set(main tarne_test_main_gui)
@@ -93,7 +94,10 @@ function(tarne_test name)
   else()
     set(test ${name})
   endif()
-  add_test(NAME ${test} COMMAND ${name})
+  if(TEST_BOXED)
+    set(box ${PROJECT_SOURCE_DIR}/tests/support/boxed)
+  endif()
+  add_test(NAME ${test} COMMAND ${box} $<TARGET_FILE:${name}> ${TEST_ARGUMENTS})
   if(NOT TEST_TIMEOUT)
     set(TEST_TIMEOUT 120)
   endif()

@@ -3,7 +3,8 @@
 #include "DecimalInteger.h"
 #include "FocusSession.h"
 #include "FuzzTargets.h"
-#include "StrictInteger.h"
+
+#include <limits>
 
 namespace tarne::fuzz {
 
@@ -21,12 +22,17 @@ void goalLine(Input input) {
     }
 }
 
-/// Both readers of integers, which were written apart, agree.
+/// An integer is a text of digits with at most one sign, whatever the width that is asked for.
 void integers(Input input) {
     const QString text = QString::fromUtf8(input);
-    const auto wide = strictInteger<qint64>(text);
-    require(decimalInteger(text) == wide, "both readers agree");
-    const auto narrow = strictInteger<qint32>(text);
+    const auto wide = decimalInteger(text);
+    if (wide) {
+        const bool isSigned = text.startsWith(u'-') || text.startsWith(u'+');
+        for (const QChar digit : QStringView(text).sliced(isSigned ? 1 : 0))
+            require(digit >= u'0' && digit <= u'9', "an integer has no other characters");
+        require(*wide == 0 || (*wide < 0) == text.startsWith(u'-'), "the sign is kept");
+    }
+    const auto narrow = decimalInteger<qint32>(text);
     const bool fits = wide && *wide >= std::numeric_limits<qint32>::min() &&
                       *wide <= std::numeric_limits<qint32>::max();
     require(narrow.has_value() == fits, "an integer is read where it fits, and only there");

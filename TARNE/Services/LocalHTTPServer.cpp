@@ -1,17 +1,15 @@
 #include "LocalHTTPServer.h"
 
 #include "FatalError.h"
-
-#define ASIO_STANDALONE
-#define ASIO_NO_DEPRECATED
-#include <asio.hpp>
+#include "HTTPConnection.h"
 
 #include <array>
 #include <atomic>
+#include <cerrno>
 #include <thread>
 
-#include <netinet/tcp.h>
 #include <sys/prctl.h>
+#include <sys/socket.h>
 
 using namespace Qt::StringLiterals;
 using asio::ip::tcp;
@@ -20,11 +18,8 @@ namespace tarne {
 
 namespace {
 
-constexpr std::size_t largestReceive = 8192;
-
-QString text(const std::error_code &error) {
-    return QString::fromStdString(error.message());
-}
+/// A child process that is started meanwhile must not hold a connection open.
+constexpr int socketFlags = SOCK_CLOEXEC | SOCK_NONBLOCK;
 
 } // namespace
 
@@ -48,137 +43,6 @@ struct LocalHTTPServer::Transport {
     std::atomic<quint16> port;
 };
 
-/// One accepted connection: one request, one response. Kept alive by its pending operations.
-class LocalHTTPServer::Connection : public std::enable_shared_from_this<Connection> {
-public:
-    Connection(LocalHTTPServer &server, tcp::socket socket)
-        : m_server(server), m_socket(std::move(socket)) {}
-
-    void handleConnection() {
-        std::error_code ignored;
-        m_socket.non_blocking(true, ignored);
-        receiveRequest();
-    }
-
-private:
-    void receiveRequest() {
-        m_socket.async_read_some(
-            asio::buffer(m_received),
-            [self = shared_from_this()](std::error_code error, std::size_t size) {
-                self->received(error, size);
-            });
-    }
-
-    void received(std::error_code error, std::size_t size) {
-        if (m_isCancelled)
-            return;
-        if (error == asio::error::eof) {
-            awaitFailure();
-        } else if (error) {
-            m_server.m_log.line(u"Receive error: "_s + text(error));
-            cancel();
-        } else {
-            sendResponse(m_server.processRequest(
-                QByteArray(m_received.data(), static_cast<qsizetype>(size))));
-            if (!m_isCancelled)
-                receiveRequest();
-        }
-    }
-
-    /// The peer says no more, but may still listen: a response that is under way goes on, and a
-    /// connection without a request stays until the peer is gone, which keep-alive finds out.
-    void awaitFailure() {
-        std::error_code ignored;
-        m_socket.set_option(asio::socket_base::keep_alive(true), ignored);
-        m_socket.set_option(asio::detail::socket_option::integer<IPPROTO_TCP, TCP_KEEPIDLE>(60),
-                            ignored);
-        m_socket.async_wait(tcp::socket::wait_error,
-                            [self = shared_from_this()](std::error_code error) {
-                                if (!error && !self->m_isCancelled)
-                                    self->failed();
-                            });
-    }
-
-    void failed() {
-        int code = 0;
-        socklen_t size = sizeof code;
-        ::getsockopt(m_socket.native_handle(), SOL_SOCKET, SO_ERROR, &code, &size);
-        m_server.m_log.line(u"Connection failed: "_s +
-                            text(std::error_code(code, std::system_category())));
-        cancel();
-    }
-
-    void sendResponse(QByteArray response) {
-        // The end of the first response ends the connection, so a second one has no way out.
-        if (!m_response.isEmpty())
-            return;
-        m_response = std::move(response);
-        // A small response fits into the socket's buffer: no wait, no further turn of the loop.
-        std::error_code error;
-        const auto size = static_cast<std::size_t>(m_response.size());
-        const std::size_t sent =
-            m_socket.write_some(asio::buffer(m_response.constData(), size), error);
-        if (error == asio::error::would_block || error == asio::error::try_again)
-            error.clear();
-        if (error || sent == size) {
-            finishSending(error);
-            return;
-        }
-        asio::async_write(m_socket, asio::buffer(m_response.constData() + sent, size - sent),
-                          [self = shared_from_this()](std::error_code failure, std::size_t) {
-                              if (!self->m_isCancelled)
-                                  self->finishSending(failure);
-                          });
-    }
-
-    void finishSending(std::error_code error) {
-        if (error)
-            m_server.m_log.line(u"Send error: "_s + text(error));
-        cancel();
-    }
-
-    void cancel() {
-        m_isCancelled = true;
-        std::error_code ignored;
-        const bool isUnread = m_socket.available(ignored) > 0;
-        if (!isUnread) {
-            m_socket.close(ignored);
-            return;
-        }
-        // Closing a socket with unread bytes in it resets the connection, which can cost the peer
-        // the response that it has not read yet.
-        m_socket.cancel(ignored);
-        m_socket.shutdown(tcp::socket::shutdown_send, ignored);
-        m_patience.expires_after(std::chrono::seconds(2));
-        m_patience.async_wait([self = shared_from_this()](std::error_code error) {
-            std::error_code unused;
-            if (!error)
-                self->m_socket.close(unused);
-        });
-        drain();
-    }
-
-    void drain() {
-        m_socket.async_read_some(asio::buffer(m_received),
-                                 [self = shared_from_this()](std::error_code error, std::size_t) {
-                                     if (!error) {
-                                         self->drain();
-                                         return;
-                                     }
-                                     std::error_code unused;
-                                     self->m_patience.cancel();
-                                     self->m_socket.close(unused);
-                                 });
-    }
-
-    LocalHTTPServer &m_server;
-    tcp::socket m_socket;
-    asio::steady_timer m_patience{m_socket.get_executor()};
-    std::array<char, largestReceive> m_received;
-    QByteArray m_response;
-    bool m_isCancelled = false;
-};
-
 /// One port. Kept alive by its pending accept, so that a listener that was only replaced goes on.
 class LocalHTTPServer::Listener : public std::enable_shared_from_this<Listener> {
 public:
@@ -191,15 +55,15 @@ public:
     /// Makes the socket, for IPv6 and IPv4, or for IPv4 alone on a machine without IPv6. Binding it
     /// is left to the queue. Throws std::system_error.
     void create() {
-        std::error_code error;
-        m_acceptor.open(tcp::v6(), error);
-        m_isDualStack = !error;
+        int descriptor = ::socket(AF_INET6, SOCK_STREAM | socketFlags, 0);
+        m_isDualStack = descriptor >= 0;
+        if (!m_isDualStack && errno == EAFNOSUPPORT)
+            descriptor = ::socket(AF_INET, SOCK_STREAM | socketFlags, 0);
+        if (descriptor < 0)
+            throw std::system_error(errno, std::system_category());
+        m_acceptor.assign(protocol(), descriptor);
         if (m_isDualStack)
             m_acceptor.set_option(asio::ip::v6_only(false));
-        else if (error == std::errc::address_family_not_supported)
-            m_acceptor.open(tcp::v4());
-        else
-            throw std::system_error(error);
         m_acceptor.set_option(tcp::acceptor::reuse_address(true));
     }
 
@@ -223,12 +87,12 @@ private:
         if (m_isCancelled)
             return;
         std::error_code error;
-        m_acceptor.bind(tcp::endpoint(m_isDualStack ? tcp::v6() : tcp::v4(), m_port), error);
+        m_acceptor.bind(tcp::endpoint(protocol(), m_port), error);
         if (!error)
             m_acceptor.listen(asio::socket_base::max_listen_connections, error);
         if (error) {
             m_server.m_log.line(u"❌ TARNE HTTP Server failed on port %1: %2"_s.arg(
-                QString::number(m_port), text(error)));
+                QString::number(m_port), errorText(error)));
             return;
         }
         m_server.m_log.line(u"🌐 TARNE HTTP Server started on port %1"_s.arg(m_port));
@@ -237,18 +101,32 @@ private:
     }
 
     void accept() {
-        m_acceptor.async_accept([self = shared_from_this()](std::error_code error,
-                                                            tcp::socket socket) {
-            if (self->m_isCancelled)
-                return;
-            if (!error) {
-                std::make_shared<Connection>(self->m_server, std::move(socket))->handleConnection();
-                self->accept();
-            } else {
-                self->acceptLater();
-            }
-        });
+        m_acceptor.async_wait(tcp::acceptor::wait_read,
+                              [self = shared_from_this()](std::error_code) {
+                                  if (!self->m_isCancelled)
+                                      self->acceptPending();
+                              });
     }
+
+    void acceptPending() {
+        int descriptor = 0;
+        while ((descriptor =
+                    ::accept4(m_acceptor.native_handle(), nullptr, nullptr, socketFlags)) >= 0)
+            handleConnection(descriptor);
+        if (errno == EAGAIN || errno == ECONNABORTED || errno == EINTR)
+            accept();
+        else
+            acceptLater();
+    }
+
+    void handleConnection(int descriptor) {
+        std::make_shared<HTTPConnection>(
+            tcp::socket(m_acceptor.get_executor(), protocol(), descriptor), m_server.m_log,
+            [&server = m_server](const QByteArray &chunk) { return server.processRequest(chunk); })
+            ->handleConnection();
+    }
+
+    [[nodiscard]] tcp protocol() const { return m_isDualStack ? tcp::v6() : tcp::v4(); }
 
     /// No descriptor is free, as a rule; the connection waits in the system's queue meanwhile.
     void acceptLater() {
@@ -295,8 +173,8 @@ bool LocalHTTPServer::startOnPort(quint16 port) {
         listener->create();
         m_listener = listener;
     } catch (const std::system_error &error) {
-        m_log.line(
-            u"⚠️  Port %1 unavailable: %2"_s.arg(QString::number(port), text(error.code())));
+        m_log.line(u"⚠️  Port %1 unavailable: %2"_s.arg(QString::number(port),
+                                                            errorText(error.code())));
         return false;
     }
     m_listener->start();

@@ -46,7 +46,6 @@ public:
 
 private:
     class Listener;
-    class Connection;
     struct Transport;
 
     [[nodiscard]] QByteArray processRequest(const QByteArray &data) const;

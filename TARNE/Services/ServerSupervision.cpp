@@ -1,5 +1,6 @@
 #include "ServerManager.h"
-#include "StrictInteger.h"
+
+#include "DecimalInteger.h"
 
 #include <QPointer>
 #include <QUtf8StringView>
@@ -32,8 +33,7 @@ std::optional<qint64> announcedPort(const QString &text) {
     if (!text.contains(portMarker))
         return std::nullopt;
     const auto pieces = QStringView(text).split(u"port ");
-    return pieces.size() < 2 ? std::nullopt
-                             : strictInteger<qint64>(pieces[1].split(u' ').constFirst());
+    return pieces.size() < 2 ? std::nullopt : decimalInteger(pieces[1].split(u' ').constFirst());
 }
 
 } // namespace
@@ -123,7 +123,7 @@ void ServerManager::killProcessOnPort(int port) {
 
 void ServerManager::killProcesses(const QString &lines, int port) {
     for (const QStringView line : QStringView(lines).split(u'\n')) {
-        const auto process = strictInteger<qint32>(line.trimmed());
+        const auto process = decimalInteger<qint32>(line.trimmed());
         if (!process)
             continue;
         m_platform.log.line(u"🔪 Killing existing process %1 on port %2"_s.arg(*process).arg(port));

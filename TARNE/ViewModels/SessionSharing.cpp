@@ -3,6 +3,7 @@
 #include "SessionViewModel.h"
 
 #include "Description.h"
+#include "LocalHTTPServer.h"
 #include "StoredKeys.h"
 #include "UuidText.h"
 
@@ -71,6 +72,16 @@ QVariantMap SessionViewModel::getCurrentSessionGoals() const {
             {u"duration"_s, m_originalDuration},
             {u"progress"_s, m_progress},
             {u"startTime"_s, m_currentSession->startTime.secondsSince1970()}};
+}
+
+void SessionViewModel::setupHTTPServer() {
+    m_httpServer = std::make_unique<LocalHTTPServer>(m_platform.clock, m_platform.log, 8080);
+    m_httpServer->getCurrentSessionData = [self = QPointer(this)] {
+        return self ? self->getCurrentSessionGoals() : GoalsResponder::inactiveSession();
+    };
+    m_httpServer->start();
+    m_platform.log.line(u"📡 TARNE Goals API available at: http://localhost:%1/goals"_s.arg(
+        m_httpServer->getPort()));
 }
 
 } // namespace tarne

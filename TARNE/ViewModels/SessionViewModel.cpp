@@ -1,6 +1,7 @@
 #include "SessionViewModel.h"
 
 #include "DurationText.h"
+#include "LocalHTTPServer.h"
 
 #include <QRandomGenerator>
 

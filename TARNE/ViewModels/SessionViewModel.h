@@ -24,6 +24,8 @@
 
 namespace tarne {
 
+class LocalHTTPServer;
+
 /// What a session controller needs of the platform. Everything outlives the controller.
 struct SessionPlatform {
     const Clock &clock;
@@ -134,6 +136,11 @@ public:
     void updateSharedData();
     /// The state for the local goals API. Reads without a lock, also from the server's queue.
     [[nodiscard]] QVariantMap getCurrentSessionGoals() const;
+    /// Starts the local goals API over this controller. Nothing in the application does.
+    void setupHTTPServer();
+    /// None as long as `setupHTTPServer` was not called.
+    [[nodiscard]] LocalHTTPServer *httpServer() const { return m_httpServer.get(); }
+
 Q_SIGNALS:
     void currentSessionChanged();
     void userPreferencesChanged();
@@ -184,6 +191,8 @@ private:
     /// Wall-clock start of the count-down, the base of all arithmetic.
     std::optional<Date> m_sessionStartTime;
     std::vector<NotificationCenter::Registration> m_observers;
+    /// Last, so that it ends first: a request that is being handled reads all of the above.
+    std::unique_ptr<LocalHTTPServer> m_httpServer;
 };
 
 } // namespace tarne

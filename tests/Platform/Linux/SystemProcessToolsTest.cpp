@@ -3,10 +3,10 @@
 
 #include "SystemProcessTools.h"
 
-#include <QDir>
+#include "Box.h"
+
 #include <QFile>
 #include <QProcess>
-#include <QRegularExpression>
 #include <QTcpServer>
 #include <QTcpSocket>
 
@@ -21,20 +21,11 @@ using namespace Qt::StringLiterals;
 namespace tarne {
 namespace {
 
-/// Few processes, under the namespace's own first one.
-bool isInsideOwnNamespace() {
-    QFile name(u"/proc/1/comm"_s);
-    const QStringList processes =
-        QDir(u"/proc"_s).entryList(QDir::Dirs).filter(QRegularExpression(u"^[0-9]+$"_s));
-    return name.open(QIODevice::ReadOnly) && name.readAll().trimmed() == "bwrap" &&
-           processes.size() < 10;
-}
-
 class SystemProcessToolsTest : public testing::Test {
 protected:
     void SetUp() override {
-        if (!isInsideOwnNamespace()) {
-            std::fprintf(stderr, "not in a process namespace of its own: nothing was run\n");
+        if (!test::isBoxed()) {
+            std::fprintf(stderr, "not in a box of its own: nothing was run\n");
             std::_Exit(1);
         }
     }

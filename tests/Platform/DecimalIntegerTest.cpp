@@ -24,6 +24,13 @@ TEST(DecimalInteger, ReachesToTheEndsOf64Bits) {
     EXPECT_EQ(decimalInteger(u"-9223372036854775809"), std::nullopt);
 }
 
+TEST(DecimalInteger, ReachesToTheEndsOf32BitsWhereThatManyAreAskedFor) {
+    EXPECT_EQ(decimalInteger<qint32>(u"2147483647"), std::numeric_limits<qint32>::max());
+    EXPECT_EQ(decimalInteger<qint32>(u"-2147483648"), std::numeric_limits<qint32>::min());
+    EXPECT_EQ(decimalInteger<qint32>(u"2147483648"), std::nullopt);
+    EXPECT_EQ(decimalInteger<qint32>(u"-2147483649"), std::nullopt);
+}
+
 TEST(DecimalInteger, IsNoneForANumberOfFortyDigits) {
     EXPECT_EQ(decimalInteger(QString(40, u'9')), std::nullopt);
     EXPECT_EQ(decimalInteger(u"-"_s + QString(40, u'9')), std::nullopt);
