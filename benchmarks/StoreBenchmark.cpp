@@ -220,10 +220,15 @@ BENCHMARK(load)
     ->RangeMultiplier(10)
     ->Range(100, 100'000)
     ->Unit(benchmark::kMillisecond);
-BENCHMARK_CAPTURE(diskBytes, idle, false)->Name("diskBytes/idle")->Iterations(1)->UseRealTime();
+BENCHMARK_CAPTURE(diskBytes, idle, false)
+    ->Name("diskBytes/idle")
+    ->Iterations(1)
+    ->Repetitions(1)
+    ->UseRealTime();
 BENCHMARK_CAPTURE(diskBytes, running, true)
     ->Name("diskBytes/running")
     ->Iterations(1)
+    ->Repetitions(1)
     ->UseRealTime();
 
 int main(int argc, char **argv) {
