@@ -98,6 +98,9 @@ template <class List>
         Value element;
         if (item.get(element))
             return false;
+        // Most lists are short ones of a few goals: room for these at once, not one after another.
+        if (result.capacity() == 0)
+            result.reserve(4);
         result.push_back(blank<typename List::value_type>());
         if (!read(element, result.back()))
             return false;

@@ -29,6 +29,17 @@ bool isPlainAscii(std::string_view text) {
     return foreign == 0;
 }
 
+/// Reads a text that means itself, as nearly every text does, without copying it; false, with the
+/// value still to be read, for any other.
+bool readPlain(Value &value, std::string_view &result) {
+    const std::string_view token = value.raw_json_token();
+    if (!token.starts_with('"'))
+        return false;
+    result = contentOf(token);
+    simdjson::ondemand::raw_json_string passed;
+    return isPlainAscii(result) && !value.get_raw_json_string().get(passed);
+}
+
 /// Reads a text that is known to begin with a JSON number.
 bool readLongNumber(std::string_view text, double &result) {
     const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), result);
@@ -39,6 +50,7 @@ bool readLongNumber(std::string_view text, double &result) {
     return std::isfinite(result);
 }
 
+/// -1 for what is no hexadecimal digit.
 constexpr std::array<qint8, 256> hexDigitValues = [] {
     std::array<qint8, 256> values{};
     values.fill(-1);
@@ -52,27 +64,24 @@ constexpr std::array<qint8, 256> hexDigitValues = [] {
 }();
 
 std::optional<QUuid> parseUuid(std::string_view text) {
-    if (text.size() != 36)
+    constexpr std::array<std::size_t, 16> digitPairs{0,  2,  4,  6,  9,  11, 14, 16,
+                                                     19, 21, 24, 26, 28, 30, 32, 34};
+    if (text.size() != 36 || text[8] != '-' || text[13] != '-' || text[18] != '-' ||
+        text[23] != '-')
         return std::nullopt;
-    std::array<quint8, 16> bytes{};
-    std::size_t digits = 0;
-    for (std::size_t i = 0; i < text.size(); ++i) {
-        if (i == 8 || i == 13 || i == 18 || i == 23) {
-            if (text[i] != '-')
-                return std::nullopt;
-            continue;
-        }
-        const int value = hexDigitValues[static_cast<unsigned char>(text[i])];
-        if (value < 0)
-            return std::nullopt;
-        bytes[digits / 2] = static_cast<quint8>(bytes[digits / 2] << 4 | value);
-        ++digits;
-    }
-    const auto number = [&bytes](std::size_t at) {
-        return static_cast<ushort>(bytes[at] << 8 | bytes[at + 1]);
+    const auto digitAt = [text](std::size_t at) -> int {
+        return hexDigitValues[static_cast<unsigned char>(text[at])];
     };
-    return QUuid(static_cast<uint>(number(0)) << 16 | number(2), number(4), number(6), bytes[8],
-                 bytes[9], bytes[10], bytes[11], bytes[12], bytes[13], bytes[14], bytes[15]);
+    std::array<char, 16> bytes{};
+    int allDigits = 0; // Negative as soon as one of them is.
+    for (std::size_t i = 0; i < bytes.size(); ++i) {
+        const int byte = digitAt(digitPairs[i]) * 16 | digitAt(digitPairs[i] + 1);
+        allDigits |= byte;
+        bytes[i] = static_cast<char>(byte);
+    }
+    if (allDigits < 0)
+        return std::nullopt;
+    return QUuid::fromRfc4122(QByteArrayView(bytes));
 }
 
 bool skipArray(simdjson::ondemand::array array, int depth) {
@@ -118,23 +127,18 @@ bool read(Value value, Date &result) {
 }
 
 bool read(Value value, std::string_view &result) {
-    if (const std::string_view token = value.raw_json_token(); token.starts_with('"')) {
-        // Nearly every text stands in the document as it is.
-        result = contentOf(token);
-        simdjson::ondemand::raw_json_string passed;
-        if (isPlainAscii(result))
-            return !value.get_raw_json_string().get(passed);
-    }
-    return !value.get_string().get(result);
+    return readPlain(value, result) || !value.get_string().get(result);
 }
 
 bool read(Value value, QString &result) {
     std::string_view text;
-    if (!read(value, text))
+    if (readPlain(value, text)) {
+        result = QString::fromLatin1(text.data(), static_cast<qsizetype>(text.size()));
+        return true;
+    }
+    if (value.get_string().get(text))
         return false;
-    const auto size = static_cast<qsizetype>(text.size());
-    result = isPlainAscii(text) ? QString::fromLatin1(text.data(), size)
-                                : QString::fromUtf8(text.data(), size);
+    result = QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
     return true;
 }
 
