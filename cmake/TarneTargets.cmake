@@ -45,13 +45,36 @@ if(TARNE_CLANG_TIDY)
   set(CMAKE_CXX_CLANG_TIDY clang-tidy --quiet)
 endif()
 
-# One precompiled header with what every file includes, shared by all targets of a kind.
-function(tarne_precompile target)
-  if(TARNE_CLANG_TIDY)
+# tarne_precompiled(<name> LINKS <targets> HEADERS <headers>)
+#
+# Headers that go through the compiler once for all targets of a kind. What is linked here must be
+# linked by each of these, since the compiler takes the headers only where the same macros hold.
+file(WRITE ${CMAKE_BINARY_DIR}/precompiled.cpp "")
+function(tarne_precompiled name)
+  if(NOT CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
+    # Clang wants every macro to be the same, not only those that the headers look at.
     return()
   endif()
-  target_precompile_headers(${target} PRIVATE ${ARGN})
+  cmake_parse_arguments(PARSE_ARGV 1 PCH "" "" "LINKS;HEADERS")
+  add_library(${name} OBJECT ${CMAKE_BINARY_DIR}/precompiled.cpp)
+  set_target_properties(${name} PROPERTIES AUTOMOC OFF)
+  target_link_libraries(${name} PRIVATE tarne_options ${PCH_LINKS})
+  target_precompile_headers(${name} PRIVATE ${PCH_HEADERS})
 endfunction()
+
+function(tarne_reuse target precompiled)
+  if(TARGET ${precompiled})
+    target_precompile_headers(${target} REUSE_FROM ${precompiled})
+    target_compile_options(${target} PRIVATE -Winvalid-pch)
+  endif()
+endfunction()
+
+# The sanitizer presets compile a layer's files together.
+if(NOT TARNE_UNITY_BUILD)
+  tarne_precompiled(tarne_layer_headers
+    LINKS Qt6::Core
+    HEADERS <QByteArray> <QObject> <QString> <QStringList> <functional> <memory> <optional> <vector>)
+endif()
 
 # tarne_layer(<target> SOURCES <files> LINKS <targets>)
 #
@@ -63,8 +86,7 @@ function(tarne_layer target)
   set_target_properties(${target} PROPERTIES UNITY_BUILD "${TARNE_UNITY_BUILD}" UNITY_BUILD_BATCH_SIZE 12)
   target_include_directories(${target} PUBLIC ${CMAKE_CURRENT_SOURCE_DIR})
   target_link_libraries(${target} PUBLIC tarne_options ${LAYER_LINKS})
-  tarne_precompile(${target}
-    <QByteArray> <QObject> <QString> <QStringList> <functional> <memory> <optional> <vector>)
+  tarne_reuse(${target} tarne_layer_headers)
 endfunction()
 
 # All test programs.
@@ -84,7 +106,11 @@ function(tarne_test name)
     set(main tarne_test_main)
   endif()
   target_link_libraries(${name} PRIVATE ${main} ${TEST_LINKS} GTest::gmock)
-  tarne_precompile(${name} <gmock/gmock.h> <gtest/gtest.h> <QString> <optional> <vector>)
+  if(tarne_test_ui IN_LIST TEST_LINKS)
+    tarne_reuse(${name} tarne_ui_test_headers)
+  else()
+    tarne_reuse(${name} tarne_test_headers)
+  endif()
   # The sanitizer presets compile the layers in a few large pieces, which halves their time. Tests
   # stay apart: they name their fixtures' helpers alike.
   set_target_properties(${name} PROPERTIES UNITY_BUILD OFF)
