@@ -30,6 +30,18 @@ FocusScope {
             screen: timerScreen
         }
         TabPage {
+            tabIndex: 1
+            selectedTab: content.contentView.selectedTab
+            hasScreen: content.contentView.insightsView !== null
+            screen: insightsScreen
+        }
+        TabPage {
+            tabIndex: 2
+            selectedTab: content.contentView.selectedTab
+            hasScreen: content.contentView.historyView !== null
+            screen: historyScreen
+        }
+        TabPage {
             tabIndex: 3
             selectedTab: content.contentView.selectedTab
             hasScreen: content.contentView.settingsView !== null
@@ -42,6 +54,20 @@ FocusScope {
 
         TimerScreen {
             view: content.contentView.timerView
+        }
+    }
+    Component {
+        id: insightsScreen
+
+        InsightsScreen {
+            view: content.contentView.insightsView
+        }
+    }
+    Component {
+        id: historyScreen
+
+        HistoryScreen {
+            view: content.contentView.historyView
         }
     }
     Component {

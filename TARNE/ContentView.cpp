@@ -52,20 +52,27 @@ void ContentView::disappear() {
         hidden->disappear();
 }
 
+template <class View, class... Needed>
+Screen *ContentView::made(std::unique_ptr<View> &view,
+                          const std::function<std::unique_ptr<View>(Needed &...)> &make,
+                          Needed &...needed) {
+    if (!view) {
+        view = make(needed...);
+        Q_EMIT screensChanged();
+    }
+    return view.get();
+}
+
 Screen *ContentView::screen(int tab) {
     switch (tab) {
     case 0:
-        if (!m_timerView) {
-            m_timerView = m_screens.makeTimerView(*m_sessionViewModel);
-            Q_EMIT screensChanged();
-        }
-        return m_timerView.get();
+        return made(m_timerView, m_screens.makeTimerView, *m_sessionViewModel);
+    case 1:
+        return made(m_insightsView, m_screens.makeInsightsView, *m_sessionViewModel);
+    case 2:
+        return made(m_historyView, m_screens.makeHistoryView, *m_sessionViewModel);
     case 3:
-        if (!m_settingsView) {
-            m_settingsView = m_screens.makeSettingsView();
-            Q_EMIT screensChanged();
-        }
-        return m_settingsView.get();
+        return made(m_settingsView, m_screens.makeSettingsView);
     default:
         return nullptr;
     }

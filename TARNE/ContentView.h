@@ -1,5 +1,7 @@
 #pragma once
 
+#include "HistoryView.h"
+#include "InsightsView.h"
 #include "Screen.h"
 #include "SessionViewModel.h"
 #include "SettingsView.h"
@@ -40,12 +42,16 @@ class ContentView : public QObject {
     Q_PROPERTY(int selectedTab READ selectedTab WRITE setSelectedTab NOTIFY selectedTabChanged)
     Q_PROPERTY(QList<tarne::TabItem> tabs READ tabs CONSTANT)
     Q_PROPERTY(tarne::TimerView *timerView READ timerView NOTIFY screensChanged)
+    Q_PROPERTY(tarne::InsightsView *insightsView READ insightsView NOTIFY screensChanged)
+    Q_PROPERTY(tarne::HistoryView *historyView READ historyView NOTIFY screensChanged)
     Q_PROPERTY(tarne::SettingsView *settingsView READ settingsView NOTIFY screensChanged)
 
 public:
     /// Makes the screens; those that use a controller get the tab screen's own.
     struct Screens {
         std::function<std::unique_ptr<TimerView>(SessionViewModel &)> makeTimerView;
+        std::function<std::unique_ptr<InsightsView>(SessionViewModel &)> makeInsightsView;
+        std::function<std::unique_ptr<HistoryView>(SessionViewModel &)> makeHistoryView;
         std::function<std::unique_ptr<SettingsView>()> makeSettingsView;
     };
 
@@ -61,6 +67,8 @@ public:
 
     /// None until the tab has been shown once.
     [[nodiscard]] TimerView *timerView() const { return m_timerView.get(); }
+    [[nodiscard]] InsightsView *insightsView() const { return m_insightsView.get(); }
+    [[nodiscard]] HistoryView *historyView() const { return m_historyView.get(); }
     [[nodiscard]] SettingsView *settingsView() const { return m_settingsView.get(); }
 
     /// The window shows the view, for the first time or again.
@@ -73,8 +81,12 @@ Q_SIGNALS:
     void screensChanged();
 
 private:
-    /// The screen of a tab, made now if need be; none where the tab has no screen.
+    /// The screen of a tab, made now if need be; none where there is no such tab.
     [[nodiscard]] Screen *screen(int tab);
+    template <class View, class... Needed>
+    [[nodiscard]] Screen *made(std::unique_ptr<View> &view,
+                               const std::function<std::unique_ptr<View>(Needed &...)> &make,
+                               Needed &...needed);
 
     std::unique_ptr<SessionViewModel> m_sessionViewModel;
     Screens m_screens;
@@ -82,6 +94,8 @@ private:
     int m_selectedTab = 0;
     bool m_isShown = false;
     std::unique_ptr<TimerView> m_timerView;
+    std::unique_ptr<InsightsView> m_insightsView;
+    std::unique_ptr<HistoryView> m_historyView;
     std::unique_ptr<SettingsView> m_settingsView;
 };
 

@@ -136,6 +136,15 @@ int main(int argc, char **argv) {
                 return std::make_unique<TimerView>(controller, defaults, runLoop,
                                                    notificationCenter);
             },
+        .makeInsightsView =
+            [&](SessionViewModel &controller) {
+                return std::make_unique<InsightsView>(controller, clock, &Calendar::current);
+            },
+        .makeHistoryView =
+            [&](SessionViewModel &controller) {
+                return std::make_unique<HistoryView>(controller, notificationCenter, clock,
+                                                     &Calendar::current);
+            },
         .makeSettingsView =
             [&] { return std::make_unique<SettingsView>(serverManager, workspace); }};
     AppDelegate delegate({.start = [&] { serverManager.startServer(); },

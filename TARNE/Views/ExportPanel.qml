@@ -68,6 +68,7 @@ SheetPanel {
                 width: parent.width
                 text: panel.view.text
                 font: Typography.systemBody
+                horizontalAlignment: Text.AlignLeft
                 wrapMode: Text.Wrap
             }
         }

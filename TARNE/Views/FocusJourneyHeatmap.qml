@@ -43,8 +43,10 @@ InsightsCard {
                     Label {
                         required property string modelData
 
+                        width: 30
                         height: 15
                         text: modelData
+                        horizontalAlignment: Text.AlignHCenter
                         verticalAlignment: Text.AlignVCenter
                         Accessible.ignored: text.length === 0
                     }
@@ -68,6 +70,7 @@ InsightsCard {
                             width: 221
                             height: 10
                             text: modelData
+                            horizontalAlignment: Text.AlignLeft
                             verticalAlignment: Text.AlignVCenter
                         }
                     }

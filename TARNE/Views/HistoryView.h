@@ -20,7 +20,7 @@ class SessionViewModel;
 /// The list is loaded when the screen appears, on its refresh and, while it is shown, each time the
 /// history was updated. A history that is found empty is filled with three sample sessions, for
 /// good. Main thread only.
-class HistoryView final : public Screen {
+class HistoryView final : public tarne::Screen {
     Q_OBJECT
     QML_ELEMENT
     QML_UNCREATABLE("Made with the tabs.")

@@ -34,7 +34,7 @@ public:
 ///
 /// A drawing reads and decodes the history once; the properties hold the figures of the last one. A
 /// history that is found empty is filled with six sample sessions, for good. Main thread only.
-class InsightsView final : public Screen {
+class InsightsView final : public tarne::Screen {
     Q_OBJECT
     QML_ELEMENT
     QML_UNCREATABLE("Made with the tabs.")

@@ -36,7 +36,7 @@ InsightsCard {
 
                     anchors.verticalCenter: parent.verticalCenter
                     text: row.modelData.icon
-                    font: Typography.system(14)
+                    font: Typography.emoji(14)
                 }
                 PlainText {
                     id: name

@@ -53,6 +53,16 @@ protected:
                         ++timerViews;
                         return std::make_unique<TimerView>(controller, defaults, time, center);
                     },
+                .makeInsightsView =
+                    [this](SessionViewModel &controller) {
+                        return std::make_unique<InsightsView>(controller, time,
+                                                              platform().calendar);
+                    },
+                .makeHistoryView =
+                    [this](SessionViewModel &controller) {
+                        return std::make_unique<HistoryView>(controller, center, time,
+                                                             platform().calendar);
+                    },
                 .makeSettingsView =
                     [this] {
                         ++settingsViews;

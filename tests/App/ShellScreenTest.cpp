@@ -83,6 +83,15 @@ TEST_F(ShellScreen, APressOnATabShowsItAndHidesTheOther) {
     EXPECT_TRUE(ui().waitUntil([&] { return ui().has(u"Session Setup"_s); }));
 }
 
+TEST_F(ShellScreen, TheInsightsAndTheHistoryAreTabs) {
+    ASSERT_TRUE(ui().click(u"Insights"_s, QAccessible::PageTab));
+    EXPECT_TRUE(ui().waitUntil([&] { return ui().has(u"Your Focus Journey"_s); }));
+    ASSERT_TRUE(ui().click(u"History"_s, QAccessible::PageTab));
+    EXPECT_TRUE(ui().waitUntil([&] { return ui().has(u"Session History"_s); }));
+    EXPECT_TRUE(ui().waitUntil([&] { return !ui().has(u"Your Focus Journey"_s); }));
+    EXPECT_TRUE(ui().has(u"Complete project proposal"_s));
+}
+
 TEST_F(ShellScreen, TheArrowKeysMoveBetweenTheTabs) {
     while (ui().focusedName() != u"Timer"_s)
         ui().tab();

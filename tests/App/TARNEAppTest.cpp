@@ -125,6 +125,34 @@ TEST_F(TARNEAppTest, MakesTheTimerScreenWhenItIsFirstShown) {
     EXPECT_EQ(timerViews, 1);
 }
 
+TEST_F(TARNEAppTest, FillsAnEmptyHistoryWhenATabThatLooksBackIsFirstShown) {
+    completeOnboardingBefore();
+    app().windowShown();
+    ContentView &content = *app().contentView();
+    EXPECT_EQ(content.insightsView(), nullptr);
+    EXPECT_EQ(content.historyView(), nullptr);
+    EXPECT_TRUE(content.sessionViewModel().loadSessionHistory().empty());
+    content.setSelectedTab(1);
+    EXPECT_EQ(content.sessionViewModel().loadSessionHistory().size(), 6U);
+    EXPECT_EQ(content.insightsView()->totalSessionsThisYear(), 6);
+    content.setSelectedTab(2);
+    EXPECT_EQ(content.historyView()->historyEntries().size(), 6U);
+}
+
+TEST_F(TARNEAppTest, AHistoryTabThatIsHiddenFollowsNoSession) {
+    completeOnboardingBefore();
+    app().windowShown();
+    ContentView &content = *app().contentView();
+    content.setSelectedTab(2);
+    const HistoryView &history = *content.historyView();
+    const std::size_t samples = history.historyEntries().size();
+    content.setSelectedTab(0);
+    content.sessionViewModel().saveSessionToHistory({.goals = {{.text = u"Review"_s}}});
+    EXPECT_EQ(history.historyEntries().size(), samples);
+    content.setSelectedTab(2);
+    EXPECT_EQ(history.historyEntries().size(), samples + 1);
+}
+
 TEST_F(TARNEAppTest, TheSettingsReadTheKeyEachTimeTheirTabIsShown) {
     completeOnboardingBefore();
     app().windowShown();

@@ -4,6 +4,7 @@
 // data, off screen and in software. Run by scripts/shots, which puts it into docs/shots.
 
 #include "Gallery.h"
+#include "HistoryShots.h"
 #include "SetupShots.h"
 #include "TimerShots.h"
 
@@ -30,6 +31,7 @@ int main(int argc, char **argv) {
     const QGuiApplication application(argc, argv);
     tarne::shots::Gallery gallery(QString::fromLocal8Bit(argv[1]));
     tarne::shots::takeTimerShots(gallery);
+    tarne::shots::takeHistoryShots(gallery);
     tarne::shots::takeSetupShots(gallery);
     return gallery.isComplete() ? 0 : 1;
 }

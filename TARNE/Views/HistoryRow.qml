@@ -1,0 +1,51 @@
+pragma ComponentBehavior: Bound
+import QtQuick
+import TARNE.Styling
+import TARNE.Views
+
+// One row of the history: a session's card, under its group's label where it is the group's first.
+Column {
+    id: row
+
+    required property int index
+    required property historyEntryCard card
+    required property string sectionLabel
+    required property string sectionCount
+    required property bool endsSection
+    required property int expanded
+
+    signal expansionChanged(section: int, isExpanded: bool)
+
+    bottomPadding: endsSection ? 24 : 12
+    spacing: 16
+
+    Item {
+        visible: row.sectionLabel.length > 0
+        width: row.width
+        implicitHeight: label.implicitHeight
+
+        PlainText {
+            id: label
+
+            x: 4
+            text: row.sectionLabel
+            font: Typography.weighted(Typography.systemTitle3, Font.DemiBold)
+            color: Colors.label
+            Accessible.role: Accessible.Heading
+        }
+        PlainText {
+            anchors.right: parent.right
+            anchors.rightMargin: 4
+            anchors.verticalCenter: parent.verticalCenter
+            text: row.sectionCount
+            font: Typography.systemCaption
+            color: Colors.secondaryLabel
+        }
+    }
+    HistoryEntryPanel {
+        width: row.width
+        card: row.card
+        expanded: row.expanded
+        onExpansionChanged: (section, isExpanded) => row.expansionChanged(section, isExpanded)
+    }
+}
