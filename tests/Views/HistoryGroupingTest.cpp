@@ -1,20 +1,12 @@
 #include "HistoryGrouping.h"
 
-#include "DateFormatter.h"
-#include "RandomHistory.h"
-
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <algorithm>
-
 using namespace tarne;
 using namespace Qt::StringLiterals;
-using test::RandomHistory;
 
 namespace {
-
-constexpr quint64 randomCases = 10000;
 
 /// Looks on 2026-03-04, a Wednesday, at 15:00.
 class Look {
@@ -155,53 +147,4 @@ TEST(HistoryGrouping, DatesOfTheYears1And9999HaveLabels) {
     EXPECT_EQ(look.label({1, 1, 1}), u"Jan 1, 0001"_s);
     EXPECT_EQ(look.label({9999, 12, 31, 23}), u"Dec 31, 9999"_s);
     EXPECT_EQ(look.grouping.parseGroupingDate(u"Dec 31, 9999"_s), look.at({9999, 12, 31}));
-}
-
-TEST(HistoryGroupingProperty, GroupsAreThoseOfTheSlowReference) {
-    for (quint64 seed = 0; seed < randomCases; ++seed) {
-        const RandomHistory random(seed);
-        const HistoryGrouping grouping(random.calendar, random.now);
-        const std::vector<HistoryGroup> groups = grouping.groupedEntries(random.history);
-        QStringList labels;
-        for (const SessionHistoryEntry &entry : random.history)
-            labels += grouping.formatDateForGrouping(entry.sessionDate);
-        std::size_t grouped = 0;
-        for (const HistoryGroup &group : groups) {
-            std::vector<QUuid> expected;
-            for (std::size_t i = 0; i < random.history.size(); ++i) {
-                if (labels[static_cast<qsizetype>(i)] == group.key)
-                    expected.push_back(random.history[i].id);
-            }
-            std::vector<QUuid> found;
-            for (const SessionHistoryEntry &entry : group.value)
-                found.push_back(entry.id);
-            ASSERT_EQ(found, expected) << seed;
-            grouped += found.size();
-        }
-        ASSERT_EQ(grouped, random.history.size()) << seed;
-        for (std::size_t i = 1; i < groups.size(); ++i) {
-            ASSERT_GE(grouping.parseGroupingDate(groups[i - 1].key),
-                      grouping.parseGroupingDate(groups[i].key))
-                << seed;
-        }
-    }
-}
-
-TEST(HistoryGroupingProperty, EveryLabelReadsBackAsWhatItSays) {
-    for (quint64 seed = 0; seed < randomCases; ++seed) {
-        const RandomHistory random(seed);
-        const HistoryGrouping grouping(random.calendar, random.now);
-        const DateFormatter formatter(random.calendar);
-        for (const SessionHistoryEntry &entry : random.history) {
-            const QString label = grouping.formatDateForGrouping(entry.sessionDate);
-            const Date parsed = grouping.parseGroupingDate(label);
-            const QString again = label == u"Today"_s || label == u"Yesterday"_s
-                                      ? grouping.formatDateForGrouping(parsed)
-                                  : label == formatter.monthDayAndYear(parsed) ? label
-                                  : label == formatter.monthAndDay(parsed)
-                                      ? label
-                                      : formatter.weekdayName(parsed);
-            ASSERT_EQ(again, label) << seed;
-        }
-    }
 }
