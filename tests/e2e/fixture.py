@@ -120,6 +120,13 @@ class TarneTestCase(unittest.TestCase):
         """Presses a control through the accessibility tree."""
         self.node(name, role="push button").press()
 
+    def open_tab(self, name):
+        """Presses a tab with the mouse: a page tab has no action for assistive tools."""
+        tab = self.node(name, role="page tab")
+        left, top, width, height = tab.extents
+        self.desktop.xdotool("mousemove", left + width // 2, top + height // 2, "click", 1)
+        self.eventually(lambda: tab.has("selected"), f"the tab {name} is selected")
+
     def type_into(self, name, text):
         """Puts the keyboard focus into a field and replaces its text by typing."""
         field = self.node(name, role="text")
