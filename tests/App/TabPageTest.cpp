@@ -1,0 +1,57 @@
+#include "UiDriver.h"
+
+#include <gtest/gtest.h>
+
+using namespace Qt::StringLiterals;
+
+namespace tarne::test {
+namespace {
+
+/// Two tabs side by side, 1,000 points wide.
+const QString twoTabs = uR"(
+pragma ComponentBehavior: Bound
+import QtQuick
+import TARNE
+Rectangle {
+    id: root
+    property int selectedTab: 0
+    TabPage { tabIndex: 0; selectedTab: root.selectedTab; hasScreen: true; screen: Component { Item {} } }
+    TabPage { tabIndex: 1; selectedTab: root.selectedTab; hasScreen: true; screen: Component { Item {} } }
+}
+)"_s;
+
+class TabPage : public testing::Test {
+protected:
+    QQuickItem &page(int index) {
+        return *ui.root()->findChild<QQuickItem *>(u"tab-%1"_s.arg(index));
+    }
+    void select(int index) { ui.root()->setProperty("selectedTab", index); }
+
+    UiDriver ui{twoTabs};
+};
+
+TEST_F(TabPage, HasTheIdentityOfItsIndex) {
+    EXPECT_EQ(page(0).property("identity"), u"tab-0"_s);
+    EXPECT_EQ(page(1).property("identity"), u"tab-1"_s);
+}
+
+TEST_F(TabPage, ComesInFromTheTrailingEdgeAndFades) {
+    select(1);
+    EXPECT_EQ(page(1).x(), 1000);
+    EXPECT_EQ(page(1).opacity(), 0);
+    EXPECT_TRUE(ui.waitUntil([&] { return page(1).x() > 0 && page(1).x() < 900; }));
+    EXPECT_GT(page(1).opacity(), 0);
+    EXPECT_TRUE(ui.waitUntil([&] { return page(1).x() == 0 && page(1).opacity() == 1; }));
+}
+
+TEST_F(TabPage, GoesOutToTheLeadingEdgeAndFades) {
+    select(1);
+    EXPECT_EQ(page(0).x(), 0);
+    EXPECT_EQ(page(0).opacity(), 1);
+    EXPECT_TRUE(ui.waitUntil([&] { return page(0).x() < -100; }));
+    EXPECT_LT(page(0).opacity(), 1);
+    EXPECT_TRUE(ui.waitUntil([&] { return !page(0).isVisible(); }));
+}
+
+} // namespace
+} // namespace tarne::test
