@@ -23,6 +23,7 @@ Item {
     }
 
     MenuButton {
+        objectName: "menuButton"
         x: 10
         anchors.verticalCenter: parent.verticalCenter
         onNewSessionRequested: strip.app.newSession()

@@ -6,6 +6,7 @@
 #include "Gallery.h"
 #include "HistoryShots.h"
 #include "SetupShots.h"
+#include "ShellShots.h"
 #include "TimerShots.h"
 
 #include <QGuiApplication>
@@ -13,6 +14,7 @@
 
 #include <cstdio>
 
+Q_IMPORT_QML_PLUGIN(TARNEPlugin)
 Q_IMPORT_QML_PLUGIN(TARNE_StylingPlugin)
 Q_IMPORT_QML_PLUGIN(TARNE_ViewsPlugin)
 
@@ -30,6 +32,7 @@ int main(int argc, char **argv) {
     qputenv("TZ", "UTC");
     const QGuiApplication application(argc, argv);
     tarne::shots::Gallery gallery(QString::fromLocal8Bit(argv[1]));
+    tarne::shots::takeShellShots(gallery);
     tarne::shots::takeTimerShots(gallery);
     tarne::shots::takeHistoryShots(gallery);
     tarne::shots::takeSetupShots(gallery);
