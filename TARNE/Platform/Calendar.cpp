@@ -78,9 +78,9 @@ QLocale currentLocale() {
 
 } // namespace
 
-Calendar::Calendar(const QTimeZone &timeZone, QLocale locale)
+Calendar::Calendar(const QTimeZone &timeZone, const QLocale &locale)
     : m_timeZone(timeZone.isValid() ? timeZone : QTimeZone::utc()),
-      m_locale(std::move(locale)),
+      m_locale(locale),
       m_offsets(offsetsOf(m_timeZone)) {}
 
 Calendar Calendar::current() {

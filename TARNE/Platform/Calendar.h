@@ -35,7 +35,7 @@ public:
     enum class Unit { hour, day, weekOfYear, month, year };
     enum class Granularity { day, weekOfYear, year };
 
-    Calendar(const QTimeZone &timeZone, QLocale locale);
+    Calendar(const QTimeZone &timeZone, const QLocale &locale);
 
     /// The user's calendar at this moment: time zone and locale are read afresh at every call. A
     /// locale that says nothing of the user ("C") counts as American English, the language of the

@@ -54,11 +54,11 @@ bool readLongNumber(std::string_view text, double &result) {
 constexpr std::array<qint8, 256> hexDigitValues = [] {
     std::array<qint8, 256> values{};
     values.fill(-1);
-    for (int digit = 0; digit < 10; ++digit)
-        values[static_cast<std::size_t>('0' + digit)] = static_cast<qint8>(digit);
-    for (int digit = 10; digit < 16; ++digit) {
-        values[static_cast<std::size_t>('a' + digit - 10)] = static_cast<qint8>(digit);
-        values[static_cast<std::size_t>('A' + digit - 10)] = static_cast<qint8>(digit);
+    for (std::size_t digit = 0; digit < 10; ++digit)
+        values['0' + digit] = static_cast<qint8>(digit);
+    for (std::size_t digit = 10; digit < 16; ++digit) {
+        values['a' + digit - 10] = static_cast<qint8>(digit);
+        values['A' + digit - 10] = static_cast<qint8>(digit);
     }
     return values;
 }();

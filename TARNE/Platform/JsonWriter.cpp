@@ -1,5 +1,7 @@
 #include "JsonWriter.h"
 
+#include <QList>
+
 #include <array>
 #include <charconv>
 #include <cmath>
@@ -9,7 +11,7 @@ namespace tarne::json {
 
 namespace {
 
-constexpr char hexDigits[] = "0123456789ABCDEF";
+constexpr std::string_view hexDigits = "0123456789ABCDEF";
 
 /// Whether the character stands for itself in a JSON text and takes one byte there.
 bool isPlain(char16_t c) {

@@ -14,7 +14,7 @@ std::vector<Date> momentsOf(const DateComponents &components, const Calendar &ca
     // The local time read as if it were UTC lies within 14 hours of the moment. The offsets well
     // before and well after it are the two that can hold there.
     const qint64 local = QDateTime(day, time, Qt::UTC).toSecsSinceEpoch();
-    constexpr qint64 margin = 36 * 60 * 60;
+    constexpr qint64 margin = qint64{36} * 60 * 60;
     const auto offsetAt = [&](qint64 seconds) {
         return calendar.timeZone().offsetFromUtc(QDateTime::fromSecsSinceEpoch(seconds, Qt::UTC));
     };
@@ -67,6 +67,7 @@ std::vector<NotificationContent> NotificationSchedule::takeDue(Date now, const C
     std::stable_sort(due.begin(), due.end(),
                      [](const auto &a, const auto &b) { return a.first < b.first; });
     std::vector<NotificationContent> contents;
+    contents.reserve(due.size());
     for (auto &[when, content] : due)
         contents.push_back(std::move(content));
     return contents;
