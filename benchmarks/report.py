@@ -114,7 +114,7 @@ def print_table(rows):
 
 
 def main():
-    folder = pathlib.Path(sys.argv[1])
+    folder = pathlib.Path(sys.argv[1]).resolve()
     whole = figures_of("whole_process.py", folder / "tarne")
     api = figures_of("goals_api.py", folder / "goals_server")
     results = run_benchmarks(folder)

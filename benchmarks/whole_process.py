@@ -28,6 +28,7 @@ def figures(program, seconds):
     from fixture import TarneTestCase
     from gi.repository import GLib
     from screen import Screen
+    from store import PREFERENCES, Store
 
     class Measurement(TarneTestCase):
         def setUp(self):
@@ -36,6 +37,7 @@ def figures(program, seconds):
             home = tempfile.TemporaryDirectory(dir=pathlib.Path(program).resolve().parents[1])
             self.addCleanup(home.cleanup)
             self.home = pathlib.Path(home.name)
+            Store(self.home / "share").plant("UserPreferences", PREFERENCES)
 
         def environment(self):
             environment = super().environment()
