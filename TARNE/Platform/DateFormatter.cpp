@@ -1,5 +1,6 @@
 #include "DateFormatter.h"
 
+#include <QRegularExpression>
 #include <QTime>
 
 using namespace Qt::StringLiterals;
@@ -74,6 +75,14 @@ QString DateFormatter::weekdayName(Date date) const {
 QString DateFormatter::shortTime(Date date) const {
     const QTime time = clockTime(m_calendar.dateComponents(date));
     return m_calendar.locale().toString(time, QLocale::ShortFormat);
+}
+
+QString DateFormatter::longDate(Date date) const {
+    // Qt knows the full date only. What joins the weekday to it goes as well.
+    static const QRegularExpression weekday(
+        u"^(?:'[^']*'|[\\s,،])*dddd[\\s,،]*|[\\s,،(]*dddd\\)?$"_s);
+    QString pattern = m_calendar.locale().dateFormat(QLocale::LongFormat);
+    return formatted(date, pattern.remove(weekday));
 }
 
 QString DateFormatter::fullDateAndShortTime(Date date) const {

@@ -24,6 +24,8 @@ public:
     [[nodiscard]] QString weekdayName(Date date) const;
     /// The locale's short time, "3:30 PM".
     [[nodiscard]] QString shortTime(Date date) const;
+    /// The locale's long date, without the weekday, "March 2, 2026".
+    [[nodiscard]] QString longDate(Date date) const;
     /// The locale's full date and short time, "Monday, March 2, 2026 at 3:30 PM".
     [[nodiscard]] QString fullDateAndShortTime(Date date) const;
 

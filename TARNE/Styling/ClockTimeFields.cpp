@@ -1,5 +1,8 @@
 #include "ClockTimeFields.h"
 
+#include <algorithm>
+#include <utility>
+
 namespace tarne {
 
 using namespace Qt::StringLiterals;
@@ -41,6 +44,12 @@ void ClockTimeFields::readFormat() {
         } else if (isQuoted || c != u't') {
             separator += c;
         }
+    }
+    // Digits run from left to right in every script, what stands behind them does not.
+    if (m_locale.textDirection() == Qt::RightToLeft && m_fields.size() > 1 &&
+        m_fields.back().kind == Kind::HalfOfDay) {
+        std::rotate(m_fields.begin(), m_fields.end() - 1, m_fields.end());
+        m_fields[1].separator = std::exchange(m_fields[0].separator, {});
     }
 }
 

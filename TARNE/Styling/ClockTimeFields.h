@@ -10,7 +10,8 @@
 namespace tarne {
 
 /// The fields of a clock time as a locale writes it: hour, minute and, with a clock of twelve
-/// hours, the half of the day, each with the text that stands before it. One row a field.
+/// hours, the half of the day, each with the text that stands before it. One row a field, from left
+/// to right.
 class ClockTimeFields : public QAbstractListModel {
     Q_OBJECT
     QML_ELEMENT

@@ -1,6 +1,10 @@
 #include "MonthCalendar.h"
 
+#include <QRegularExpression>
+
 #include <algorithm>
+
+using namespace Qt::StringLiterals;
 
 namespace tarne {
 
@@ -19,6 +23,16 @@ int daysIntoWeek(QDate day, Qt::DayOfWeek first) {
     return (day.dayOfWeek() - static_cast<int>(first) + 7) % 7;
 }
 
+/// What stands between month and year, when the day and its punctuation are taken out.
+QString withoutDay(QString between) {
+    static const QRegularExpression quoteOrDay(u"'([^']*)'|d+[.,\u060C]*"_s);
+    const bool hasBlank = between.contains(u' ');
+    const QString rest = between.replace(quoteOrDay, u"\\1"_s).simplified();
+    if (rest.isEmpty() || rest == u","_s)
+        return hasBlank ? u" "_s : QString();
+    return rest.front().isPunct() ? rest + u' ' : u' ' + rest + u' ';
+}
+
 } // namespace
 
 MonthCalendar::MonthCalendar(QLocale locale, Range range, std::function<QDate()> today)
@@ -26,7 +40,8 @@ MonthCalendar::MonthCalendar(QLocale locale, Range range, std::function<QDate()>
       m_range(range),
       m_today(std::move(today)),
       m_selected(m_today()),
-      m_month(firstOfMonth(m_selected)) {}
+      m_month(firstOfMonth(m_selected)),
+      m_shownToday(m_selected) {}
 
 void MonthCalendar::setSelectedDay(QDate day) {
     if (!day.isValid() || m_selected == day)
@@ -40,9 +55,37 @@ void MonthCalendar::showSelection() {
     refresh();
 }
 
+void MonthCalendar::followToday() {
+    if (m_today() == m_shownToday)
+        return;
+    m_month = std::max(m_month, firstOfMonth(firstDay()));
+    refresh();
+}
+
 QString MonthCalendar::monthTitle() const {
-    const QString year = m_locale.toString(m_month, u"yyyy");
-    return m_locale.standaloneMonthName(m_month.month()) + u' ' + year;
+    // Qt has no pattern of month and year: they are what the long date holds beside the day.
+    static const QRegularExpression parts(u"'[^']*'|(y+|M+)([^\\s'.,yMd]*)"_s);
+    const QString pattern = m_locale.dateFormat(QLocale::LongFormat);
+    QString title;
+    qsizetype end = -1;
+    for (auto match = parts.globalMatch(pattern); match.hasNext();) {
+        const QRegularExpressionMatch part = match.next();
+        if (part.capturedView(1).isEmpty())
+            continue;
+        if (end >= 0)
+            title += withoutDay(pattern.sliced(end, part.capturedStart() - end));
+        title += textOf(part.capturedView(1), part.captured(2));
+        end = part.capturedEnd();
+    }
+    return title;
+}
+
+/// A year or a month of the pattern with the sign that follows it, if any ("2026年").
+QString MonthCalendar::textOf(QStringView part, const QString &sign) const {
+    if (part.startsWith(u'y'))
+        return m_locale.toString(m_month, u"yyyy") + sign;
+    return sign.isEmpty() ? m_locale.standaloneMonthName(m_month.month())
+                          : m_locale.toString(m_month.month()) + sign;
 }
 
 QStringList MonthCalendar::weekdayNames() const {
@@ -62,6 +105,10 @@ bool MonthCalendar::canShowPreviousMonth() const {
     return m_month > earliestDay && (m_range == Range::Unlimited || m_month > m_today());
 }
 
+bool MonthCalendar::canShowNextMonth() const {
+    return m_month.addMonths(1) <= latestDay;
+}
+
 int MonthCalendar::tabStop() const {
     int firstEnabled = -1;
     for (int row = 0; row < rows; ++row) {
@@ -77,10 +124,10 @@ int MonthCalendar::tabStop() const {
 }
 
 void MonthCalendar::showMonth(int offset) {
-    const QDate month = m_month.addMonths(offset);
-    if (month < earliestDay || month > latestDay || (offset < 0 && !canShowPreviousMonth()))
+    if (offset < 0 ? !canShowPreviousMonth() : !canShowNextMonth())
         return;
-    m_month = month;
+    m_month =
+        std::clamp(m_month.addMonths(offset), firstOfMonth(firstDay()), firstOfMonth(latestDay));
     refresh();
 }
 
@@ -168,6 +215,7 @@ void MonthCalendar::moveTo(QDate day) {
 }
 
 void MonthCalendar::refresh() {
+    m_shownToday = m_today();
     Q_EMIT dataChanged(index(0), index(rows - 1));
     Q_EMIT monthChanged();
     Q_EMIT tabStopChanged();

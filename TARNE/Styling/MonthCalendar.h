@@ -25,6 +25,7 @@ class MonthCalendar : public QAbstractListModel {
     Q_PROPERTY(QStringList weekdayNames READ weekdayNames CONSTANT FINAL)
     Q_PROPERTY(bool isRightToLeft READ isRightToLeft CONSTANT FINAL)
     Q_PROPERTY(bool canShowPreviousMonth READ canShowPreviousMonth NOTIFY monthChanged FINAL)
+    Q_PROPERTY(bool canShowNextMonth READ canShowNextMonth NOTIFY monthChanged FINAL)
     /// The row that the Tab key reaches: the selected day, else the month's first that can be
     /// picked, or -1.
     Q_PROPERTY(int tabStop READ tabStop NOTIFY tabStopChanged FINAL)
@@ -48,11 +49,14 @@ public:
     void setSelectedDay(QDate day);
     /// Shows the selected day's month, or the first one in the range.
     void showSelection();
+    /// Shows the mark of today, and the range, where they are now if midnight has passed.
+    void followToday();
 
     [[nodiscard]] QString monthTitle() const;
     [[nodiscard]] QStringList weekdayNames() const;
     [[nodiscard]] bool isRightToLeft() const;
     [[nodiscard]] bool canShowPreviousMonth() const;
+    [[nodiscard]] bool canShowNextMonth() const;
     [[nodiscard]] int tabStop() const;
 
     /// Shows another month and leaves the selection.
@@ -79,6 +83,7 @@ Q_SIGNALS:
     void tabStopChanged();
 
 private:
+    [[nodiscard]] QString textOf(QStringView part, const QString &sign) const;
     [[nodiscard]] QDate dayOfRow(int row) const;
     [[nodiscard]] bool isEnabled(QDate day) const;
     [[nodiscard]] QDate cursor() const;
@@ -91,6 +96,7 @@ private:
     std::function<QDate()> m_today;
     QDate m_selected;
     QDate m_month; ///< The first day of what is shown.
+    QDate m_shownToday;
 };
 
 } // namespace tarne

@@ -116,6 +116,17 @@ TEST_F(AScheduledGoal, OfTheYears1And9999HasAStart) {
     }
 }
 
+TEST_F(AScheduledGoal, WhoseDayIsBeyondTheCalendarStartsAtItsDateAsStored) {
+    const Date beyond = at(2, 9, 15, 30) + 2e5 * 366 * 86400.0;
+    EXPECT_EQ(goal(beyond, at(2, 14, 30)).scheduledDateTime(m_calendar), beyond);
+}
+
+TEST_F(AScheduledGoal, IsUpcomingUntilNowAloneWhereSevenDaysOnTheCalendarEnds) {
+    const Date lastDay = moment(m_calendar, {100'000, 12, 30, 12, 0, 0});
+    EXPECT_TRUE(goal(lastDay, lastDay).isUpcoming(m_calendar, lastDay));
+    EXPECT_FALSE(goal(lastDay + 1.0, lastDay).isUpcoming(m_calendar, lastDay));
+}
+
 /// One goal as its document has it.
 const QByteArray document =
     R"([{"id":"01234567-89AB-CDEF-0123-456789ABCDEF","date":794134800.25,"time":794145600,)"

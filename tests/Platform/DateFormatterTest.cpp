@@ -33,6 +33,17 @@ TEST(DateFormatter, WritesItsPatternsInEnglish) {
     EXPECT_EQ(formats.formatter.fullDateAndShortTime(date), u"Monday, March 2, 2026 at 3:30 PM"_s);
 }
 
+TEST(DateFormatter, WritesALongDateWithoutTheWeekday) {
+    for (const auto &[locale, text] :
+         {std::pair{u"en_US"_s, u"March 2, 2026"_s}, std::pair{u"en_GB"_s, u"2 March 2026"_s},
+          std::pair{u"de_DE"_s, u"2. März 2026"_s}, std::pair{u"fr_FR"_s, u"2 mars 2026"_s},
+          std::pair{u"es_ES"_s, u"2 de marzo de 2026"_s},
+          std::pair{u"ja_JP"_s, u"2026年3月2日"_s}}) {
+        const Formats formats(locale);
+        EXPECT_EQ(formats.formatter.longDate(formats.date({2026, 3, 2})), text);
+    }
+}
+
 TEST(DateFormatter, WritesInTheLanguageOfTheLocale) {
     const Formats formats(u"de_DE"_s);
     const Date date = formats.date({2026, 3, 2, 15, 30});

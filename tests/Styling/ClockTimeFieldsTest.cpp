@@ -37,7 +37,7 @@ protected:
 };
 
 TEST_F(AClockTime, StandsInLineAsTheLocaleWritesIt) {
-    for (const char *name : {"en_US", "en_GB", "de_DE", "fi_FI", "fr_FR", "ko_KR", "zh_TW", "ar_EG",
+    for (const char *name : {"en_US", "en_GB", "de_DE", "fi_FI", "fr_FR", "ko_KR", "zh_TW", "he_IL",
                              "fa_IR", "ja_JP", "bg_BG"}) {
         const QString locale = QString::fromLatin1(name);
         for (const QTime time : {QTime(0, 0), QTime(9, 5), QTime(12, 30), QTime(23, 59)}) {
@@ -46,6 +46,19 @@ TEST_F(AClockTime, StandsInLineAsTheLocaleWritesIt) {
             EXPECT_TRUE(expected.startsWith(line())) << name << " " << qPrintable(line());
         }
     }
+}
+
+TEST_F(AClockTime, HasItsHalfOfTheDayAtTheLeftWhereTextRunsFromRightToLeft) {
+    fields(u"ar_EG"_s, QTime(15, 30));
+    ASSERT_EQ(m_fields->rowCount(), 3);
+    EXPECT_EQ(data(0, ClockTimeFields::Name), u"Half of the day"_s);
+    EXPECT_EQ(data(0, ClockTimeFields::Separator), QString());
+    EXPECT_EQ(data(1, ClockTimeFields::Value), 3);
+    EXPECT_FALSE(data(1, ClockTimeFields::Separator).toString().isEmpty());
+    EXPECT_EQ(data(2, ClockTimeFields::Value), 30);
+    EXPECT_EQ(data(2, ClockTimeFields::Separator), u":"_s);
+    m_fields->step(0, 1);
+    EXPECT_EQ(m_fields->time(), QTime(3, 30));
 }
 
 TEST_F(AClockTime, OfTwelveHoursHasAHalfOfTheDay) {

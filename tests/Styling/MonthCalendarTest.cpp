@@ -74,8 +74,30 @@ TEST_F(AMonthCalendar, ShowsEveryDayOfEveryMonthOnceInEveryFirstWeekday) {
     }
 }
 
-TEST_F(AMonthCalendar, NamesMonthsAndDigitsInTheLocale) {
-    EXPECT_EQ(calendar(u"de_DE"_s).monthTitle(), u"März 2026"_s);
+TEST_F(AMonthCalendar, WritesMonthAndYearInTheLocalesOrderAndForm) {
+    for (const auto &[locale, title] :
+         {std::pair{u"en_US"_s, u"March 2026"_s}, std::pair{u"de_DE"_s, u"März 2026"_s},
+          std::pair{u"fr_FR"_s, u"mars 2026"_s}, std::pair{u"es_ES"_s, u"marzo de 2026"_s},
+          std::pair{u"ru_RU"_s, u"март 2026"_s}, std::pair{u"hu_HU"_s, u"2026. március"_s},
+          std::pair{u"ja_JP"_s, u"2026年3月"_s}, std::pair{u"zh_CN"_s, u"2026年3月"_s},
+          std::pair{u"ko_KR"_s, u"2026년 3월"_s}, std::pair{u"ar_EG"_s, u"مارس ٢٠٢٦"_s}})
+        EXPECT_EQ(calendar(locale).monthTitle(), title) << qPrintable(locale);
+}
+
+TEST_F(AMonthCalendar, NamesEveryMonthAndItsYearInEveryLocale) {
+    for (const QLocale &locale : QLocale::matchingLocales(QLocale::AnyLanguage, QLocale::AnyScript,
+                                                          QLocale::AnyTerritory)) {
+        const QString title = calendar(locale.name()).monthTitle();
+        const QLocale taken(locale.name());
+        const QString year = taken.toString(QDate(2026, 3, 1), u"yyyy");
+        EXPECT_TRUE(title.contains(year)) << qPrintable(locale.name() + u": "_s + title);
+        EXPECT_TRUE(title.contains(taken.standaloneMonthName(3)) ||
+                    title.contains(taken.toString(3)))
+            << qPrintable(locale.name() + u": "_s + title);
+    }
+}
+
+TEST_F(AMonthCalendar, NamesDigitsInTheLocale) {
     const QLocale farsi(u"fa_IR"_s);
     calendar(u"fa_IR"_s);
     EXPECT_EQ(text(selectedRow()), farsi.toString(12));
@@ -92,6 +114,14 @@ TEST_F(AMonthCalendar, PickingTellsTheDay) {
     EXPECT_EQ(m_picked, QDate(2026, 3, 1));
     EXPECT_EQ(m_calendar->selectedDay(), QDate(2026, 3, 1));
     EXPECT_EQ(selectedRow(), 0);
+}
+
+TEST_F(AMonthCalendar, TurningManyPagesStopsAtTheRangesEnds) {
+    limited().showMonth(3);
+    m_calendar->showMonth(-100);
+    EXPECT_EQ(m_calendar->monthTitle(), u"March 2026"_s);
+    m_calendar->showMonth(1'000'000);
+    EXPECT_EQ(m_calendar->monthTitle(), u"December 9999"_s);
 }
 
 TEST_F(AMonthCalendar, ABlankRowCannotBePicked) {
@@ -135,6 +165,20 @@ TEST_F(AMonthCalendar, LimitedItGoesOnFromTheDayThatIsTodayAtTheMoment) {
     m_today = QDate(2026, 3, 13);
     EXPECT_FALSE(isEnabled(11));
     EXPECT_TRUE(isEnabled(12));
+}
+
+TEST_F(AMonthCalendar, TellsThatMidnightHasPassedWhenAskedToFollow) {
+    limited();
+    int changes = 0;
+    QObject::connect(m_calendar.get(), &QAbstractItemModel::dataChanged, [&] { ++changes; });
+    m_calendar->followToday();
+    EXPECT_EQ(changes, 0);
+    m_today = QDate(2026, 4, 1);
+    m_calendar->followToday();
+    EXPECT_EQ(changes, 1);
+    EXPECT_EQ(m_calendar->monthTitle(), u"April 2026"_s);
+    m_calendar->followToday();
+    EXPECT_EQ(changes, 1);
 }
 
 TEST_F(AMonthCalendar, LimitedItKeepsAPastSelectionUntilAnotherDayIsPicked) {
@@ -186,6 +230,7 @@ TEST_F(AMonthCalendar, ReachesFromTheYear1ToTheYear9999) {
     EXPECT_EQ(m_picked, QDate(9999, 12, 31));
     m_calendar->showMonth(1);
     EXPECT_EQ(m_calendar->monthTitle(), u"December 9999"_s);
+    EXPECT_FALSE(m_calendar->canShowNextMonth());
     m_calendar->setSelectedDay(QDate(1, 1, 1));
     m_calendar->moveByMonths(-1);
     EXPECT_EQ(m_picked, QDate(1, 1, 1));

@@ -6,6 +6,7 @@
 
 #include <gmock/gmock.h>
 
+#include <limits>
 #include <thread>
 
 using testing::ElementsAre;
@@ -348,6 +349,30 @@ TEST_F(Schedule, TellsItsObserversOfEveryChange) {
     schedule().toggleGoalCompletion(goal);
     schedule().deleteGoal(goal);
     EXPECT_EQ(goals, 4);
+}
+
+TEST_F(Schedule, StoresNothingAndKeepsTheListWhenItCannotBeWrittenAsJson) {
+    addAt(3, 9);
+    const QByteArray before = stored();
+    schedule().setSelectedDate(
+        Date::fromReferenceSeconds(std::numeric_limits<double>::quiet_NaN()));
+    schedule().setGoalText(u"never"_s);
+    schedule().addGoal();
+    m_fakes.time.runPending();
+    EXPECT_THAT(schedule().scheduledGoals(), SizeIs(2));
+    EXPECT_EQ(stored(), before);
+    EXPECT_THAT(m_fakes.log.lines(), IsEmpty());
+}
+
+TEST_F(Schedule, ARestoredGoalKeepsItsFlagsAndIsNotRemindedOfAnew) {
+    schedule().toggleGoalCompletion(addAt(3, 9));
+    const auto goals = schedule().scheduledGoals();
+    m_fakes.notifications.calls.clear();
+    m_schedule.reset();
+    EXPECT_EQ(schedule().scheduledGoals(), goals);
+    EXPECT_TRUE(schedule().scheduledGoals().front().notificationScheduled);
+    EXPECT_TRUE(schedule().scheduledGoals().front().isCompleted);
+    EXPECT_THAT(m_fakes.notifications.calls, IsEmpty());
 }
 
 TEST_F(Schedule, SurvivesADiskThatKeepsNothing) {

@@ -5,6 +5,7 @@
 
 #include "Gallery.h"
 #include "HistoryShots.h"
+#include "ScheduleShots.h"
 #include "SetupShots.h"
 #include "ShellShots.h"
 #include "TimerShots.h"
@@ -36,5 +37,6 @@ int main(int argc, char **argv) {
     tarne::shots::takeTimerShots(gallery);
     tarne::shots::takeHistoryShots(gallery);
     tarne::shots::takeSetupShots(gallery);
+    tarne::shots::takeScheduleShots(gallery);
     return gallery.isComplete() ? 0 : 1;
 }

@@ -1,0 +1,26 @@
+pragma ComponentBehavior: Bound
+import QtQuick
+import TARNE.Styling
+
+// The arrow that turns a page of a GraphicalDatePicker.
+PlainButton {
+    id: arrow
+
+    required property string accessibleLabel
+    required property string sign
+    required property color accent
+
+    text: accessibleLabel
+    implicitWidth: 28
+    implicitHeight: 28
+
+    contentItem: Text {
+        text: arrow.sign
+        font: Typography.system(20, Font.DemiBold)
+        color: arrow.enabled ? arrow.accent : Colors.tertiaryLabel
+        textFormat: Text.PlainText
+        horizontalAlignment: Text.AlignHCenter
+        verticalAlignment: Text.AlignVCenter
+        Accessible.ignored: true
+    }
+}

@@ -1,0 +1,117 @@
+pragma ComponentBehavior: Bound
+import QtQuick
+import TARNE.Styling
+import TARNE.Views
+
+// The goal's text, 3 to 8 lines high, over a rule that is thick and indigo while it has the focus.
+Item {
+    id: field
+
+    required property AddGoalSheet view
+
+    readonly property bool isFocused: editor.activeFocus
+
+    readonly property real verticalPadding: 16
+    readonly property real ruleHeight: 2
+
+    function heightOfLines(count: int): real {
+        return Math.max(80, 2 * field.verticalPadding + count * metrics.lineSpacing);
+    }
+
+    implicitHeight: box.height + ruleHeight
+
+    Connections {
+        target: field.view
+
+        function onIsGoalTextFocusedChanged(): void {
+            // Not when it has just lost the focus by itself: it is to have it back with its sheet.
+            if (field.view.isGoalTextFocused !== editor.activeFocus)
+                field.view.isGoalTextFocused ? editor.forceActiveFocus() : editor.focus = false;
+        }
+        function onGoalTextChanged(): void {
+            if (editor.text !== field.view.goalText)
+                editor.text = field.view.goalText;
+        }
+    }
+    FontMetrics {
+        id: metrics
+
+        font: editor.font
+    }
+    Flickable {
+        id: box
+
+        x: 4
+        width: parent.width - 2 * 4
+        height: field.heightOfLines(Math.max(3, Math.min(editor.lineCount, 8)))
+        contentHeight: editor.height
+        clip: true
+        boundsBehavior: Flickable.StopAtBounds
+        interactive: contentHeight > height
+
+        function reveal(rectangle: rect): void {
+            if (rectangle.y < contentY + field.verticalPadding)
+                contentY = Math.max(0, rectangle.y - field.verticalPadding);
+            else if (rectangle.y + rectangle.height + field.verticalPadding > contentY + height)
+                contentY = rectangle.y + rectangle.height + field.verticalPadding - height;
+        }
+
+        TextEdit {
+            id: editor
+
+            width: box.width
+            height: Math.max(implicitHeight, field.heightOfLines(3))
+            topPadding: field.verticalPadding
+            bottomPadding: field.verticalPadding
+            activeFocusOnTab: true
+            font: Typography.system(16)
+            color: Colors.hex("1F2937")
+            selectionColor: Colors.withOpacity(Colors.hex("4F46E5"), 0.3)
+            selectedTextColor: color
+            selectByMouse: true
+            textFormat: TextEdit.PlainText
+            wrapMode: TextEdit.Wrap
+            Accessible.role: Accessible.EditableText
+            Accessible.multiLine: true
+            Accessible.name: prompt.text
+
+            Component.onCompleted: {
+                text = field.view.goalText;
+                cursorPosition = length;
+            }
+            onTextChanged: field.view.goalText = text
+            onActiveFocusChanged: field.view.isGoalTextFocused = activeFocus
+            onCursorRectangleChanged: box.reveal(cursorRectangle)
+            Keys.onTabPressed: nextItemInFocusChain(true).forceActiveFocus(Qt.TabFocusReason)
+            Keys.onBacktabPressed: nextItemInFocusChain(false).forceActiveFocus(Qt.BacktabFocusReason)
+
+            HoverHandler {
+                cursorShape: Qt.IBeamCursor
+            }
+            Text {
+                id: prompt
+
+                y: field.verticalPadding
+                visible: editor.length === 0 && editor.preeditText.length === 0
+                text: "What do you want to focus on?"
+                font: editor.font
+                color: Colors.tertiaryLabel
+                textFormat: Text.PlainText
+                Accessible.ignored: true
+            }
+        }
+    }
+    Rectangle {
+        anchors.top: box.bottom
+        width: parent.width
+        height: field.isFocused ? field.ruleHeight : 1
+        color: Colors.hex(field.isFocused ? "4F46E5" : "E1E5E9")
+
+        Behavior on height {
+            EaseInOut { duration: 200 }
+        }
+        Behavior on color {
+            ColorAnimation { duration: 200; easing.type: Easing.InOutQuad }
+        }
+    }
+}

@@ -1,0 +1,81 @@
+pragma ComponentBehavior: Bound
+import QtQuick
+import TARNE.Styling
+
+// The schedule's call to action: a symbol and a white text on an indigo gradient with a shadow.
+// Unavailable it is disabled and grey, without symbol and shadow; behind a sheet it keeps its look.
+PlainButton {
+    id: button
+
+    property string symbol
+    property real textSize: 15
+    property bool isAvailable: true
+
+    enabled: isAvailable
+    cornerRadius: 10
+
+    background: Item {
+        ShadowImage {
+            anchors.fill: parent
+            color: Colors.withOpacity(Colors.hex("4F46E5"), 0.25)
+            cornerRadius: button.cornerRadius
+            blurRadius: 8
+            offsetY: 4
+            opacity: button.isAvailable ? 1 : 0
+
+            Behavior on opacity {
+                EaseInOut { duration: 200 }
+            }
+        }
+        RoundedBox {
+            anchors.fill: parent
+            color: Colors.hex("D1D5DB")
+            radius: button.cornerRadius
+        }
+        RoundedBox {
+            anchors.fill: parent
+            color: Colors.hex("4F46E5")
+            bottomColor: Colors.hex("4338CA")
+            radius: button.cornerRadius
+            opacity: button.isAvailable ? 1 : 0
+
+            Behavior on opacity {
+                EaseInOut { duration: 200 }
+            }
+        }
+    }
+    contentItem: Item {
+        implicitWidth: content.implicitWidth
+        implicitHeight: content.implicitHeight
+        children: [content]
+    }
+
+    Row {
+        id: content
+
+        anchors.centerIn: parent
+        spacing: 8
+
+        SymbolIcon {
+            anchors.verticalCenter: parent.verticalCenter
+            visible: button.isAvailable
+            opacity: button.isAvailable ? 1 : 0
+            symbol: button.symbol
+            size: 14
+            weight: Font.DemiBold
+            color: Colors.white
+
+            Behavior on opacity {
+                EaseInOut { duration: 200 }
+            }
+        }
+        Text {
+            anchors.verticalCenter: parent.verticalCenter
+            text: button.text
+            font: Typography.system(button.textSize, Font.DemiBold)
+            color: Colors.white
+            textFormat: Text.PlainText
+            Accessible.ignored: true
+        }
+    }
+}

@@ -1,0 +1,127 @@
+pragma ComponentBehavior: Bound
+import QtQuick
+import TARNE.Styling
+
+// A goal of the schedule: its time, and a card with tick, text and trash button. That a reminder is
+// set is said of every goal.
+Item {
+    id: row
+
+    required property int index
+    required property string goal
+    required property string timeText
+    required property bool isCompleted
+
+    readonly property bool isFocused: tick.activeFocus || trash.activeFocus
+
+    signal toggled
+    signal deleted
+
+    implicitHeight: card.height + 2 * 6
+
+    Column {
+        id: time
+
+        x: 24
+        anchors.verticalCenter: parent.verticalCenter
+        width: 80
+        spacing: 2
+
+        PlainText {
+            width: parent.width
+            wrapMode: Text.Wrap
+            text: row.timeText
+            font: Typography.system(14, Font.Medium)
+            color: Colors.hex("1F2937")
+        }
+        PlainText {
+            text: "1h before"
+            font: Typography.system(12)
+            color: Colors.hex("6B7280")
+        }
+    }
+    Rectangle {
+        id: card
+
+        anchors.left: time.right
+        anchors.leftMargin: 16
+        anchors.right: parent.right
+        anchors.rightMargin: 24
+        anchors.verticalCenter: parent.verticalCenter
+        height: Math.max(texts.implicitHeight, 32) + 2 * 16
+        radius: 12
+        color: Colors.white
+        border.width: 1
+        border.color: Colors.hex("E5E7EB")
+
+        IconButton {
+            id: tick
+
+            x: 16
+            anchors.verticalCenter: parent.verticalCenter
+            symbol: row.isCompleted ? "checkmark.circle.fill" : "circle"
+            size: 20
+            color: Colors.hex(row.isCompleted ? "059669" : "D1D5DB")
+            accessibleLabel: (row.isCompleted ? "Mark as open: " : "Mark as done: ") + row.goal
+            onClicked: row.toggled()
+        }
+        Column {
+            id: texts
+
+            anchors.left: tick.right
+            anchors.leftMargin: 12
+            anchors.right: trash.left
+            anchors.rightMargin: 12
+            anchors.verticalCenter: parent.verticalCenter
+            spacing: 4
+
+            PlainText {
+                width: parent.width
+                text: row.goal
+                wrapMode: Text.Wrap
+                font.family: Typography.system(16).family
+                font.pixelSize: 16
+                font.strikeout: row.isCompleted
+                color: Colors.hex(row.isCompleted ? "6B7280" : "1F2937")
+            }
+            Row {
+                spacing: 8
+
+                SymbolIcon {
+                    anchors.verticalCenter: parent.verticalCenter
+                    symbol: "bell.fill"
+                    size: 12
+                    color: Colors.hex("F59E0B")
+                }
+                PlainText {
+                    text: "Reminder set"
+                    font: Typography.system(12)
+                    color: Colors.hex("6B7280")
+                }
+            }
+        }
+        PlainButton {
+            id: trash
+
+            anchors.right: parent.right
+            anchors.rightMargin: 16
+            anchors.verticalCenter: parent.verticalCenter
+            width: 32
+            height: 32
+            text: "Delete " + row.goal
+            background: Rectangle {
+                radius: 6
+                color: Colors.hex("FEF2F2")
+            }
+            contentItem: Item {
+                SymbolIcon {
+                    anchors.centerIn: parent
+                    symbol: "trash"
+                    size: 14
+                    color: Colors.hex("DC2626")
+                }
+            }
+            onClicked: row.deleted()
+        }
+    }
+}
