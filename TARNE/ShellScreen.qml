@@ -39,13 +39,13 @@ Rectangle {
         ComponentSlot {
             anchors.fill: parent
             focus: isActive
-            isActive: shell.app.onboardingView !== null
+            isActive: !shell.app.showsTabs
             component: onboarding
         }
         ComponentSlot {
             anchors.fill: parent
             focus: isActive
-            isActive: shell.app.contentView !== null
+            isActive: shell.app.showsTabs
             component: content
         }
     }

@@ -17,14 +17,23 @@ void TARNEApp::updateGate() {
     const bool showsTabs = m_mainAppView->isOnboardingComplete();
     if (showsTabs ? m_contentView != nullptr : m_onboardingView != nullptr)
         return;
-    // What is bound to the former side lets go of it before it ends.
-    const auto formerTabs = std::move(m_contentView);
-    const auto formerOnboarding = std::move(m_onboardingView);
+    const std::shared_ptr<ContentView> formerTabs = std::move(m_contentView);
+    const std::shared_ptr<OnboardingView> formerOnboarding = std::move(m_onboardingView);
     if (showsTabs)
         makeTabs();
     else
         makeOnboarding();
     Q_EMIT gateChanged();
+    // What is drawn of the former side is deleted by the event loop, and needs it until then.
+    QMetaObject::invokeMethod(
+        this,
+        [this, formerTabs, formerOnboarding] {
+            if (formerTabs)
+                Q_EMIT contentViewChanged();
+            if (formerOnboarding)
+                Q_EMIT onboardingViewChanged();
+        },
+        Qt::QueuedConnection);
 }
 
 void TARNEApp::makeOnboarding() {
@@ -33,12 +42,14 @@ void TARNEApp::makeOnboarding() {
     connect(
         m_onboardingView.get(), &OnboardingView::isOnboardingCompleteChanged, m_mainAppView.get(),
         [this] { m_mainAppView->setOnboardingComplete(true); }, Qt::QueuedConnection);
+    Q_EMIT onboardingViewChanged();
 }
 
 void TARNEApp::makeTabs() {
     m_contentView = m_factories.makeContentView();
     if (m_isWindowShown)
         m_contentView->appear();
+    Q_EMIT contentViewChanged();
 }
 
 void TARNEApp::windowShown() {

@@ -20,8 +20,11 @@ class TARNEApp : public QObject {
     QML_ELEMENT
     QML_UNCREATABLE("made by the application")
     Q_PROPERTY(tarne::MainAppView *mainAppView READ mainAppView CONSTANT)
-    Q_PROPERTY(tarne::OnboardingView *onboardingView READ onboardingView NOTIFY gateChanged)
-    Q_PROPERTY(tarne::ContentView *contentView READ contentView NOTIFY gateChanged)
+    Q_PROPERTY(
+        tarne::OnboardingView *onboardingView READ onboardingView NOTIFY onboardingViewChanged)
+    Q_PROPERTY(tarne::ContentView *contentView READ contentView NOTIFY contentViewChanged)
+    /// Whether the tabs are to be shown, and not onboarding.
+    Q_PROPERTY(bool showsTabs READ showsTabs NOTIFY gateChanged)
 
 public:
     /// What is made when it is first needed.
@@ -35,6 +38,7 @@ public:
     ~TARNEApp() override;
 
     [[nodiscard]] MainAppView *mainAppView() const { return m_mainAppView.get(); }
+    [[nodiscard]] bool showsTabs() const { return m_contentView != nullptr; }
     /// None once onboarding is done.
     [[nodiscard]] OnboardingView *onboardingView() const { return m_onboardingView.get(); }
     /// None while onboarding is to be shown.
@@ -52,6 +56,9 @@ public:
 
 Q_SIGNALS:
     void gateChanged();
+    /// What is drawn of a side that ended is told last, when it is not there any more.
+    void onboardingViewChanged();
+    void contentViewChanged();
     void quitRequested();
 
 private:

@@ -163,5 +163,29 @@ TEST_F(ShellScreen, ASheetCoversTheTabsAndTheTitleStrip) {
     EXPECT_FALSE(ui().has(u"History"_s));
 }
 
+/// The window of a user who has not finished onboarding.
+class ShellOfANewUser : public ShellScreen {
+private:
+    void SetUp() override {}
+};
+
+TEST_F(ShellOfANewUser, LeadsFromOnboardingToTheTabsAndBackWithoutAWarning) {
+    ASSERT_TRUE(ui().click(u"Next"_s));
+    ASSERT_TRUE(ui().waitUntil([&] { return ui().has(u"Complete Setup"_s); }));
+    ASSERT_TRUE(ui().click(u"Enter your Gemini API key"_s));
+    ui().type(u"key"_s);
+    ASSERT_TRUE(ui().click(u"Start Focusing"_s));
+    ASSERT_TRUE(ui().waitUntil([&] { return ui().has(u"Start Using TARNE"_s); }));
+    EXPECT_FALSE(app().showsTabs());
+    ui().key(Qt::Key_Return);
+    EXPECT_TRUE(ui().waitUntil([&] { return ui().has(u"Session Setup"_s); }));
+    EXPECT_FALSE(ui().has(u"Complete Setup"_s));
+    app().windowClosed();
+    defaults.removeObjectForKey(keys::userPreferences);
+    app().windowShown();
+    EXPECT_TRUE(ui().waitUntil([&] { return ui().has(u"Next"_s); }));
+    EXPECT_FALSE(ui().has(u"Session Setup"_s));
+}
+
 } // namespace
 } // namespace tarne

@@ -79,6 +79,20 @@ class Desktop:
         return self.call("org.freedesktop.DBus", "/org/freedesktop/DBus", "org.freedesktop.DBus",
                          "NameHasOwner", GLib.Variant("(s)", (name,)))[0]
 
+    def start_key_store(self):
+        """Starts gnome-keyring with an open keyring that has nothing in it."""
+        keyring = self._start("gnome-keyring-daemon", "--foreground", "--unlock",
+                              "--components=secrets", stdin=subprocess.PIPE,
+                              HOME=str(self.folder / "keyring"), **self.environment)
+        keyring.stdin.write(b"password")
+        keyring.stdin.close()
+        eventually(lambda: self.owns("org.freedesktop.secrets"), "the key store is on the bus")
+
+    def ask(self, *command):
+        """What another program of the desktop prints."""
+        return subprocess.run(command, env=dict(os.environ, **self.environment), check=True,
+                              timeout=30, capture_output=True, text=True).stdout
+
     def screenshot(self, path):
         subprocess.run(["import", "-display", DISPLAY, "-window", "root", str(path)],
                        check=True, timeout=30, stdout=self._log, stderr=self._log)
@@ -88,8 +102,8 @@ class Desktop:
                               capture_output=True, env=dict(os.environ, DISPLAY=DISPLAY))
         return done.stdout.strip() if done.returncode == 0 else ""
 
-    def _start(self, *command, **environment):
-        process = subprocess.Popen(command, stdin=subprocess.DEVNULL, stdout=self._log,
+    def _start(self, *command, stdin=subprocess.DEVNULL, **environment):
+        process = subprocess.Popen(command, stdin=stdin, stdout=self._log,
                                    stderr=self._log, env=dict(os.environ, **environment))
         self._processes.append(process)
         return process

@@ -67,9 +67,9 @@ class TarneTestCase(unittest.TestCase):
             del environment["DBUS_SYSTEM_BUS_ADDRESS"]
         return environment
 
-    def start(self, **how):
+    def start(self, executable=PROGRAM, **how):
         """Starts the program and does not wait for anything; `how` is as Program takes it."""
-        program = Program(PROGRAM, self.folder, self.environment(), **how)
+        program = Program(executable, self.folder, self.environment(), **how)
         self.programs.append(program)
         return program
 
@@ -81,7 +81,7 @@ class TarneTestCase(unittest.TestCase):
         self.assertTrue(self.program.is_running, self._state("ended at its start"))
         self.focus_window()
         if self.has_session_bus:
-            self.node("Start Session", "Pause", "Resume", within=LAUNCH_PATIENCE)
+            self.node("Start Session", "Pause", "Resume", "Next", within=LAUNCH_PATIENCE)
 
     def window_id(self):
         return self.desktop.xdotool("search", "--onlyvisible", "--name", "TARNE").split("\n")[0]
@@ -136,6 +136,19 @@ class TarneTestCase(unittest.TestCase):
         self.desktop.xdotool("type", "--delay", "5", text)
         self.eventually(lambda: field.text == text,
                         lambda: f"{name} holds {text!r}, not {field.text!r}")
+
+    def tab_to(self, name, role="push button"):
+        """Moves the keyboard focus by Tab until the control has it."""
+        for _ in range(40):
+            if self.node(name, role=role).has("focused"):
+                return
+            self.desktop.xdotool("key", "Tab")
+        self.fail(self._state(f"Tab does not lead to {name}")())
+
+    def activate(self, name):
+        """Presses a control by the keyboard alone."""
+        self.tab_to(name)
+        self.desktop.xdotool("key", "space")
 
     # -- a session --------------------------------------------------------------------------
 

@@ -48,15 +48,19 @@ class Program:
 
     started = 0
 
-    def __init__(self, executable, folder, environment, binds=(), is_heard=True):
+    def __init__(self, executable, folder, environment, binds=(), is_heard=True,
+                 has_own_network=False):
         """`binds` are pairs of a file and the path under which the program sees it. A program that
-        is not heard has a standard output that nobody reads any more."""
+        is not heard has a standard output that nobody reads any more. With a network of its own it
+        finds every port free, also those that an earlier run has just left."""
         Program.started += 1
         folder = pathlib.Path(folder)
         self._output = folder / f"output-{Program.started}.log"
         self._errors = folder / f"errors-{Program.started}.log"
         command = ["bwrap", "--dev-bind", "/", "/", "--unshare-pid", "--proc", "/proc",
                    "--die-with-parent", "--clearenv"]
+        if has_own_network:
+            command.append("--unshare-net")
         for name, value in environment.items():
             command += ["--setenv", name, value]
         for source, destination in binds:

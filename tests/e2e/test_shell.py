@@ -87,19 +87,6 @@ class WithoutASessionBus(TarneTestCase):
 
 
 class TheKeyboardAlone(TarneTestCase):
-    def tab_to(self, name, role="push button"):
-        """Moves the keyboard focus by Tab until the control has it."""
-        for _ in range(40):
-            node = self.node(name, role=role)
-            if node.has("focused"):
-                return
-            self.desktop.xdotool("key", "Tab")
-        self.fail(self._state(f"Tab does not lead to {name}")())
-
-    def activate(self, name):
-        self.tab_to(name)
-        self.desktop.xdotool("key", "space")
-
     def test_plans_starts_and_pauses_a_session(self):
         self.launch()
         self.activate("Start Session")
