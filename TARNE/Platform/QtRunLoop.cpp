@@ -8,8 +8,13 @@ namespace tarne {
 using namespace std::chrono;
 
 namespace {
+
 const auto wakeUpEvent = static_cast<QEvent::Type>(QEvent::registerEventType());
-}
+
+/// A timer of Qt holds no more than 24 days; waking up for nothing once a day costs nothing.
+constexpr auto longestWait = 24h;
+
+} // namespace
 
 QtRunLoop::QtRunLoop() {
     m_wakeUp.setSingleShot(true);
@@ -24,7 +29,8 @@ void QtRunLoop::async(Block block) {
 }
 
 void QtRunLoop::asyncAfter(Seconds delay, Block block) {
-    enqueue(steady_clock::now() + duration_cast<steady_clock::duration>(delay), std::move(block));
+    enqueue(steady_clock::now() + duration_cast<steady_clock::duration>(bounded(delay)),
+            std::move(block));
 }
 
 void QtRunLoop::enqueue(MonotonicTime due, Block block) {
@@ -68,7 +74,7 @@ void QtRunLoop::armWakeUp() {
     if (m_entries.empty())
         return;
     const auto wait = ceil<milliseconds>(m_entries.top().due - steady_clock::now());
-    m_wakeUp.start(std::max(wait, 0ms));
+    m_wakeUp.start(std::clamp<milliseconds>(wait, 0ms, longestWait));
 }
 
 RunLoop::Timer QtRunLoop::scheduleRepeating(Seconds interval, Block block) {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <algorithm>
 #include <chrono>
 #include <functional>
 
@@ -26,7 +27,8 @@ public:
     virtual void async(Block block) = 0;
 
     /// Runs `block` once, not before `delay` has passed. A block that fell due earlier runs before
-    /// one that was posted later. Callable from any thread.
+    /// one that was posted later. A delay that is negative or no number counts as none, one of
+    /// centuries as a century. Callable from any thread.
     virtual void asyncAfter(Seconds delay, Block block) = 0;
 
     /// Runs `block` every `interval`, first after one interval, until `invalidate`. Firings missed
@@ -36,6 +38,13 @@ public:
     /// Ends a repeating timer, also from inside its own block. An ended or unknown timer is
     /// ignored. Main thread only.
     virtual void invalidate(Timer timer) = 0;
+
+protected:
+    /// A delay that every clock can reckon with; see `asyncAfter`.
+    [[nodiscard]] static constexpr Seconds bounded(Seconds delay) {
+        constexpr Seconds century = std::chrono::years(100);
+        return delay > Seconds(0) ? std::min(delay, century) : Seconds(0);
+    }
 };
 
 } // namespace tarne

@@ -6,6 +6,7 @@
 
 #include <gtest/gtest.h>
 
+#include <limits>
 #include <thread>
 
 using namespace std::chrono_literals;
@@ -93,6 +94,33 @@ TEST(QtRunLoop, InvalidatingAnUnknownTimerDoesNothing) {
     QtRunLoop loop;
     loop.invalidate(RunLoop::Timer::None);
     loop.invalidate(RunLoop::Timer{42});
+}
+
+TEST(QtRunLoop, ADelayOfAnyLengthHoldsNothingUp) {
+    using Seconds = RunLoop::Seconds;
+    // Beyond what a timer of Qt holds, what the clock's own ticks hold, and every number.
+    for (const double delay : {3e6, 1e10, 1e300, std::numeric_limits<double>::infinity()}) {
+        QtRunLoop loop;
+        QString order;
+        loop.asyncAfter(Seconds(delay), [&] { order += QLatin1Char('l'); });
+        loop.asyncAfter(1ms, [&] { order += QLatin1Char('s'); });
+        serveUntil([&] { return !order.isEmpty(); });
+        // Once more, with nothing but the long delay to wait for.
+        loop.async([&] { order += QLatin1Char('p'); });
+        serveUntil([&] { return order.size() == 2; });
+        EXPECT_EQ(order, QStringLiteral("sp")) << delay;
+    }
+}
+
+TEST(QtRunLoop, ADelayThatIsNegativeOrNoNumberCountsAsNone) {
+    QtRunLoop loop;
+    QString order;
+    loop.async([&] { order += QLatin1Char('a'); });
+    loop.asyncAfter(RunLoop::Seconds(std::numeric_limits<double>::quiet_NaN()),
+                    [&] { order += QLatin1Char('b'); });
+    loop.asyncAfter(-1h, [&] { order += QLatin1Char('c'); });
+    serveUntil([&] { return order.size() == 3; });
+    EXPECT_EQ(order, QStringLiteral("abc"));
 }
 
 } // namespace

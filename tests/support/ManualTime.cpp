@@ -10,7 +10,7 @@ void ManualTime::async(Block block) {
 }
 
 void ManualTime::asyncAfter(Seconds delay, Block block) {
-    m_blocks.emplace(Order{m_uptime + delay.count(), m_nextSequence++}, std::move(block));
+    m_blocks.emplace(Order{m_uptime + bounded(delay).count(), m_nextSequence++}, std::move(block));
 }
 
 RunLoop::Timer ManualTime::scheduleRepeating(Seconds interval, Block block) {
