@@ -16,7 +16,7 @@ struct json::JsonForm<SessionHistoryEntry> {
         member("suggestions", &SessionHistoryEntry::suggestions),
         member("motivation", &SessionHistoryEntry::motivation),
         member("reflection", &SessionHistoryEntry::reflection)};
-    static SessionHistoryEntry blank() { return {.id = QUuid()}; }
+    static SessionHistoryEntry blank() { return {.id = QUuid(), .sessionDate = {}}; }
 };
 
 namespace {

@@ -15,10 +15,11 @@
 namespace tarne {
 
 /// One finished session as it stays in the history. Identity is `id`. A text that is not there yet
-/// is empty.
+/// is empty. Only an entry's moment has no default: an initialiser that forgets it does not
+/// compile.
 struct SessionHistoryEntry {
     QUuid id = randomUuid();             ///< Stable for the life of the entry; an update keeps it.
-    Date sessionDate = {};               ///< When the session ended, or was first saved.
+    Date sessionDate;                    ///< When the session ended, or was first saved.
     std::vector<SessionGoal> goals = {}; ///< With their verdicts at the last save.
     double duration = 0.0;               ///< Seconds.
     QString overallAssessment = {};

@@ -98,8 +98,10 @@ TEST(HistoryEntryCard, AnEntryWithoutGoalsHasNoSummaryButADuration) {
 }
 
 TEST(HistoryEntryCard, OnlyFeedbackWithATextHasARow) {
-    SessionHistoryEntry entry{
-        .patternsObserved = u"p"_s, .motivation = u"<b>m</b>"_s, .reflection = u"r"_s};
+    SessionHistoryEntry entry{.sessionDate = {},
+                              .patternsObserved = u"p"_s,
+                              .motivation = u"<b>m</b>"_s,
+                              .reflection = u"r"_s};
     const HistoryEntryCard card(entry, calendar());
     ASSERT_EQ(card.feedback.size(), 2);
     const auto first = card.feedback[0].value<HistoryFeedbackRow>();
@@ -115,7 +117,8 @@ TEST(HistoryEntryCard, OnlyFeedbackWithATextHasARow) {
 }
 
 TEST(HistoryEntryCard, AllFeedbackStandsInItsOrder) {
-    SessionHistoryEntry entry{.overallAssessment = u"o"_s,
+    SessionHistoryEntry entry{.sessionDate = {},
+                              .overallAssessment = u"o"_s,
                               .patternsObserved = u"p"_s,
                               .suggestions = u"s"_s,
                               .motivation = u"m"_s};
