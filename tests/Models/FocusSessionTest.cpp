@@ -39,6 +39,8 @@ TEST(FocusSession, ASessionBuiltWithoutArgumentsHasTheDefaults) {
     EXPECT_EQ(session.goal, QString());
     EXPECT_TRUE(session.goals.empty());
     EXPECT_EQ(session.duration, 1500.0);
+    // A record knows no clock: whoever creates it gives the moment.
+    EXPECT_EQ(session.startTime, Date());
     EXPECT_FALSE(session.endTime.has_value());
     EXPECT_FALSE(session.reflection.has_value());
     EXPECT_TRUE(session.blockedApps.isEmpty());

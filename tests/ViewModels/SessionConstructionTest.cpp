@@ -1,6 +1,6 @@
 #include "SessionFixture.h"
 
-#include <QSet>
+#include <QHash>
 
 #include <limits>
 
@@ -38,9 +38,33 @@ TEST_F(SessionConstruction, LogsItsFirstPublicationBeforeItsInitialization) {
     EXPECT_THAT(log.lines(), ElementsAre(clearedLine, initializedLine));
 }
 
-TEST_F(SessionConstruction, AsksForPermissionOnceAndIgnoresTheAnswer) {
+TEST_F(SessionConstruction, AsksForPermissionOnceAndIgnoresARefusal) {
+    userNotifications.refuses = true;
     controller();
     EXPECT_EQ(userNotifications.authorizationRequests, 1);
+    EXPECT_THAT(log.takeLines(), ElementsAre(clearedLine, initializedLine));
+    start(u"Review"_s, 300);
+    EXPECT_EQ(userNotifications.pending.size(), 1u) << "it is added all the same";
+}
+
+TEST_F(SessionConstruction, LogsAPermissionErrorThatComesAfterItsEnd) {
+    userNotifications.answersLate = true;
+    controller();
+    crash();
+    log.takeLines();
+    ASSERT_EQ(userNotifications.lateAuthorizations.size(), 1u);
+    userNotifications.lateAuthorizations[0](false, u"too late"_s);
+    EXPECT_THAT(log.takeLines(), ElementsAre(u"Notification permission error: too late"_s));
+}
+
+TEST_F(SessionConstruction, AsksForPermissionBeforeItRestores) {
+    userNotifications.error = u"no session bus"_s;
+    storeCountdown(400, 300, u"Review"_s);
+    controller();
+    EXPECT_THAT(log.lines(), ElementsAre(u"Notification permission error: no session bus"_s,
+                                         u"📱 Added new session to history: Review"_s,
+                                         u"📱 Restored completed session saved to history: Review"_s,
+                                         clearedLine, initializedLine));
 }
 
 TEST_F(SessionConstruction, LogsAPermissionErrorBeforeItsFirstPublication) {
@@ -61,20 +85,34 @@ TEST_F(SessionConstruction, RestoresBeforeItPublishes) {
 TEST_F(SessionConstruction, IgnoresSleepAndResignation) {
     start(u"Review"_s, 300);
     defaults.takeWrites();
+    const auto blocks = time.pendingBlockCount();
+    time.sleep(Seconds(100)); // There would be something to take from the wall clock.
     center.post(notifications::willSleep);
     center.post(notifications::willResignActive);
+    EXPECT_EQ(time.pendingBlockCount(), blocks);
     time.runPending();
     EXPECT_THAT(defaults.takeWrites(), ElementsAre());
+    EXPECT_EQ(controller().timeRemaining(), 300.0);
     EXPECT_TRUE(controller().isTimerActive());
 }
 
 TEST_F(SessionConstruction, HearsNothingAfterItsDestruction) {
     start(u"Review"_s, 300);
+    const auto timers = time.timerCount();
     crash();
+    EXPECT_EQ(time.timerCount(), timers) << "it does not stop them";
     center.post(notifications::didWake);
     defaults.takeWrites();
     pass(5);
     EXPECT_THAT(defaults.takeWrites(), ElementsAre()) << "its timers fire for nobody";
+}
+
+TEST_F(SessionConstruction, ListensToTheFourEventsOfTheSystemByTheirNames) {
+    EXPECT_EQ(notifications::willSleep, "NSWorkspaceWillSleepNotification"_L1);
+    EXPECT_EQ(notifications::didWake, "NSWorkspaceDidWakeNotification"_L1);
+    EXPECT_EQ(notifications::willResignActive, "NSApplicationWillResignActiveNotification"_L1);
+    EXPECT_EQ(notifications::didBecomeActive, "NSApplicationDidBecomeActiveNotification"_L1);
+    EXPECT_EQ(notifications::sessionHistoryUpdated, "sessionHistoryUpdated"_L1);
 }
 
 class SessionPreferences : public test::SessionTest {};
@@ -104,6 +142,17 @@ TEST_F(SessionPreferences, AreNotRoundedIntoRange) {
     EXPECT_FALSE(controller().updateSessionDuration(10800.001));
     EXPECT_TRUE(controller().updateSessionDuration(333.25));
     EXPECT_EQ(controller().userPreferences().defaultDuration, 333.25);
+}
+
+TEST_F(SessionPreferences, AreNotTouchedByALengthThatIsRefused) {
+    controller();
+    defaults.takeWrites();
+    int changes = 0;
+    QObject::connect(&controller(), &SessionViewModel::userPreferencesChanged, [&] { ++changes; });
+    EXPECT_FALSE(controller().updateSessionDuration(299));
+    EXPECT_FALSE(controller().updateSessionDuration(10801));
+    EXPECT_THAT(defaults.takeWrites(), ElementsAre());
+    EXPECT_EQ(changes, 0);
 }
 
 TEST_F(SessionPreferences, RefuseALengthThatIsNoNumber) {
@@ -140,15 +189,21 @@ TEST_F(SessionPreferences, TellTheirObserversOfEachChange) {
     EXPECT_EQ(changes, 2);
 }
 
-TEST(SessionPlaceholder, IsOneOfFiveAndEachComes) {
-    QSet<QString> seen;
-    for (int i = 0; i < 2000; ++i)
-        seen += SessionViewModel::getRandomPlaceholder();
-    EXPECT_EQ(seen, (QSet<QString>{u"Write your goal here..."_s,
-                                   u"What's your main objective for this session?"_s,
-                                   u"What would make this session successful?"_s,
-                                   u"What's the one thing you want to accomplish?"_s,
-                                   u"Set a clear intention for your work..."_s}));
+TEST(SessionPlaceholder, IsOneOfFiveAndEachComesEquallyOften) {
+    QHash<QString, int> seen;
+    for (int i = 0; i < 10'000; ++i)
+        ++seen[SessionViewModel::getRandomPlaceholder()];
+    const QStringList all{u"Write your goal here..."_s,
+                          u"What's your main objective for this session?"_s,
+                          u"What would make this session successful?"_s,
+                          u"What's the one thing you want to accomplish?"_s,
+                          u"Set a clear intention for your work..."_s};
+    EXPECT_EQ(seen.size(), all.size());
+    for (const QString &text : all) {
+        // 2,000 and seven and a half standard deviations.
+        EXPECT_GT(seen.value(text), 1700) << text.toStdString();
+        EXPECT_LT(seen.value(text), 2300) << text.toStdString();
+    }
 }
 
 } // namespace

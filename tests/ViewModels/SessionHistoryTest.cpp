@@ -74,6 +74,51 @@ TEST_F(SessionHistory, MergesTheSameGoalsUpTo299SecondsApart) {
     EXPECT_EQ(log.lines().last(), u"📱 Updated existing session in history: Review"_s);
 }
 
+TEST_F(SessionHistory, AMergeReplacesEachTextThatIsNotEmptyAndKeepsTheOthers) {
+    const auto textsOf = [](const SessionHistoryEntry &entry) {
+        return QStringList{entry.overallAssessment, entry.patternsObserved, entry.suggestions,
+                           entry.motivation, entry.reflection};
+    };
+    const FocusSession session = ended(u"Review"_s, 0);
+    controller().saveSessionToHistory(session, u"o"_s, u"p"_s, u"s"_s, u"m"_s, u"r"_s);
+    controller().saveSessionToHistory(session, u"O"_s, u"P"_s, u"S"_s, u"M"_s, u"R"_s);
+    const QStringList replaced{u"O"_s, u"P"_s, u"S"_s, u"M"_s, u"R"_s};
+    EXPECT_EQ(textsOf(history()[0]), replaced);
+    controller().saveSessionToHistory(session);
+    ASSERT_EQ(history().size(), 1u);
+    EXPECT_EQ(textsOf(history()[0]), replaced);
+}
+
+TEST_F(SessionHistory, KeepsTheOrderInWhichItsEntriesWereFirstSaved) {
+    controller().saveSessionToHistory(ended(u"first"_s, 1000));
+    controller().saveSessionToHistory(ended(u"second"_s, 0));
+    controller().saveSessionToHistory(ended(u"third"_s, 500));
+    controller().saveSessionToHistory(ended(u"second"_s, 10));
+    QStringList order;
+    for (const SessionHistoryEntry &entry : history())
+        order += entry.goals[0].text;
+    EXPECT_EQ(order, (QStringList{u"first"_s, u"second"_s, u"third"_s}));
+}
+
+TEST_F(SessionHistory, ForgetsNoEntryHoweverManyThereAre) {
+    std::vector<SessionHistoryEntry> many;
+    for (int i = 0; i < 1000; ++i)
+        many.push_back({.sessionDate = beginning - 86400.0 * i, .goals = {}, .duration = 60.0});
+    controller().saveSessionHistory(many);
+    controller().saveSessionToHistory(ended(u"Review"_s, 0));
+    EXPECT_EQ(history().size(), 1001u);
+}
+
+TEST_F(SessionHistory, AnEntryOf50MegabytesIsReadMergedAndWritten) {
+    const QString text = u"0123456789"_s.repeated(5'000'000);
+    controller().saveSessionToHistory(ended(u"Review"_s, 0), text, u"p"_s);
+    ASSERT_GT(defaults.dataForKey(keys::sessionHistory)->size(), 50'000'000);
+    controller().saveSessionToHistory(ended(u"Review"_s, 10), {}, u"P"_s);
+    ASSERT_EQ(history().size(), 1u);
+    EXPECT_TRUE(history()[0].overallAssessment == text);
+    EXPECT_EQ(history()[0].patternsObserved, u"P"_s);
+}
+
 TEST_F(SessionHistory, Keeps300SecondsApartAsTwoEntries) {
     controller().saveSessionToHistory(ended(u"Review"_s, 0));
     controller().saveSessionToHistory(ended(u"Review"_s, 300));
@@ -180,6 +225,17 @@ TEST_F(SessionHistory, ReplacesOneReflectionAlsoByAnEmptyOneAndPostsNothing) {
     controller().updateHistoryReflection(history()[0].id, QString());
     EXPECT_EQ(history()[0].reflection, QString());
     EXPECT_EQ(posts, 0);
+}
+
+TEST_F(SessionHistory, ReplacingAReflectionChangesNothingElse) {
+    FocusSession session = ended(u"a, b"_s, 0);
+    session.goals[1].status = GoalStatus::notCompleted;
+    controller().saveSessionToHistory(session, u"o"_s, u"p"_s, u"s"_s, u"m"_s, u"old"_s);
+    controller().saveSessionToHistory(ended(u"c"_s, 0), u"o"_s, u"p"_s, u"s"_s, u"m"_s, u"r"_s);
+    auto expected = history();
+    controller().updateHistoryReflection(expected[0].id, u"new"_s);
+    expected[0].reflection = u"new"_s;
+    EXPECT_EQ(defaults.dataForKey(keys::sessionHistory), encodeHistory(expected));
 }
 
 TEST_F(SessionHistory, ReplacingTheReflectionOfAnUnknownEntryWritesNothing) {

@@ -96,12 +96,31 @@ TEST_F(SessionLifecycle, EndingLogsEachStepInItsOrder) {
     EXPECT_EQ(history()[0].reflection, u"went well"_s);
 }
 
-TEST_F(SessionLifecycle, EndingUncompletedLeavesTheHistoryUntouched) {
+TEST_F(SessionLifecycle, EndingUncompletedLeavesTheHistoryUntouchedAndDoesAllElse) {
     start(u"Review"_s, 300);
     defaults.takeWrites();
-    controller().endSession(std::nullopt, false);
+    log.takeLines();
+    controller().endSession(u"gave up"_s, false);
     EXPECT_FALSE(controller().currentSession());
+    EXPECT_FALSE(controller().isTimerActive());
     EXPECT_THAT(defaults.takeWrites(), Not(Contains(QString(keys::sessionHistory))));
+    EXPECT_FALSE(defaults.objectForKey(keys::timerStartTime));
+    EXPECT_TRUE(userNotifications.pending.empty());
+    EXPECT_THAT(log.takeLines(),
+                ElementsAre(u"📱 Ending session: Review"_s,
+                            u"📱 Session data cleared: Active=0, Goals='', TimeRemaining=0"_s,
+                            u"📱 Session ended, server remains running for future sessions"_s));
+}
+
+TEST_F(SessionLifecycle, NobodySeesTheEndedSessionAsTheCurrentOne) {
+    start(u"Review"_s, 300);
+    QStringList seen;
+    QObject::connect(&controller(), &SessionViewModel::currentSessionChanged, [&] {
+        const auto &session = controller().currentSession();
+        seen += !session ? u"none"_s : session->endTime ? u"ended"_s : u"running"_s;
+    });
+    controller().endSession(std::nullopt, true);
+    EXPECT_EQ(seen, QStringList{u"none"_s});
 }
 
 TEST_F(SessionLifecycle, EndingWithoutASessionDoesNothingAtAll) {

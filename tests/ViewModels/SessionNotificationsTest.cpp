@@ -7,7 +7,14 @@ namespace {
 
 using testing::ElementsAre;
 
-class SessionNotifications : public test::SessionTest {};
+class SessionNotifications : public test::SessionTest {
+protected:
+    /// As the schedule adds one.
+    void addReminder() {
+        userNotifications.add(
+            {.identifier = u"reminder"_s, .content = {}, .trigger = DateComponents{}}, {});
+    }
+};
 
 TEST_F(SessionNotifications, APauseLeavesTheScheduledNotificationPending) {
     start(u"Review"_s, 600);
@@ -28,8 +35,7 @@ TEST_F(SessionNotifications, TheScheduledNotificationTellsTheEndInCalendarCompon
 
 TEST_F(SessionNotifications, SchedulingRemovesEveryPendingRequestFirst) {
     controller();
-    userNotifications.add({.identifier = u"reminder"_s, .content = {}, .trigger = DateComponents{}},
-                          {});
+    addReminder();
     userNotifications.calls.clear();
     start(u"Review"_s, 300);
     EXPECT_EQ(userNotifications.pending.size(), 1u);
@@ -67,6 +73,43 @@ TEST_F(SessionNotifications, TheBackgroundActivityLastsAsLongAsTheCountdown) {
     pass(1);
     EXPECT_TRUE(activity.finished);
     EXPECT_FALSE(activity.invalidated);
+}
+
+TEST_F(SessionNotifications, AreSentWhateverThePreferencesSay) {
+    UserPreferences quiet;
+    quiet.notificationsEnabled = false;
+    quiet.soundEnabled = false;
+    controller().updatePreferences(quiet);
+    start(u"Review"_s, 300);
+    EXPECT_EQ(userNotifications.pending.size(), 1u);
+    pass(300);
+    ASSERT_EQ(userNotifications.added.size(), 2u);
+    EXPECT_EQ(userNotifications.added[0].content.title, u"Session Complete! 🎉"_s);
+    EXPECT_EQ(userNotifications.added[1].content.title, u"Session Complete"_s);
+}
+
+TEST_F(SessionNotifications, StoppingTheCountdownTakesEveryPendingRequestWithIt) {
+    start(u"Review"_s, 300);
+    addReminder();
+    controller().stopTimer();
+    EXPECT_TRUE(userNotifications.pending.empty());
+}
+
+TEST_F(SessionNotifications, EndingTheSessionTakesEveryPendingRequestWithIt) {
+    start(u"Review"_s, 300);
+    addReminder();
+    controller().endSession(std::nullopt, true);
+    EXPECT_TRUE(userNotifications.pending.empty());
+}
+
+TEST_F(SessionNotifications, ASecondStartReplacesTheRequestAndTheActivityOfTheFirst) {
+    start(u"First"_s, 300);
+    start(u"Second"_s, 600);
+    ASSERT_EQ(activities.activities.size(), 2u);
+    EXPECT_TRUE(activities.activities[0]->invalidated);
+    EXPECT_FALSE(activities.activities[1]->invalidated);
+    ASSERT_EQ(userNotifications.pending.size(), 1u);
+    EXPECT_EQ(userNotifications.pending[0].trigger, (DateComponents{2026, 3, 2, 12, 10, 0}));
 }
 
 } // namespace

@@ -1,5 +1,8 @@
 #include "SessionFixture.h"
 
+#include <cmath>
+#include <limits>
+
 using namespace Qt::StringLiterals;
 
 namespace tarne {
@@ -24,7 +27,23 @@ protected:
     }
 };
 
-TEST_F(SessionPersistence, WritesTheFourKeysInTheirOrderOnceASecondWhileCounting) {
+TEST_F(SessionPersistence, EachTickWritesTheFourKeysInTheirOrderAndForcesNothing) {
+    controller();
+    pass(0.5); // The publication falls between two ticks.
+    start(u"Review"_s, 300);
+    pass(0.9);
+    defaults.takeWrites();
+    pass(0.2);
+    EXPECT_EQ(defaults.takeWrites(), saving());
+    pass(0.6);
+    defaults.takeWrites();
+    pass(3.0);
+    QStringList written = defaults.takeWrites();
+    written.removeIf([](const QString &key) { return !saving().contains(key); });
+    EXPECT_EQ(written, saving() + saving() + saving()) << "once a second";
+}
+
+TEST_F(SessionPersistence, WritesTheFourKeysInTheirOrder) {
     start(u"Review"_s, 300);
     defaults.takeWrites();
     controller().saveTimerState();
@@ -216,6 +235,54 @@ TEST_F(SessionPersistence, ANegativeOrAbsurdLengthCountsAsRunOut) {
         EXPECT_FALSE(defaults.objectForKey(keys::timerStartTime));
         crash();
     }
+}
+
+TEST_F(SessionPersistence, AnInfiniteLengthCountsForEverAndBreaksNothing) {
+    storeCountdown(10, std::numeric_limits<double>::infinity(), u"Review"_s);
+    EXPECT_TRUE(controller().isTimerActive());
+    pass(5);
+    EXPECT_TRUE(std::isinf(controller().timeRemaining()));
+    EXPECT_TRUE(std::isnan(controller().progress())) << "as the arithmetic gives";
+    EXPECT_EQ(defaults.stringForKey(keys::sessionGoals), u"Review"_s);
+    EXPECT_FALSE(controller().isTimerComplete());
+    EXPECT_FALSE(controller().formattedDuration(controller().timeRemaining()).isEmpty());
+    controller().endSession(std::nullopt, true);
+    EXPECT_TRUE(history().empty()) << "a record that no document holds is not stored";
+    EXPECT_FALSE(defaults.objectForKey(keys::timerStartTime));
+}
+
+TEST_F(SessionPersistence, AStartThatIsNoNumberCountsAsRunOutAndLeavesNoEntry) {
+    controller().saveSessionHistory({{.sessionDate = time.now(), .goals = {}, .duration = 60.0}});
+    crash();
+    storeCountdown(std::numeric_limits<double>::quiet_NaN(), 300, u"Review"_s);
+    EXPECT_FALSE(controller().isTimerActive());
+    EXPECT_EQ(history().size(), 1u) << "the history that was there stays";
+    EXPECT_FALSE(defaults.objectForKey(keys::timerStartTime));
+}
+
+TEST_F(SessionPersistence, ALengthStoredAsTextIsRead) {
+    storeCountdown(10, 0, u"Review"_s);
+    defaults.setObject(keys::timerOriginalDuration, u"300"_s);
+    EXPECT_DOUBLE_EQ(controller().timeRemaining(), 290.0);
+}
+
+TEST_F(SessionPersistence, ALengthOfAnotherKindCountsAsNone) {
+    for (const DefaultsValue &length :
+         {DefaultsValue(QByteArray("300")), DefaultsValue(u"five"_s), DefaultsValue(time.now())}) {
+        storeCountdown(10, 0, u"Review"_s);
+        defaults.setObject(keys::timerOriginalDuration, length);
+        EXPECT_FALSE(controller().isTimerActive());
+        EXPECT_EQ(controller().timeRemaining(), 0.0);
+        EXPECT_EQ(history().size(), 1u) << "merged into one";
+        crash();
+    }
+}
+
+TEST_F(SessionPersistence, AGoalThatIsNoTextReadsAsTheEmptyText) {
+    storeCountdown(10, 300, u"Review"_s);
+    defaults.setObject(keys::timerSessionGoal, QByteArray("Review"));
+    EXPECT_EQ(controller().currentSession()->goal, QString());
+    EXPECT_TRUE(controller().isTimerActive());
 }
 
 TEST_F(SessionPersistence, ARelaunchWhilePausedResumesCounting) {

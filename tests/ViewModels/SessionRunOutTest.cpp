@@ -8,6 +8,7 @@ using namespace Qt::StringLiterals;
 namespace tarne {
 namespace {
 
+using testing::Contains;
 using testing::ElementsAre;
 
 class SessionRunOut : public test::SessionTest {};
@@ -130,6 +131,47 @@ TEST_F(SessionRunOut, TheRunOutFlagSurvivesTheEndUntilTheNextStart) {
     EXPECT_TRUE(controller().isTimerComplete());
     start(u"Next"_s, 300);
     EXPECT_FALSE(controller().isTimerComplete());
+}
+
+TEST_F(SessionRunOut, KeepsTheRatedGoalsAndTheBlockLists) {
+    FocusSession session = controller().createSession(u"a, b"_s, 300);
+    session.blockedApps = {u"Mail"_s};
+    session.blockedWebsites = {u"news.example"_s};
+    controller().startSession(session);
+    controller().updateGoalStatuses({{session.goals[1].id, GoalStatus::partiallyCompleted}});
+    pass(300);
+    const FocusSession &finished = *controller().currentSession();
+    EXPECT_EQ(finished.blockedApps, QStringList{u"Mail"_s});
+    EXPECT_EQ(finished.blockedWebsites, QStringList{u"news.example"_s});
+    ASSERT_EQ(history().size(), 1u);
+    for (const auto &goals : {finished.goals, history()[0].goals}) {
+        ASSERT_EQ(goals.size(), 2u);
+        EXPECT_EQ(goals[0].id, session.goals[0].id);
+        EXPECT_EQ(goals[0].status, std::nullopt);
+        EXPECT_EQ(goals[1].id, session.goals[1].id);
+        EXPECT_EQ(goals[1].status, GoalStatus::partiallyCompleted);
+    }
+}
+
+TEST_F(SessionRunOut, KeepsTheStartOfTheCountdown) {
+    start(u"Review"_s, 300);
+    pass(300);
+    defaults.takeWrites();
+    controller().saveTimerState();
+    EXPECT_THAT(defaults.takeWrites(), Contains(QString(keys::timerStartTime)));
+}
+
+TEST_F(SessionRunOut, OfACountdownWithoutASessionSavesNothingAndCompletes) {
+    controller().startTimer(300);
+    log.takeLines();
+    pass(300);
+    EXPECT_TRUE(controller().isTimerComplete());
+    EXPECT_FALSE(controller().isTimerActive());
+    EXPECT_FALSE(controller().currentSession());
+    EXPECT_TRUE(history().empty());
+    EXPECT_EQ(haptics.count, 5) << "one at a minute, at 30 and at 10 seconds, two at the end";
+    EXPECT_EQ(userNotifications.added.back().content.title, u"Session Complete"_s);
+    EXPECT_EQ(log.takeLines().filter(u"history"_s), QStringList());
 }
 
 } // namespace

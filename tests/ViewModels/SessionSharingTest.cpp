@@ -11,6 +11,14 @@ using testing::ElementsAre;
 
 class SessionSharing : public test::SessionTest {
 protected:
+    /// QVariant compares numbers by their value, so their types are looked at beside it.
+    static QList<int> typesOf(const QVariantMap &state) {
+        QList<int> types;
+        for (const QVariant &value : state)
+            types += value.typeId();
+        return types;
+    }
+
     void expectEmptyKeys() {
         EXPECT_EQ(defaults.objectForKey(keys::sessionActive), DefaultsValue(qint64{0}));
         EXPECT_EQ(defaults.objectForKey(keys::sessionGoals), DefaultsValue(QString()));
@@ -89,6 +97,21 @@ TEST_F(SessionSharing, ARunOutSessionIsNotActive) {
     expectEmptyKeys();
 }
 
+TEST_F(SessionSharing, ACountdownWithoutASessionIsNotActive) {
+    controller().startTimer(300);
+    pass(1);
+    EXPECT_TRUE(controller().isTimerActive());
+    expectEmptyKeys();
+    EXPECT_EQ(controller().getCurrentSessionGoals()[u"active"_s], QVariant(false));
+}
+
+TEST_F(SessionSharing, AnIdleControllerThatIsResumedIsNotActive) {
+    controller().resumeTimer();
+    pass(1);
+    expectEmptyKeys();
+    EXPECT_EQ(controller().getCurrentSessionGoals()[u"active"_s], QVariant(false));
+}
+
 TEST_F(SessionSharing, TheEndEmptiesTheKeysAtOnce) {
     start(u"Review"_s, 300);
     pass(5.5);
@@ -100,27 +123,35 @@ TEST_F(SessionSharing, TheDictionaryHasFiveKeysAndIntegersWithoutASession) {
     const QVariantMap state = controller().getCurrentSessionGoals();
     EXPECT_EQ(state.keys(), (QStringList{u"active"_s, u"duration"_s, u"goals"_s, u"sessionId"_s,
                                          u"timeRemaining"_s}));
+    EXPECT_EQ(typesOf(state), (QList<int>{QMetaType::Bool, QMetaType::Int, QMetaType::QString,
+                                          QMetaType::QString, QMetaType::Int}));
     EXPECT_EQ(state[u"active"_s], QVariant(false));
     EXPECT_EQ(state[u"goals"_s], QVariant(QString()));
     EXPECT_EQ(state[u"sessionId"_s], QVariant(QString()));
-    EXPECT_EQ(state[u"timeRemaining"_s].typeId(), QMetaType::Int);
-    EXPECT_EQ(state[u"timeRemaining"_s].toInt(), 0);
-    EXPECT_EQ(state[u"duration"_s].typeId(), QMetaType::Int);
+    EXPECT_EQ(state[u"timeRemaining"_s], QVariant(0));
+    EXPECT_EQ(state[u"duration"_s], QVariant(0));
 }
 
 TEST_F(SessionSharing, TheDictionaryOfARunningSessionHasSevenKeysAndDoubles) {
+    const FocusSession session = controller().createSession(u"Write report, Review"_s, 300);
     const Date created = time.now();
-    start(u"Write report, Review"_s, 300);
+    pass(20);
+    controller().startSession(session);
     pass(100);
     const QVariantMap state = controller().getCurrentSessionGoals();
-    EXPECT_EQ(state.size(), 7);
+    EXPECT_EQ(state.keys(), (QStringList{u"active"_s, u"duration"_s, u"goals"_s, u"progress"_s,
+                                         u"sessionId"_s, u"startTime"_s, u"timeRemaining"_s}));
+    EXPECT_EQ(typesOf(state),
+              (QList<int>{QMetaType::Bool, QMetaType::Double, QMetaType::QString, QMetaType::Double,
+                          QMetaType::QString, QMetaType::Double, QMetaType::Double}));
     EXPECT_EQ(state[u"active"_s], QVariant(true));
     EXPECT_EQ(state[u"goals"_s], QVariant(u"Write report, Review"_s));
     EXPECT_EQ(state[u"sessionId"_s], QVariant(uuidString(controller().currentSession()->id)));
     EXPECT_EQ(state[u"timeRemaining"_s], QVariant(200.0));
     EXPECT_EQ(state[u"duration"_s], QVariant(300.0));
     EXPECT_DOUBLE_EQ(state[u"progress"_s].toDouble(), 200.0 / 300.0);
-    EXPECT_EQ(state[u"startTime"_s], QVariant(created.secondsSince1970()));
+    EXPECT_EQ(state[u"startTime"_s], QVariant(created.secondsSince1970()))
+        << "the session's, not the count-down's";
 }
 
 TEST_F(SessionSharing, TheDictionaryOfAPausedSessionIsInactive) {

@@ -1,5 +1,7 @@
 #include "SessionFixture.h"
 
+#include "UuidText.h"
+
 using namespace Qt::StringLiterals;
 
 namespace tarne {
@@ -36,6 +38,9 @@ TEST_F(TwoControllers, TheOtherGoesOnAfterTheUsersHasEndedAndSavesItsOwn) {
     EXPECT_FALSE(defaults.objectForKey(keys::timerStartTime));
     pass(1);
     EXPECT_TRUE(defaults.dateForKey(keys::timerStartTime)) << "the keys are back within a second";
+    pass(0.7);
+    EXPECT_EQ(defaults.integerForKey(keys::sessionActive), 1) << "and it goes on publishing";
+    EXPECT_EQ(defaults.stringForKey(keys::sessionId), uuidString(first->currentSession()->id));
     EXPECT_EQ(first->loadSessionHistory().size(), 1u);
     pass(600);
     EXPECT_TRUE(first->isTimerComplete());

@@ -11,15 +11,18 @@
 
 namespace tarne::test {
 
-/// Keeps notification requests; answers at once, late or never, with or without an error.
+/// Keeps notification requests; answers at once, late or never, with or without an error, and
+/// grants or refuses.
 class RecordingUserNotifications final : public UserNotificationCenter {
 public:
     using AuthorizationDone = std::function<void(bool, std::optional<QString>)>;
 
     void requestAuthorization(AuthorizationDone done) override {
         ++authorizationRequests;
-        if (!answersNever)
-            done(!error, error);
+        if (answersLate)
+            lateAuthorizations.push_back(std::move(done));
+        else if (!answersNever)
+            done(!refuses && !error, error);
     }
     void add(const NotificationRequest &request, Completion done) override {
         added.push_back(request);
@@ -40,13 +43,15 @@ public:
         calls += QStringLiteral("removeAll");
     }
 
-    std::vector<NotificationRequest> added;   ///< Every request ever added.
-    std::vector<NotificationRequest> pending; ///< Those with a moment that nobody removed.
-    std::vector<Completion> lateCompletions;  ///< For the test to call.
-    QStringList calls;                        ///< "add ID", "remove ID,ID", "removeAll".
+    std::vector<NotificationRequest> added;            ///< Every request ever added.
+    std::vector<NotificationRequest> pending;          ///< Those with a moment that nobody removed.
+    std::vector<Completion> lateCompletions;           ///< For the test to call.
+    std::vector<AuthorizationDone> lateAuthorizations; ///< Likewise.
+    QStringList calls;                                 ///< "add ID", "remove ID,ID", "removeAll".
     int authorizationRequests = 0;
 
     std::optional<QString> error; ///< The error that every answer carries.
+    bool refuses = false;         ///< The user said no, which is no error.
     bool answersLate = false;
     bool answersNever = false;
 };
