@@ -13,6 +13,10 @@ import unittest
 
 SOURCES = pathlib.Path(__file__).resolve().parents[2]
 
+# A disk of its own that is soon full.
+SMALL_DISK = pathlib.Path("/tmp/small-disk")
+SMALL_DISK_BYTES = 2 * 1024 * 1024
+
 
 def enter(script, program):
     """Runs the script again, with the same arguments, inside a box; returns inside it only.
@@ -22,7 +26,8 @@ def enter(script, program):
     if os.environ.pop("TARNE_TEST_BOX", None) == "entered":
         return
     box = ["bwrap", "--dev-bind", "/", "/", "--unshare-pid", "--proc", "/proc", "--unshare-net",
-           "--tmpfs", "/dev/shm", "--tmpfs", "/tmp", "--die-with-parent"]
+           "--tmpfs", "/dev/shm", "--tmpfs", "/tmp", "--die-with-parent",
+           "--size", str(SMALL_DISK_BYTES), "--tmpfs", str(SMALL_DISK)]
     for folder in {SOURCES, pathlib.Path(program).resolve().parents[1]}:
         if folder.is_relative_to("/tmp"):
             box += ["--bind", str(folder), str(folder)]

@@ -13,6 +13,8 @@ from accessibility import AccessibilityBus
 from waiting import eventually
 
 DISPLAY = ":1"
+MOCK = (sys.executable, "-m", "dbusmock")
+NOTIFICATIONS = "org.freedesktop.Notifications"
 
 # No service folder: nothing is started on demand, so no stray window lies over a control.
 BUS_CONFIGURATION = """<!DOCTYPE busconfig PUBLIC "-//freedesktop//DTD D-Bus Bus Configuration 1.0//EN"
@@ -68,6 +70,24 @@ class Desktop:
                 texts = [text for text in call.split('"')[1::2]]
                 shown.append((texts[2], texts[3]))
         return shown
+
+    def start_notifications(self):
+        self._notifications = self._start(*MOCK, "--session", "--template", "notification_daemon",
+                                          "--logfile", str(self.notification_log),
+                                          **self.environment)
+        eventually(lambda: self.owns(NOTIFICATIONS), "somebody shows notifications")
+
+    def stop_notifications(self):
+        self._notifications.kill()
+        self._notifications.wait()
+        eventually(lambda: not self.owns(NOTIFICATIONS), "nobody shows notifications")
+
+    def tell_of_sleep(self, begins):
+        """What the login manager tells before the machine falls asleep and after it woke."""
+        self.call("org.freedesktop.login1", "/org/freedesktop/login1", "org.freedesktop.DBus.Mock",
+                  "EmitSignal", GLib.Variant("(sssav)", (
+                      "org.freedesktop.login1.Manager", "PrepareForSleep", "b",
+                      [GLib.Variant("b", begins)])))
 
     def call(self, name, path, interface, method, arguments=None, reply=None):
         answer = self.bus.call_sync(name, path, interface, method, arguments,
@@ -128,13 +148,11 @@ class Desktop:
         self.bus.set_exit_on_close(False)
 
     def _start_services(self):
-        mock = [sys.executable, "-m", "dbusmock"]
-        self._start(*mock, "--session", "--template", "notification_daemon",
-                    "--logfile", str(self.notification_log), **self.environment)
-        self._start(*mock, "--system", "--template", "logind", **self.environment)
+        self.start_notifications()
+        self._start(*MOCK, "--system", "--template", "logind", **self.environment)
         self._start("/usr/libexec/at-spi-bus-launcher", "--launch-immediately", "--a11y=1",
                     GSETTINGS_BACKEND="memory", **self.environment)
-        for name in ("org.freedesktop.Notifications", "org.freedesktop.login1", "org.a11y.Bus"):
+        for name in ("org.freedesktop.login1", "org.a11y.Bus"):
             eventually(lambda: self.owns(name), f"{name} is on the bus")
         address = self.call("org.a11y.Bus", "/org/a11y/bus", "org.a11y.Bus", "GetAddress")[0]
         self.accessibility = AccessibilityBus(address)

@@ -19,11 +19,16 @@ ARTIFACTS = pathlib.Path(os.environ["TARNE_ARTIFACTS"])
 LAUNCH_PATIENCE = 60.0
 
 
+# What the lines of the log begin with: nothing else belongs on standard output.
+LOG_LINES = ("📱 ", "🔍 ", "🟢 ", "🟡 ", "🔴 ", "🔪 ", "🧹 ", "⚠️ ", "❌ ", "✅ ", "🖥️ Server: ",
+             "   Checked ", "Notification permission error: ", "Failed to schedule notification: ")
+
+
 class TarneTestCase(unittest.TestCase):
     """A home without a past, a wall clock to move, and a program driven by accessible names.
 
     Every line that the program writes to standard error fails the test, unless the test takes
-    it out with `expect_error`.
+    it out with `expect_error`; so does one on standard output that is not the log's.
     """
 
     has_session_bus = True
@@ -47,12 +52,17 @@ class TarneTestCase(unittest.TestCase):
         self.addCleanup(self._end_programs)
 
     def tearDown(self):
-        unexpected = [line for program in self.programs for line in program.errors
-                      if not any(text in line for text in self.expected_errors)]
-        if unexpected or self._has_failed():
+        errors = [line for program in self.programs for line in program.errors
+                  if not any(text in line for text in self.expected_errors)]
+        # Of a program that was killed, the last line may be half of one.
+        strays = [line for program in self.programs for line in program.log[:-1]
+                  if not line.startswith(LOG_LINES)]
+        if errors or strays or self._has_failed():
             self._keep_artifacts()
-        if unexpected:
-            self.fail("\n".join(["lines on standard error:", *unexpected]))
+        if errors:
+            self.fail("\n".join(["lines on standard error:", *errors]))
+        if strays:
+            self.fail("\n".join(["lines on standard output that are not the log's:", *strays]))
 
     # -- the program ------------------------------------------------------------------------
 
@@ -63,8 +73,9 @@ class TarneTestCase(unittest.TestCase):
                        "XDG_CACHE_HOME": str(self.home / "cache")}
         environment |= self.desktop.environment | self.clock.environment | self.extra_environment
         if not self.has_session_bus:
-            del environment["DBUS_SESSION_BUS_ADDRESS"]
-            del environment["DBUS_SYSTEM_BUS_ADDRESS"]
+            # Without an address a bus would be looked for, and one started.
+            nobody = f"unix:path={self.folder}/no-bus"
+            environment |= {"DBUS_SESSION_BUS_ADDRESS": nobody, "DBUS_SYSTEM_BUS_ADDRESS": nobody}
         return environment
 
     def start(self, executable=PROGRAM, **how):

@@ -48,11 +48,17 @@ class Program:
 
     started = 0
 
+<<<<<<< HEAD
     def __init__(self, executable, folder, environment, binds=(), is_heard=True,
                  has_own_network=False):
         """`binds` are pairs of a file and the path under which the program sees it. A program that
         is not heard has a standard output that nobody reads any more. With a network of its own it
         finds every port free, also those that an earlier run has just left."""
+=======
+    def __init__(self, executable, folder, environment, binds=(), is_heard=True, arguments=()):
+        """`binds` are pairs of a file and the path under which the program sees it, read-only. A
+        program that is not heard has a standard output that nobody reads any more."""
+>>>>>>> 48ef272 (e2e: break the store and the desktop under the real program)
         Program.started += 1
         folder = pathlib.Path(folder)
         self._output = folder / f"output-{Program.started}.log"
@@ -68,7 +74,7 @@ class Program:
         information, write_end = os.pipe()
         with open(self._output, "wb") as output, open(self._errors, "wb") as errors:
             self._process = subprocess.Popen(
-                command + ["--info-fd", str(write_end), str(executable)],
+                command + ["--info-fd", str(write_end), str(executable), *arguments],
                 stdin=subprocess.DEVNULL, stdout=output if is_heard else closed_pipe(),
                 stderr=errors, pass_fds=[write_end], cwd=folder)
         os.close(write_end)

@@ -23,6 +23,16 @@ class Store:
 
     def plant(self, key, document):
         """Puts a JSON document into a store that no program has open, and makes it if need be."""
+        self.plant_value(key, "data", json.dumps(document).encode())
+
+    def plant_countdown(self, start, duration, goal):
+        """A session as a program that was killed leaves it; `start` in seconds since 2001."""
+        self.plant_value("TimerStartTime", "date", float(start))
+        self.plant_value("TimerOriginalDuration", "double", float(duration))
+        self.plant_value("TimerIsActive", "boolean", 1)
+        self.plant_value("TimerSessionGoal", "text", goal)
+
+    def plant_value(self, key, kind, value):
         self.file.parent.mkdir(mode=0o700, parents=True, exist_ok=True)
         with contextlib.closing(sqlite3.connect(self.file)) as connection, connection:
             if not connection.execute("PRAGMA user_version").fetchone()[0]:
@@ -30,8 +40,8 @@ class Store:
                     CREATE TABLE defaults (key TEXT PRIMARY KEY, type TEXT NOT NULL,
                                            value ANY NOT NULL, sum INTEGER) STRICT;
                     PRAGMA user_version = 1;""")
-            connection.execute("INSERT OR REPLACE INTO defaults VALUES (?, 'data', ?, NULL)",
-                               (key, json.dumps(document).encode()))
+            connection.execute("INSERT OR REPLACE INTO defaults VALUES (?, ?, ?, NULL)",
+                               (key, kind, value))
         self.file.chmod(0o600)
 
     def rows(self):
@@ -60,6 +70,14 @@ class Store:
             return None
         assert kind == "data", f"{key} is stored as {kind}"
         return json.loads(value)
+
+    def size_of(self, key):
+        """The number of bytes of a value, which is not read."""
+        with contextlib.closing(sqlite3.connect(f"file:{self.file}?mode=ro", uri=True,
+                                                timeout=10)) as connection:
+            row = connection.execute("SELECT length(value) FROM defaults WHERE key = ?",
+                                     (key,)).fetchone()
+            return row[0] if row else 0
 
     def history(self):
         return self.document("SessionHistory") or []

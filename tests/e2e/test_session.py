@@ -101,8 +101,10 @@ class AWholeSession(SessionTestCase):
         entry, = self.await_history(1)
         self.assert_finished_entry(entry, ended_at=self.now())
         self.assert_log_of_a_session()
-        self.eventually(lambda: ("Session Complete", "Great job! Your session is complete.")
-                        in self.desktop.notifications(), "the notification of the end is shown")
+        self.eventually(lambda: set(self.desktop.notifications()) ==
+                        {("Session Complete", "Great job! Your session is complete."),
+                         ("Session Complete! 🎉", "Great job! Your focus session is complete.")},
+                        lambda: f"both notifications are shown: {self.desktop.notifications()}")
 
     def assert_log_of_a_session(self):
         log = self.program.log

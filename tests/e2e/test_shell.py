@@ -86,6 +86,17 @@ class WithoutASessionBus(TarneTestCase):
         self.assertEqual(self.program.terminate(), 0)
 
 
+class TheCommandLine(TarneTestCase):
+    def start(self, **how):
+        return super().start(arguments=["-platform", "nowhere", "-reverse"], **how)
+
+    def test_has_no_options(self):
+        self.launch()
+        self.assert_shown("Start Session")
+        timer, settings = self.node("Timer").extents, self.node("Settings").extents
+        self.assertLess(timer[0], settings[0], "the screen is mirrored")
+
+
 class TheKeyboardAlone(TarneTestCase):
     def test_plans_starts_and_pauses_a_session(self):
         self.launch()
