@@ -48,17 +48,11 @@ class Program:
 
     started = 0
 
-<<<<<<< HEAD
     def __init__(self, executable, folder, environment, binds=(), is_heard=True,
-                 has_own_network=False):
-        """`binds` are pairs of a file and the path under which the program sees it. A program that
-        is not heard has a standard output that nobody reads any more. With a network of its own it
-        finds every port free, also those that an earlier run has just left."""
-=======
-    def __init__(self, executable, folder, environment, binds=(), is_heard=True, arguments=()):
+                 has_own_network=False, arguments=()):
         """`binds` are pairs of a file and the path under which the program sees it, read-only. A
-        program that is not heard has a standard output that nobody reads any more."""
->>>>>>> 48ef272 (e2e: break the store and the desktop under the real program)
+        program that is not heard has a standard output that nobody reads any more. With a network
+        of its own it finds every port free, also those that an earlier run has just left."""
         Program.started += 1
         folder = pathlib.Path(folder)
         self._output = folder / f"output-{Program.started}.log"
