@@ -4,6 +4,7 @@
 #include "RecordingLog.h"
 
 #include <QElapsedTimer>
+#include <QProcess>
 #include <QTcpServer>
 #include <QTcpSocket>
 #include <QThread>
@@ -145,6 +146,35 @@ TEST_F(LocalHTTPServerTest, OneByteMoreThanAReceiveHoldsCostsNobodyTheAnswer) {
         const QByteArray response = ask(head + QByteArray(size - head.size(), 'x'));
         EXPECT_TRUE(response.startsWith("HTTP/1.1 200 OK\r\n")) << size;
     }
+}
+
+TEST_F(LocalHTTPServerTest, PipelinedRequestsGetOneAnswer) {
+    start();
+    const QByteArray both = ask(goals + "GET /health HTTP/1.1\r\n\r\n");
+    EXPECT_EQ(both.count("HTTP/1.1 "), 1);
+    EXPECT_TRUE(both.endsWith("{\"active\":false,\"goals\":\"\",\"sessionId\":\"\"}"));
+}
+
+TEST_F(LocalHTTPServerTest, BytesThatAreNoRequestAreAnsweredAndLogNothing) {
+    start();
+    log.takeLines();
+    EXPECT_TRUE(ask(QByteArray(8192, '\0')).startsWith("HTTP/1.1 400 Bad Request\r\n"));
+    EXPECT_TRUE(ask("\xff\xfe GET /goals").startsWith("HTTP/1.1 400 Bad Request\r\n"));
+    EXPECT_TRUE(ask(QByteArray("GET /goals\0 HTTP/1.1", 20)).startsWith("HTTP/1.1 404"));
+    EXPECT_TRUE(ask(QByteArray(8192, ' ')).startsWith("HTTP/1.1 404 Not Found\r\n"));
+    EXPECT_TRUE(log.lines().isEmpty());
+}
+
+TEST_F(LocalHTTPServerTest, AChildProcessInheritsNoneOfItsSockets) {
+    start();
+    const auto held = connect();
+    ASSERT_TRUE(ask(goals).startsWith("HTTP/1.1 200 OK\r\n")) << "the connection is accepted";
+    QProcess child;
+    child.start(u"/bin/ls"_s, {u"-l"_s, u"/proc/self/fd"_s});
+    ASSERT_TRUE(child.waitForFinished(patience));
+    const QByteArray open = child.readAllStandardOutput();
+    EXPECT_TRUE(open.contains("/proc/")) << open.constData();
+    EXPECT_FALSE(open.contains("socket:")) << open.constData();
 }
 
 TEST_F(LocalHTTPServerTest, APeerThatHalfClosesAfterItsRequestStillGetsItsAnswer) {
