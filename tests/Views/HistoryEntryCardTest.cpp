@@ -55,6 +55,18 @@ TEST(HistoryEntryCard, TheTimeIsTheShortTimeOfTheLocale) {
     EXPECT_EQ(HistoryEntryCard::formatTime(*german.date({2026, 3, 4, 15, 30}), german), u"15:30"_s);
 }
 
+TEST(HistoryEntryCard, TheTimeStandsInTheDigitsOfTheLocale) {
+    const auto time = [](const QString &locale) {
+        const Calendar calendar(QTimeZone("Asia/Kolkata"), QLocale(locale));
+        return HistoryEntryCard::formatTime(*calendar.date({2026, 3, 4, 15, 5}), calendar);
+    };
+    EXPECT_EQ(time(u"en_US"_s), u"3:05 PM"_s);
+    EXPECT_EQ(time(u"de_DE"_s), u"15:05"_s);
+    EXPECT_EQ(time(u"ja_JP"_s), u"15:05"_s);
+    EXPECT_EQ(time(u"ar_EG"_s), u"٣:٠٥ م"_s);
+    EXPECT_EQ(time(u"fa_IR"_s), u"۱۵:۰۵"_s);
+}
+
 TEST(HistoryEntryCard, EachStatusHasItsMark) {
     using Card = HistoryEntryCard;
     EXPECT_EQ(Card::statusIcon(completed), u"checkmark.circle.fill"_s);

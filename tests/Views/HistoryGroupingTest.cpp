@@ -148,3 +148,35 @@ TEST(HistoryGrouping, DatesOfTheYears1And9999HaveLabels) {
     EXPECT_EQ(look.label({9999, 12, 31, 23}), u"Dec 31, 9999"_s);
     EXPECT_EQ(look.grouping.parseGroupingDate(u"Dec 31, 9999"_s), look.at({9999, 12, 31}));
 }
+
+TEST(HistoryGrouping, BothPassesOfTheHourThatOccursTwiceShareALabel) {
+    const Look look;
+    const Date first = look.at({2025, 10, 26, 2, 30});
+    EXPECT_EQ(look.grouping.formatDateForGrouping(first), u"Oct 26, 2025"_s);
+    EXPECT_EQ(look.grouping.formatDateForGrouping(first + 3600.0), u"Oct 26, 2025"_s);
+}
+
+TEST(HistoryGrouping, LabelsStandInTheLanguageAndDigitsOfTheLocale) {
+    const auto labels = [](const QString &locale) {
+        const Look look(locale);
+        return QStringList{look.label({2025, 12, 31}), look.label({2026, 1, 20}),
+                           look.label({2026, 3, 5})};
+    };
+    EXPECT_EQ(labels(u"en_US"_s), (QStringList{u"Dec 31, 2025"_s, u"Jan 20"_s, u"Thursday"_s}));
+    EXPECT_EQ(labels(u"de_DE"_s), (QStringList{u"Dez. 31, 2025"_s, u"Jan. 20"_s, u"Donnerstag"_s}));
+    EXPECT_EQ(labels(u"ja_JP"_s), (QStringList{u"12月 31, 2025"_s, u"1月 20"_s, u"木曜日"_s}));
+    EXPECT_EQ(labels(u"ar_EG"_s), (QStringList{u"ديسمبر ٣١, ٢٠٢٥"_s, u"يناير ٢٠"_s, u"الخميس"_s}));
+    EXPECT_EQ(labels(u"fa_IR"_s),
+              (QStringList{u"دسامبر ۳۱, ۲۰۲۵"_s, u"ژانویه ۲۰"_s, u"پنجشنبه"_s}));
+}
+
+TEST(HistoryGrouping, TheRequiredOrderHoldsInEveryLocale) {
+    for (const QString &locale : {u"en_US"_s, u"de_DE"_s, u"ja_JP"_s, u"ar_EG"_s, u"fa_IR"_s}) {
+        const Look look(locale);
+        const QStringList order =
+            look.labels({{2026, 1, 20}, {2026, 3, 5}, {2025, 12, 31}, {2026, 3, 3}, {2026, 3, 4}});
+        EXPECT_EQ(order, (QStringList{u"Today"_s, u"Yesterday"_s, look.label({2025, 12, 31}),
+                                      look.label({2026, 1, 20}), look.label({2026, 3, 5})}))
+            << qPrintable(locale);
+    }
+}

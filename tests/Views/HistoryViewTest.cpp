@@ -212,3 +212,47 @@ TEST_F(HistoryViewTest, TheRowsAreAFaithfulModel) {
 TEST_F(HistoryViewTest, TheCurrentDateIsMonthAndDay) {
     EXPECT_EQ(view().currentDateString(), u"Mar 2"_s);
 }
+
+TEST_F(HistoryViewTest, WithTheClockSetBackTheNewestEntryKeepsItsOwnLabel) {
+    store(1);
+    time.setWallClock(time.now() - 10 * 86400.0);
+    view().appear();
+    EXPECT_EQ(row(0, HistoryModel::SectionLabelRole), u"Mar 2"_s);
+    time.setWallClock(time.now() + 10 * 86400.0);
+    view().loadHistoryEntries();
+    EXPECT_EQ(row(0, HistoryModel::SectionLabelRole), u"Today"_s);
+}
+
+TEST_F(HistoryViewTest, AnotherTimeZoneRegroupsAtTheNextLoad) {
+    QByteArray zone = "UTC"_ba;
+    HistoryView view(controller(), center, time,
+                     [&] { return Calendar(QTimeZone(zone), QLocale(u"en_US"_s)); });
+    controller().saveSessionHistory({{.sessionDate = time.now() - 11 * 3600.0}});
+    view.appear();
+    const auto label = [&view] {
+        return view.rows()->index(0, 0).data(HistoryModel::SectionLabelRole).toString();
+    };
+    EXPECT_EQ(label(), u"Today"_s);
+    zone = "America/New_York"_ba; // 7 in the morning; then, 8 in the evening before
+    view.loadHistoryEntries();
+    EXPECT_EQ(label(), u"Yesterday"_s);
+}
+
+TEST_F(HistoryViewTest, TheMiddleSampleLiesACalendarDayBackAcrossAChangeOfTheClocks) {
+    const Calendar berlin(QTimeZone("Europe/Berlin"), QLocale(u"en_US"_s));
+    time.setWallClock(*berlin.date({2026, 3, 29, 12}));
+    HistoryView view(controller(), center, time, [&] { return berlin; });
+    const auto samples = view.createSampleHistoryEntries();
+    EXPECT_EQ(samples[1].sessionDate, *berlin.date({2026, 3, 28, 12}));
+    EXPECT_EQ(time.now() - samples[1].sessionDate, 23 * 3600.0);
+}
+
+TEST_F(HistoryViewTest, EachSaveOfTheSeedingIsToldAndTheLastLoadEqualsTheStore) {
+    int told = 0;
+    const auto registration =
+        center.addObserver(notifications::sessionHistoryUpdated, [&told] { ++told; });
+    view().appear();
+    EXPECT_EQ(told, 3);
+    ASSERT_EQ(view().historyEntries().size(), 3U);
+    EXPECT_EQ(view().historyEntries()[2].id, history()[2].id);
+}

@@ -5,6 +5,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <limits>
+
 using namespace tarne;
 using namespace Qt::StringLiterals;
 using test::intensityOfToday;
@@ -183,5 +185,45 @@ TEST(InsightsFigures, DatesFarFromEveryCalendarDoNoHarm) {
     told.session(Date::fromReferenceSeconds(1e300)).session(Date::fromReferenceSeconds(-1e300));
     EXPECT_EQ(told.figures().calculateCurrentStreak(), 0);
     EXPECT_EQ(told.figures().calculateLongestStreak(), 1);
+    EXPECT_EQ(told.figures().totalSessionsThisYear(), 2);
+}
+
+TEST(InsightsFigures, BothPassesOfTheHourThatOccursTwiceLieInTheirDayAndPeriod) {
+    Told told;
+    // Berlin's clocks went back from 3:00 to 2:00 on 2025-10-26.
+    const Date first = told.at({2025, 10, 26, 2, 30});
+    told.now = told.at({2025, 10, 26, 12});
+    told.session(first).session(first + 3600.0);
+    EXPECT_EQ(told.figures().calculateCurrentStreak(), 1);
+    EXPECT_EQ(intensityOfToday(told), 2);
+    EXPECT_EQ(told.figures().calculateProductivityTimes().front(),
+              (ProductivityTimeData{u"Night"_s, u"🌃"_s, 100}));
+}
+
+TEST(InsightsFigures, WithTheClockSetBackTheNewestSessionsLieInTheFuture) {
+    Told told;
+    told.sessionsDaysAgo({0, 1, 2});
+    told.now = told.daysAgo(5);
+    EXPECT_EQ(told.figures().calculateCurrentStreak(), 0);
+    EXPECT_EQ(told.figures().calculateLongestStreak(), 3);
+    EXPECT_EQ(told.figures().totalSessionsThisYear(), 3);
+    EXPECT_EQ(intensityOfToday(told), 0);
+}
+
+TEST(InsightsFigures, AnotherTimeZoneRegroupsOldSessions) {
+    Told told;
+    told.session(told.at({2026, 3, 3, 23, 30})).session(told.at({2026, 3, 4, 0, 30}));
+    EXPECT_EQ(told.figures().calculateCurrentStreak(), 2);
+    told.calendar = Calendar(QTimeZone("America/New_York"), QLocale(u"en_US"_s));
+    EXPECT_EQ(told.figures().calculateLongestStreak(), 1);
+    EXPECT_EQ(told.figures().calculateProductivityTimes().front().period, u"Evening"_s);
+}
+
+TEST(InsightsFigures, LengthsOfSessionsPlayNoPart) {
+    Told told;
+    told.sessionsDaysAgo({0, 1});
+    told.history[0].duration = -1.0;
+    told.history[1].duration = std::numeric_limits<double>::infinity();
+    EXPECT_EQ(told.figures().calculateCurrentStreak(), 2);
     EXPECT_EQ(told.figures().totalSessionsThisYear(), 2);
 }

@@ -30,7 +30,57 @@ private:
     std::unique_ptr<InsightsView> m_view;
 };
 
+/// Counts how often the history is asked for.
+class CountingDefaults final : public UserDefaults {
+public:
+    explicit CountingDefaults(test::MemoryDefaults &store) : m_store(store) {}
+
+    std::optional<DefaultsValue> objectForKey(const QString &key) const override {
+        reads += key == keys::sessionHistory;
+        return m_store.objectForKey(key);
+    }
+    void setObject(const QString &key, const DefaultsValue &value) override {
+        m_store.setObject(key, value);
+    }
+    void removeObjectForKey(const QString &key) override { m_store.removeObjectForKey(key); }
+    void synchronize() override { m_store.synchronize(); }
+
+    mutable int reads = 0;
+
+private:
+    test::MemoryDefaults &m_store;
+};
+
 } // namespace
+
+TEST_F(InsightsViewTest, ADrawingReadsTheHistoryOnce) {
+    controller().saveSessionHistory({{.sessionDate = time.now()}});
+    CountingDefaults counting(defaults);
+    SessionPlatform over{.clock = time,
+                         .runLoop = time,
+                         .log = log,
+                         .defaults = counting,
+                         .notificationCenter = center,
+                         .userNotifications = userNotifications,
+                         .backgroundActivities = activities,
+                         .haptics = haptics,
+                         .calendar = calendar()};
+    SessionViewModel other(over);
+    counting.reads = 0;
+    InsightsView insights(other, time, calendar());
+    insights.appear();
+    EXPECT_EQ(insights.currentStreak(), 1);
+    EXPECT_EQ(counting.reads, 1);
+}
+
+TEST_F(InsightsViewTest, AHistoryThatTurnsUnreadableIsReplacedBySamplesAtTheNextDrawing) {
+    controller().saveSessionHistory({{.sessionDate = time.now()}});
+    view().appear();
+    defaults.setObject(keys::sessionHistory, "broken"_ba);
+    view().appear();
+    EXPECT_EQ(view().totalSessionsThisYear(), 6);
+    EXPECT_EQ(history().size(), 6U);
+}
 
 TEST_F(InsightsViewTest, TheFirstReadOfAnEmptyHistoryFillsItWithSixSamples) {
     const auto history = view().sessionHistory();

@@ -64,6 +64,12 @@ private:
     std::unique_ptr<test::UiDriver> m_screen;
 };
 
+void collectTexts(const QQuickItem &item, QStringList &texts) {
+    texts += item.property("text").toString();
+    for (const QQuickItem *child : item.childItems())
+        collectTexts(*child, texts);
+}
+
 } // namespace
 
 TEST_F(HistoryScreenTest, BeforeTheFirstLoadItSaysThatThereIsNoHistory) {
@@ -329,4 +335,42 @@ TEST_F(HistoryScreenTest, AnEntryWithoutGoalsShowsItsDurationAndTheWordsForNoRef
     EXPECT_TRUE(screen().has(u"No reflection provided"_s));
     EXPECT_TRUE(screen().has(u"1 min"_s));
     EXPECT_FALSE(screen().has(u"0/0"_s));
+}
+
+TEST_F(HistoryScreenTest, TenThousandGoalsOfOneEntryAreAllOnItsCard) {
+    SessionHistoryEntry entry{.sessionDate = time.now(), .duration = 60};
+    for (int i = 0; i < 10000; ++i)
+        entry.goals.push_back({.text = QString::number(i), .status = GoalStatus::completed});
+    controller().saveSessionHistory({entry});
+    view().appear();
+    // Not found by the driver, which asks each of so many siblings for all of them.
+    QStringList texts;
+    collectTexts(*screen().root(), texts);
+    EXPECT_TRUE(texts.contains(u"10000/10000"_s));
+    EXPECT_TRUE(texts.contains(u"9999"_s));
+}
+
+TEST_F(HistoryScreenTest, TextsOfAMegabyteAreShownAndScrolledThrough) {
+    const QString text = u"long words "_s.repeated(95000);
+    controller().saveSessionHistory({{.sessionDate = time.now(),
+                                      .goals = {{.text = text}},
+                                      .duration = 60,
+                                      .suggestions = text,
+                                      .reflection = text}});
+    view().appear();
+    ASSERT_TRUE(screen().has(u"Your Reflection"_s));
+    (void)screen().picture();
+    list()->forceActiveFocus();
+    screen().key(Qt::Key_End);
+    EXPECT_TRUE(screen().has(u"1 min"_s));
+    (void)screen().picture();
+}
+
+TEST_F(HistoryScreenTest, ARightToLeftTextStandsBesideItsMark) {
+    const QString text = u"كتابة التقرير"_s;
+    controller().saveSessionHistory({{.sessionDate = time.now(), .goals = {{.text = text}}}});
+    view().appear();
+    const QQuickItem *const goal = screen().find(text);
+    ASSERT_TRUE(goal);
+    EXPECT_EQ(goal->property("effectiveHorizontalAlignment").toInt(), int(Qt::AlignLeft));
 }
