@@ -35,6 +35,8 @@ def run_benchmarks(folder):
                 factor = {"ns": 1e-6, "us": 1e-3, "ms": 1.0, "s": 1e3}[run["time_unit"]]
                 name = re.sub("/(real_time|iterations:[0-9]+|repeats:[0-9]+)", "", run["run_name"])
                 results[name] = {"ms": run[clock] * factor,
+                                 "slowest ms": run.get("slowest", 0),
+                                 "bytes": run.get("bytes", 0),
                                  "MB/s": run.get("bytes_per_second", 0) / 1e6}
     return results
 
@@ -87,6 +89,13 @@ def budget_rows(whole, results, api):
          f"{milliseconds(results, 'insightsFigures/10000')}"),
         ("grouping and ordering the history", "30 ms",
          milliseconds(results, "historyGrouping/10000"), ""),
+        ("opening the History tab on it, to the first frame", "100 ms",
+         milliseconds(results, "openHistoryTab/10000"), ""),
+        ("slowest frame of scrolling through it", "16 ms",
+         f"{results['scrollHistoryTab/10000']['slowest ms']:.1f} ms",
+         f"a frame on average {milliseconds(results, 'scrollHistoryTab/10000')}"),
+        ("memory of the tab for each of its entries", "-",
+         f"{results['openHistoryTab/10000']['bytes']:.0f} bytes", "the document: 1,160 bytes"),
         *goals_api_rows(api),
         ("disk writes, idle", "0", f"{whole['idle bytes/s'] / 1024:.1f} KiB/s", ""),
         ("disk writes, session running", "32 KiB/s",
