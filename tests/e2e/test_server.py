@@ -188,6 +188,29 @@ class TheServer(ServerTestCase):
         return int(subprocess.run(["identify", "-format", "%k", str(picture)], check=True,
                                   capture_output=True, timeout=30).stdout)
 
+    def change_server(self, honest, other):
+        text = STAND_IN.read_text()
+        self.assertIn(honest, text)
+        self.server.write_text(text.replace(honest, other))
+
+    def test_that_announces_another_port_is_asked_for_its_health_there(self):
+        self.change_server("port = int(sys.argv[1])", "port = int(sys.argv[1]) + 5")
+        self.launch()
+        self.await_healthy(1)
+        self.assertIn("🔍 Server confirmed running on port: 3005", self.program.log)
+        self.open_tab("Settings")
+        self.assert_shown("The classification server runs locally on port 3000")
+
+    def test_that_answers_503_is_told_in_the_settings_and_runs_on(self):
+        self.change_server("200 if", "503 if")
+        self.launch()
+        self.eventually(
+            lambda: self.program.logged("⚠️ Server health check: unexpected response"),
+            "the server's health was asked")
+        self.open_tab("Settings")
+        self.assert_shown("Server Running", "Server not responding properly")
+        self.assertEqual(len(self.server_processes()), 1)
+
     def test_that_ends_at_once_is_told_in_the_settings(self):
         self.server.write_text("#!/bin/sh\nexit 7\n")
         self.launch()
