@@ -15,7 +15,7 @@ constexpr qint64 endOfTime = std::numeric_limits<qint64>::max();
 
 /// No zone was ever further from UTC than this, so a wall clock's reading lies no further from the
 /// moment it means.
-constexpr qint64 widestOffset = 16 * 60 * 60;
+constexpr qint64 widestOffset = qint64{16} * 60 * 60;
 
 QDateTime utc(qint64 unixSeconds) {
     return QDateTime::fromSecsSinceEpoch(unixSeconds, Qt::UTC);

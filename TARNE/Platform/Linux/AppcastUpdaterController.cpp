@@ -14,7 +14,7 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr qsizetype maximumBody = 64 * 1024 * 1024;
+constexpr qsizetype maximumBody = qsizetype{64} * 1024 * 1024;
 constexpr int idleTimeoutMilliseconds = 60'000;
 
 UpdateCheckResult failure(const QString &text) {
@@ -83,7 +83,7 @@ void AppcastUpdaterController::fetch() {
     m_isTooLarge = false;
     QNetworkReply *reply = m_network->get(requestFor(m_feed));
     // Bounds what Qt reads ahead, so that the cap holds for memory too.
-    reply->setReadBufferSize(1024 * 1024);
+    reply->setReadBufferSize(qint64{1024} * 1024);
     connect(reply, &QNetworkReply::readyRead, this, [this, reply] { take(*reply); });
     connect(reply, &QNetworkReply::finished, this, [this, reply] {
         reply->deleteLater();
