@@ -27,7 +27,7 @@ def run_benchmarks(folder):
         with tempfile.NamedTemporaryFile(suffix=".json") as out:
             subprocess.run([program, f"--benchmark_out={out.name}", "--benchmark_out_format=json",
                             "--benchmark_repetitions=3"],
-                           check=True, stdout=subprocess.DEVNULL)
+                           check=True, stdout=subprocess.DEVNULL, cwd=folder)
             for run in json.load(open(out.name))["benchmarks"]:
                 if run.get("aggregate_name") != "median":
                     continue
