@@ -68,6 +68,17 @@ def goals_api_rows(api):
     ]
 
 
+def schedule_rows(results):
+    return [(what, budget, milliseconds(results, f"{name}/10000"), "") for what, budget, name in [
+        ("loading 10,000 scheduled goals", "20 ms", "scheduleLoad"),
+        ("one day's list of them", "20 ms", "scheduleDay"),
+        ("both counters of the schedule", "20 ms", "scheduleCounters"),
+        ("ticking one of them off", "20 ms", "scheduleTick"),
+        ("the same on the screen", "20 ms", "scheduleScreenTick"),
+        ("opening the schedule to its first frame", "150 ms", "scheduleFirstFrame"),
+    ]]
+
+
 def budget_rows(whole, results, api):
     """(what, budget, measured, reference)"""
     return [
@@ -96,6 +107,7 @@ def budget_rows(whole, results, api):
          f"a frame on average {milliseconds(results, 'scrollHistoryTab/10000')}"),
         ("memory of the tab for each of its entries", "-",
          f"{results['openHistoryTab/10000']['bytes']:.0f} bytes", "the document: 1,160 bytes"),
+        *schedule_rows(results),
         *goals_api_rows(api),
         ("disk writes, idle", "0", f"{whole['idle bytes/s'] / 1024:.1f} KiB/s", ""),
         ("disk writes, session running", "32 KiB/s",
