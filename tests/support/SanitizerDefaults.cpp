@@ -20,6 +20,7 @@ const char *__tsan_default_options() {
 
 const char *__tsan_default_suppressions() {
     return "race:libQt6Core\nrace:libQt6Network\nrace:libQt6DBus\nrace:libQt6Gui\n"
-           "race:libQt6Qml\nrace:libQt6Quick\nrace:libglib-2.0\nrace:libdbus-1\n";
+           "race:libQt6Qml\nrace:libQt6Quick\nrace:libglib-2.0\nrace:libgobject-2.0\n"
+           "race:libgio-2.0\nrace:libsecret-1\nrace:libdbus-1\n";
 }
 }
