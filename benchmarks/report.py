@@ -26,14 +26,17 @@ def run_benchmarks(folder):
         print(f"running {program.name} ...", file=sys.stderr)
         with tempfile.NamedTemporaryFile(suffix=".json") as out:
             subprocess.run([program, f"--benchmark_out={out.name}", "--benchmark_out_format=json",
-                            "--benchmark_repetitions=3"],
+                            "--benchmark_repetitions=3",
+                            # What is compared is not to be measured one after the other.
+                            "--benchmark_enable_random_interleaving=true"],
                            check=True, stdout=subprocess.DEVNULL, cwd=folder)
             for run in json.load(open(out.name))["benchmarks"]:
                 if run.get("aggregate_name") != "median":
                     continue
                 clock = "real_time" if run["run_name"].endswith("/real_time") else "cpu_time"
                 factor = {"ns": 1e-6, "us": 1e-3, "ms": 1.0, "s": 1e3}[run["time_unit"]]
-                name = re.sub("/(real_time|iterations:[0-9]+|repeats:[0-9]+)", "", run["run_name"])
+                name = re.sub("/(real_time|process_time|iterations:[0-9]+|repeats:[0-9]+)", "",
+                              run["run_name"])
                 results[name] = {"ms": run[clock] * factor,
                                  "slowest ms": run.get("slowest", 0),
                                  "bytes": run.get("bytes", 0),
