@@ -71,4 +71,13 @@ GeminiResult readGeminiAnswer(const QByteArray &body) {
     return GeminiError{u"Invalid response format"_s};
 }
 
+GeminiResult readGeminiResponse(const HTTPResult &result) {
+    if (const auto *error = std::get_if<TransportError>(&result))
+        return GeminiError{error->localizedDescription};
+    const QByteArray &body = std::get<HTTPResponse>(result).body;
+    if (body.isEmpty())
+        return GeminiError{u"No data received"_s};
+    return readGeminiAnswer(body);
+}
+
 } // namespace tarne

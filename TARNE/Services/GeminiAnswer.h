@@ -1,5 +1,7 @@
 #pragma once
 
+#include "HTTPClient.h"
+
 #include <QByteArray>
 #include <QString>
 
@@ -21,5 +23,9 @@ using GeminiResult = std::variant<QString, GeminiError>;
 /// message that the service gave as its error. The HTTP status plays no part. Only a whole,
 /// strictly valid JSON document is read; duplicate keys: the last counts.
 [[nodiscard]] GeminiResult readGeminiAnswer(const QByteArray &body);
+
+/// The outcome of the call: a transport failure as it is told, "No data received" for an answer
+/// without a body, otherwise what the body says.
+[[nodiscard]] GeminiResult readGeminiResponse(const HTTPResult &result);
 
 } // namespace tarne

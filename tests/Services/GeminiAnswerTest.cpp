@@ -146,5 +146,22 @@ TEST(GeminiAnswer, NestedTenThousandDeepDoesNoHarm) {
     EXPECT_EQ(failure(QByteArray(500'000, '{')), noJson);
 }
 
+TEST(GeminiAnswer, ToAFailedTransportIsWhatTheTransportTells) {
+    EXPECT_EQ(std::get<GeminiError>(readGeminiResponse(TransportError{u"No network."_s})),
+              GeminiError{u"No network."_s});
+}
+
+TEST(GeminiAnswer, WithoutABodyIsNoData) {
+    EXPECT_EQ(std::get<GeminiError>(readGeminiResponse(HTTPResponse{.status = 200, .body = {}})),
+              GeminiError{u"No data received"_s});
+}
+
+TEST(GeminiAnswer, IsReadByItsBodyWhateverItsStatus) {
+    EXPECT_EQ(
+        std::get<QString>(readGeminiResponse({HTTPResponse{
+            .status = 500, .body = R"({"candidates":[{"content":{"parts":[{"text":"a"}]}}]})"}})),
+        u"a"_s);
+}
+
 } // namespace
 } // namespace tarne

@@ -1,0 +1,369 @@
+#include "FeedbackFixture.h"
+#include "FeedbackPrompt.h"
+#include "GeminiRequest.h"
+#include "TARNEStyle.h"
+
+#include <QAbstractItemModelTester>
+
+using namespace Qt::StringLiterals;
+
+namespace tarne::test {
+namespace {
+
+using enum GoalStatus;
+using Panel = SessionFeedbackView::Panel;
+
+class SessionFeedbackViewTest : public FeedbackTest {
+protected:
+    QStringList rows(int role) {
+        QStringList texts;
+        for (int row = 0; row < feedback().goals()->rowCount(); ++row)
+            texts += feedback().goals()->index(row).data(role).toString();
+        return texts;
+    }
+    QStringList contents() {
+        QStringList texts;
+        for (int row = 0; row < feedback().sections()->rowCount(); ++row)
+            texts +=
+                feedback().sections()->index(row).data(FeedbackSectionsModel::Content).toString();
+        return texts;
+    }
+};
+
+TEST_F(SessionFeedbackViewTest, LoadsFromTheMomentItIsMade) {
+    start(u"A"_s, 1500.0);
+    const SessionFeedbackView view(controller(), feedbackPlatform(), &isPresented, [] {});
+    EXPECT_TRUE(view.isLoadingFeedback());
+    EXPECT_EQ(view.panel(), Panel::Loading);
+    EXPECT_TRUE(gemini.requests.empty());
+}
+
+TEST_F(SessionFeedbackViewTest, AsksGeminiOnceOnAppearing) {
+    reflectOn(u"Write report, Review"_s, {completed}, u"Went well."_s);
+    EXPECT_EQ(feedback().panel(), Panel::Loading);
+    ASSERT_EQ(gemini.requests.size(), 1U);
+    const HTTPRequest &request = gemini.requests[0];
+    EXPECT_EQ(request.url.toString(),
+              u"https://gemini.example/v1beta/models/gemini-1.5-flash-latest:generateContent"
+              "?key=the-key"_s);
+    EXPECT_EQ(request.contentType, "application/json");
+    EXPECT_EQ(request.body, geminiRequestBody(buildFeedbackPrompt(*controller().currentSession())));
+}
+
+TEST_F(SessionFeedbackViewTest, WithoutASessionSaysSoBeforeItLooksForAKey) {
+    items.items.clear();
+    EXPECT_EQ(feedback().panel(), Panel::Error);
+    EXPECT_EQ(feedback().feedbackError(), u"No session data available"_s);
+    EXPECT_EQ(items.calls().count(u"copy"_s), 0);
+    EXPECT_EQ(feedback().reflection(), QString());
+    EXPECT_TRUE(gemini.requests.empty());
+}
+
+TEST_F(SessionFeedbackViewTest, WithoutAKeySaysWhereToSetIt) {
+    items.items.clear();
+    reflectOn(u"A"_s, {}, {});
+    EXPECT_EQ(feedback().panel(), Panel::Error);
+    EXPECT_EQ(feedback().feedbackError(),
+              u"Gemini API key not configured. Please set it in Settings."_s);
+    EXPECT_TRUE(gemini.requests.empty());
+}
+
+TEST_F(SessionFeedbackViewTest, AnEmptyKeyIsNone) {
+    keychain.save(geminiApiKeyName, QString());
+    reflectOn(u"A"_s, {}, {});
+    EXPECT_EQ(feedback().feedbackError(),
+              u"Gemini API key not configured. Please set it in Settings."_s);
+}
+
+TEST_F(SessionFeedbackViewTest, AKeyOfBlanksIsNotMissingAndEndsTheProcess) {
+    keychain.save(geminiApiKeyName, u"  "_s);
+    reflectOn(u"A"_s, {}, {});
+    EXPECT_DEATH(feedback(), "the API key holds characters that no address can carry");
+}
+
+TEST_F(SessionFeedbackViewTest, ASessionWhoseLineHoldsNoGoalIsAskedAboutAllTheSame) {
+    start(u" , "_s, 1500.0);
+    feedback();
+    ASSERT_EQ(gemini.requests.size(), 1U);
+    EXPECT_TRUE(gemini.requests[0].body.contains("No specific goal statuses available"));
+}
+
+TEST_F(SessionFeedbackViewTest, ShowsTheSectionsOfTheAnswer) {
+    reflectOn(u"A"_s, {completed}, {});
+    feedback();
+    answerInFourSections();
+    EXPECT_EQ(feedback().panel(), Panel::Sections);
+    EXPECT_EQ(contents(), QStringList({u"Good."_s, u"Steady."_s, u"Rest."_s, u"Go on."_s}));
+    EXPECT_EQ(feedback().feedbackError(), QString());
+    EXPECT_TRUE(feedback().feedback().startsWith(u"**Overall Assessment:** Good."));
+}
+
+TEST_F(SessionFeedbackViewTest, NamesTheFourSectionsAlsoWhenTheyAreEmpty) {
+    reflectOn(u"A"_s, {}, {});
+    const QAbstractItemModelTester tester(feedback().sections());
+    answer("");
+    EXPECT_EQ(feedback().panel(), Panel::Sections);
+    EXPECT_EQ(contents(), QStringList({u""_s, u""_s, u""_s, u""_s}));
+    QStringList titles;
+    QStringList icons;
+    for (int row = 0; row < 4; ++row) {
+        titles += feedback().sections()->index(row).data(FeedbackSectionsModel::Title).toString();
+        icons += feedback().sections()->index(row).data(FeedbackSectionsModel::Icon).toString();
+    }
+    EXPECT_EQ(titles, QStringList({u"Overall Assessment"_s, u"Patterns Observed"_s,
+                                   u"Suggestions"_s, u"Motivation"_s}));
+    EXPECT_EQ(icons, QStringList({u"chart.bar.fill"_s, u"magnifyingglass"_s, u"lightbulb.fill"_s,
+                                  u"heart.fill"_s}));
+}
+
+TEST_F(SessionFeedbackViewTest, AnAnswerWithoutLabelsStandsWholeInTheFirstSection) {
+    reflectOn(u"A"_s, {}, {});
+    feedback();
+    answer("# Hello\\nthere");
+    EXPECT_EQ(contents(), QStringList({u"# Hello\nthere"_s, u""_s, u""_s, u""_s}));
+}
+
+TEST_F(SessionFeedbackViewTest, TellsWhyThereIsNoAnswerUntilItGoesAway) {
+    reflectOn(u"A"_s, {}, {});
+    feedback();
+    gemini.fail(u"No network."_s);
+    pass(600);
+    EXPECT_EQ(feedback().panel(), Panel::Error);
+    EXPECT_EQ(feedback().feedbackError(), u"No network."_s);
+    EXPECT_FALSE(feedback().parsedFeedback());
+    EXPECT_EQ(gemini.requests.size(), 1U) << "asked again";
+    EXPECT_TRUE(log.takeLines().isEmpty());
+}
+
+TEST_F(SessionFeedbackViewTest, TellsWhatTheServiceSays) {
+    reflectOn(u"A"_s, {}, {});
+    feedback();
+    gemini.answer(R"({"error":{"message":"API key not valid."}})", 400);
+    time.runPending();
+    EXPECT_EQ(feedback().feedbackError(), u"API key not valid."_s);
+}
+
+TEST_F(SessionFeedbackViewTest, TouchesItsStateOnTheMainQueueOnly) {
+    reflectOn(u"A"_s, {}, {});
+    feedback();
+    int changes = 0;
+    QObject::connect(&feedback(), &SessionFeedbackView::panelChanged, [&] { ++changes; });
+    gemini.answer(FeedbackFakes::answerWith("x"));
+    EXPECT_EQ(changes, 0);
+    time.runPending();
+    EXPECT_EQ(changes, 1);
+}
+
+TEST_F(SessionFeedbackViewTest, AnAnswerThatComesWhenTheSheetIsGoneIsLost) {
+    reflectOn(u"A"_s, {}, {});
+    feedback();
+    gemini.answer(FeedbackFakes::answerWith("late"));
+    dropFeedback();
+    time.runPending();
+    EXPECT_TRUE(history().empty());
+}
+
+TEST_F(SessionFeedbackViewTest, EachPresentationAsksAnew) {
+    reflectOn(u"A"_s, {}, {});
+    feedback();
+    feedback().close();
+    presentFeedback();
+    EXPECT_EQ(gemini.requests.size(), 2U);
+    EXPECT_EQ(feedback().panel(), Panel::Loading);
+}
+
+TEST_F(SessionFeedbackViewTest, ShowsHowEachGoalWent) {
+    reflectOn(u"A, B, C, D"_s, {completed, partiallyCompleted, notCompleted}, {});
+    const QAbstractItemModelTester tester(feedback().goals());
+    EXPECT_EQ(rows(GoalOutcomesModel::GoalText), QStringList({u"A"_s, u"B"_s, u"C"_s, u"D"_s}));
+    EXPECT_EQ(rows(GoalOutcomesModel::StatusIcon),
+              QStringList({u"checkmark.circle.fill"_s, u"minus.circle.fill"_s,
+                           u"xmark.circle.fill"_s, u"circle"_s}));
+    EXPECT_EQ(rows(GoalOutcomesModel::StatusText),
+              QStringList({u"Completed"_s, u"Partially Completed"_s, u"Not Completed"_s,
+                           u"Not Evaluated"_s}));
+    std::vector<QColor> colors;
+    for (int row = 0; row < 4; ++row)
+        colors.push_back(
+            feedback().goals()->index(row).data(GoalOutcomesModel::StatusColor).value<QColor>());
+    EXPECT_EQ(colors, std::vector<QColor>({SystemColors::green, SystemColors::orange,
+                                           SystemColors::red, SystemColors::gray}));
+}
+
+struct Progress {
+    std::vector<GoalStatus> statuses;
+    QString text;
+    QColor color;
+};
+
+TEST_F(SessionFeedbackViewTest, MeasuresProgressByCompletedGoals) {
+    const std::vector<Progress> table{
+        {{completed, completed, notCompleted}, u"2 of 3 tasks completed"_s, SystemColors::orange},
+        {{completed, completed, completed}, u"3 of 3 tasks completed"_s, SystemColors::green},
+        {{completed}, u"1 of 3 tasks completed"_s, SystemColors::red},
+        {{partiallyCompleted, partiallyCompleted, partiallyCompleted},
+         u"0 of 3 tasks completed"_s,
+         SystemColors::red}};
+    for (const Progress &row : table) {
+        reflectOn(u"A, B, C"_s, row.statuses, {});
+        presentFeedback();
+        EXPECT_EQ(feedback().progressText(), row.text);
+        EXPECT_EQ(feedback().progressColor(), row.color) << qPrintable(row.text);
+    }
+    EXPECT_DOUBLE_EQ(feedback().progressValue(), 0.0);
+}
+
+TEST_F(SessionFeedbackViewTest, ProgressTurnsOrangeAtAHalfAndGreenAtFourFifths) {
+    reflectOn(u"A, B"_s, {completed}, {});
+    EXPECT_EQ(feedback().progressColor(), QColor(SystemColors::orange));
+    reflectOn(u"A, B, C, D, E"_s, {completed, completed, completed, completed}, {});
+    presentFeedback();
+    EXPECT_DOUBLE_EQ(feedback().progressValue(), 0.8);
+    EXPECT_EQ(feedback().progressColor(), QColor(SystemColors::green));
+}
+
+TEST_F(SessionFeedbackViewTest, WithoutGoalsThereIsNoProgress) {
+    start(u","_s, 1500.0);
+    EXPECT_FALSE(feedback().hasGoals());
+    EXPECT_EQ(feedback().progressValue(), 0.0);
+}
+
+TEST_F(SessionFeedbackViewTest, BeginsWithTheSessionsReflection) {
+    reflectOn(u"A"_s, {}, u"Went well."_s);
+    EXPECT_EQ(feedback().reflection(), u"Went well."_s);
+    EXPECT_FALSE(feedback().isEditingReflection());
+}
+
+TEST_F(SessionFeedbackViewTest, EditingReachesNothingButTheSheet) {
+    reflectOn(u"A"_s, {}, u"Went well."_s);
+    feedback().setEditingReflection(true);
+    feedback().setReflection(u"Edited"_s);
+    feedback().setEditingReflection(false);
+    EXPECT_EQ(controller().currentSession()->reflection, u"Went well."_s);
+    EXPECT_EQ(controller().loadLastReflection(), u"Went well."_s);
+    EXPECT_FALSE(gemini.requests[0].body.contains("Edited"));
+}
+
+TEST_F(SessionFeedbackViewTest, SaveAndShareCopiesASummaryAndNothingElse) {
+    reflectOn(u"A, B"_s, {completed, partiallyCompleted}, u"Fine"_s);
+    feedback();
+    answerInFourSections();
+    feedback().setReflection(u"Edited"_s);
+    feedback().saveAndShareFeedback();
+    EXPECT_EQ(pasteboard.calls, QStringList({u"clear"_s, u"set"_s}));
+    EXPECT_EQ(pasteboard.text, u"# Stillhour Session Summary\n\n## Goals\n- ✅ A\n- 🔶 B\n"
+                               "\n## Reflection\nEdited\n"
+                               "\n## AI Feedback\n\n**Overall Assessment:** Good.\n\n"
+                               "**Patterns Observed:** Steady.\n\n**Suggestions:** Rest.\n\n"
+                               "**Motivation:** Go on.\n\n"_s);
+    EXPECT_EQ(log.takeLines(), QStringList(u"Session summary copied to clipboard"_s));
+    EXPECT_TRUE(isPresented);
+    EXPECT_TRUE(history().empty());
+}
+
+TEST_F(SessionFeedbackViewTest, SaveAndShareLeavesTheFeedbackOutUntilItIsThere) {
+    reflectOn(u"A"_s, {}, {});
+    feedback().saveAndShareFeedback();
+    EXPECT_EQ(pasteboard.text, u"# Stillhour Session Summary\n\n## Goals\n- ❌ A\n"_s);
+}
+
+TEST_F(SessionFeedbackViewTest, FinishMergesTheCoachingIntoTheHistoryAndEndsTheFlow) {
+    reflectOn(u"A"_s, {completed}, u"Fine"_s);
+    feedback();
+    answerInFourSections();
+    feedback().setReflection(u"Edited"_s);
+    feedback().finishSession();
+    EXPECT_EQ(controller().loadLastReflection(), u"Edited"_s);
+    EXPECT_EQ(controller().currentSession()->reflection, u"Edited"_s);
+    ASSERT_EQ(history().size(), 1U);
+    const SessionHistoryEntry entry = history()[0];
+    EXPECT_EQ(entry.overallAssessment, u"Good."_s);
+    EXPECT_EQ(entry.patternsObserved, u"Steady."_s);
+    EXPECT_EQ(entry.suggestions, u"Rest."_s);
+    EXPECT_EQ(entry.motivation, u"Go on."_s);
+    EXPECT_EQ(entry.reflection, u"Edited"_s);
+    EXPECT_FALSE(isPresented);
+    EXPECT_EQ(completions, 1);
+}
+
+TEST_F(SessionFeedbackViewTest, FinishUpdatesTheEntryOfARunOutAndTellsItsReaders) {
+    start(u"A"_s, 300.0);
+    pass(301);
+    controller().saveReflection(u"Fine"_s);
+    feedback();
+    answerInFourSections();
+    int posts = 0;
+    const auto registration =
+        center.addObserver(notifications::sessionHistoryUpdated, [&] { ++posts; });
+    feedback().finishSession();
+    EXPECT_EQ(posts, 1);
+    ASSERT_EQ(history().size(), 1U);
+    EXPECT_EQ(history()[0].suggestions, u"Rest."_s);
+}
+
+TEST_F(SessionFeedbackViewTest, FinishDoesNotWriteAnEmptiedReflectionBack) {
+    reflectOn(u"A"_s, {}, u"Fine"_s);
+    feedback().setReflection(QString());
+    feedback().finishSession();
+    EXPECT_EQ(controller().loadLastReflection(), u"Fine"_s);
+}
+
+TEST_F(SessionFeedbackViewTest, FinishWithoutFeedbackWritesNothingToTheHistory) {
+    reflectOn(u"A"_s, {completed}, u"Fine"_s);
+    feedback();
+    gemini.fail(u"No network."_s);
+    time.runPending();
+    feedback().finishSession();
+    EXPECT_TRUE(history().empty());
+    EXPECT_EQ(completions, 1);
+}
+
+TEST_F(SessionFeedbackViewTest, FinishWhileLoadingIsAsAfterAFailure) {
+    start(u"A"_s, 300.0);
+    pass(301);
+    controller().saveReflection(u"Fine"_s);
+    feedback().finishSession();
+    answerInFourSections();
+    ASSERT_EQ(history().size(), 1U);
+    EXPECT_EQ(history()[0].reflection, QString());
+    EXPECT_EQ(history()[0].motivation, QString());
+}
+
+TEST_F(SessionFeedbackViewTest, FinishTakesTheSessionsEndThatMayDestroyTheSheet) {
+    reflectOn(u"A"_s, {completed}, {});
+    feedback();
+    answerInFourSections();
+    bool shownAfterwards = false;
+    SessionFeedbackView view(controller(), feedbackPlatform(), &isPresented,
+                             [this] { controller().endSession(std::nullopt, true); });
+    view.finishSession();
+    shownAfterwards = view.hasGoals();
+    EXPECT_TRUE(shownAfterwards) << "the sheet goes empty while it leaves";
+    EXPECT_FALSE(controller().currentSession());
+}
+
+TEST_F(SessionFeedbackViewTest, CloseOnlyCloses) {
+    reflectOn(u"A"_s, {completed}, u"Fine"_s);
+    feedback();
+    answerInFourSections();
+    feedback().setReflection(u"Edited"_s);
+    feedback().close();
+    EXPECT_FALSE(isPresented);
+    EXPECT_EQ(completions, 0);
+    EXPECT_TRUE(history().empty());
+    EXPECT_EQ(controller().loadLastReflection(), u"Fine"_s);
+}
+
+TEST_F(SessionFeedbackViewTest, TheKeyReachesNoLogAndNoText) {
+    reflectOn(u"A"_s, {completed}, {});
+    feedback();
+    gemini.answer("<html>", 500);
+    time.runPending();
+    feedback().saveAndShareFeedback();
+    EXPECT_FALSE(log.lines().join(u'\n').contains(u"the-key"));
+    EXPECT_FALSE(feedback().feedbackError().contains(u"the-key"));
+    EXPECT_FALSE(pasteboard.text.contains(u"the-key"));
+}
+
+} // namespace
+} // namespace tarne::test
