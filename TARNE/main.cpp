@@ -9,12 +9,16 @@
 #include "UpdateCheck.h"
 
 #include "AppcastUpdaterController.h"
+#include "ClipboardPasteboard.h"
 #include "DesktopBackgroundActivityScheduler.h"
 #include "ExecutableBundle.h"
 #include "FeedbackdHaptics.h"
 #include "FreedesktopUserNotificationCenter.h"
+#include "GeminiAddresses.h"
 #include "GraphicsHardware.h"
+#include "KeychainManager.h"
 #include "LogindWorkspace.h"
+#include "NetworkHTTPClient.h"
 #include "NetworkHealthProbe.h"
 #include "PortalWorkspace.h"
 #include "QProcessLauncher.h"
@@ -103,9 +107,13 @@ int main(int argc, char **argv) {
     SocketPortProbe portProbe;
     QProcessLauncher processLauncher;
     NetworkHealthProbe healthProbe;
+    NetworkHTTPClient httpClient;
+    ClipboardPasteboard pasteboard;
 
-    // The services. The server's manager lives as long as the process: its destruction would stop
-    // the server a second time.
+    // The services.
+    KeychainManager keychainManager(keychain);
+    // The server's manager lives as long as the process: its destruction would stop the server a
+    // second time.
     auto &serverManager = *new ServerManager(
         {.runLoop = runLoop,
          .log = log,
@@ -130,11 +138,17 @@ int main(int argc, char **argv) {
                             .haptics = haptics,
                             .calendar = &Calendar::current});
     };
+    const FeedbackPlatform feedbackPlatform{.keychain = keychainManager,
+                                            .httpClient = httpClient,
+                                            .runLoop = runLoop,
+                                            .pasteboard = pasteboard,
+                                            .log = log,
+                                            .geminiEndpoint = gemini::endpoint};
     const ContentView::Screens screens{
         .makeTimerView =
             [&](SessionViewModel &controller) {
                 return std::make_unique<TimerView>(controller, defaults, runLoop,
-                                                   notificationCenter);
+                                                   notificationCenter, feedbackPlatform);
             },
         .makeInsightsView =
             [&](SessionViewModel &controller) {

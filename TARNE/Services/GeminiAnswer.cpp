@@ -48,6 +48,68 @@ std::optional<QString> text(const Value &value) {
     return QString::fromUtf8(utf8.data(), static_cast<qsizetype>(utf8.size()));
 }
 
+/// Where the number ends that begins at `begin`; `begin` itself where there is none by JSON's
+/// grammar.
+const char *endOfNumber(const char *begin, const char *end) {
+    const char *at = begin;
+    const auto digits = [&] {
+        const char *const first = at;
+        while (at != end && *at >= '0' && *at <= '9')
+            ++at;
+        return at - first;
+    };
+    if (at != end && *at == '-')
+        ++at;
+    if (at != end && *at == '0')
+        ++at;
+    else if (digits() == 0)
+        return begin;
+    if (at != end && *at == '.') {
+        ++at;
+        if (digits() == 0)
+            return begin;
+    }
+    if (at != end && (*at == 'e' || *at == 'E')) {
+        ++at;
+        if (at != end && (*at == '+' || *at == '-'))
+            ++at;
+        if (digits() == 0)
+            return begin;
+    }
+    return at;
+}
+
+/// The body with a zero in place of every number. The reader refuses numbers that it cannot hold,
+/// which are valid JSON, and none is ever read here.
+QByteArray withoutNumbers(QByteArray body) {
+    char *at = body.data();
+    char *const end = at + body.size();
+    bool isInText = false;
+    while (at != end) {
+        const char c = *at;
+        if (isInText) {
+            if (c == '\\' && end - at > 1)
+                ++at;
+            isInText = c != '"';
+        } else if (c == '"') {
+            isInText = true;
+        } else if (const char *const behind = endOfNumber(at, end); behind != at) {
+            if (*at == '-')
+                ++at;
+            *at++ = '0';
+            while (at != behind)
+                *at++ = ' ';
+            continue;
+        }
+        ++at;
+    }
+    return body;
+}
+
+simdjson::error_code parse(dom::parser &parser, const QByteArray &body, dom::element &document) {
+    return parser.parse(body.constData(), static_cast<std::size_t>(body.size())).get(document);
+}
+
 GeminiError noJson() {
     return {u"The service's answer is not valid JSON."_s};
 }
@@ -57,8 +119,10 @@ GeminiError noJson() {
 GeminiResult readGeminiAnswer(const QByteArray &body) {
     dom::parser parser;
     dom::element document;
-    const auto size = static_cast<std::size_t>(body.size());
-    if (parser.parse(body.constData(), size).get(document) != simdjson::SUCCESS)
+    simdjson::error_code error = parse(parser, body, document);
+    if (error == simdjson::NUMBER_ERROR)
+        error = parse(parser, withoutNumbers(body), document);
+    if (error != simdjson::SUCCESS)
         return noJson();
     if (!document.is_object() && !document.is_array())
         return noJson();

@@ -3,7 +3,8 @@ import QtQuick
 import TARNE.Styling
 
 // A column that scrolls when it is higher than its place, by wheel, touch and keyboard, with a thin
-// bar that shows while it moves. What receives the focus by keyboard is brought into view.
+// bar that shows while it moves. What receives the focus by keyboard is brought into view, and the
+// caret of what is written in stays in view.
 Flickable {
     id: view
 
@@ -14,10 +15,30 @@ Flickable {
     property real bottomPadding: 0
 
     readonly property Item focusedItem: Window.activeFocusItem
+    // Of what has the focus and is written in, in its coordinates.
+    readonly property rect caret: focusedItem?.["cursorRectangle"] ?? Qt.rect(0, 0, 0, 0)
+
+    function holdsFocus(): bool {
+        for (let item = focusedItem; item; item = item.parent) {
+            if (item === column)
+                return true;
+        }
+        return false;
+    }
 
     function reveal(item: Item): void {
         const top = item.mapToItem(view.contentItem, 0, 0).y;
-        const bottom = top + item.height;
+        view.revealSpan(top, top + item.height);
+    }
+
+    function revealCaret(): void {
+        if (view.caret.height === 0 || !view.holdsFocus())
+            return;
+        const caret = view.focusedItem.mapToItem(view.contentItem, view.caret);
+        view.revealSpan(caret.y, caret.y + caret.height);
+    }
+
+    function revealSpan(top: real, bottom: real): void {
         if (top < view.contentY)
             view.contentY = Math.max(0, top - 8);
         else if (bottom > view.contentY + view.height)
@@ -50,12 +71,18 @@ Flickable {
     }
 
     onFocusedItemChanged: {
-        for (let item = focusedItem; item; item = item.parent) {
-            if (item === column) {
-                view.reveal(focusedItem);
-                break;
-            }
-        }
+        if (view.holdsFocus())
+            view.reveal(focusedItem);
+    }
+    onCaretChanged: caretFollower.restart()
+    onContentHeightChanged: caretFollower.restart()
+
+    // Later, when what is written in has grown and scrolled itself.
+    Timer {
+        id: caretFollower
+
+        interval: 0
+        onTriggered: view.revealCaret()
     }
 
     Column {

@@ -81,26 +81,13 @@ SheetPanel {
             anchors.bottomMargin: 16
             spacing: 16
 
-            // A picture: no key is bound to the button.
-            Row {
+            CommandReturnHint {
                 anchors.verticalCenter: parent.verticalCenter
-                spacing: 4
-
-                SymbolIcon {
-                    symbol: "command"
-                    size: 11
-                    weight: Font.Medium
-                    color: Colors.tertiaryLabel
-                }
-                SymbolIcon {
-                    symbol: "return"
-                    size: 11
-                    weight: Font.Medium
-                    color: Colors.tertiaryLabel
-                }
             }
-            StartButton {
-                canStart: !sheet.view.isGoalEmpty
+            CircleButton {
+                symbol: "arrow.right"
+                text: "Start session"
+                isReady: !sheet.view.isGoalEmpty
                 onClicked: sheet.view.startSession()
             }
         }

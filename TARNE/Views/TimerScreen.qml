@@ -8,8 +8,6 @@ Rectangle {
     id: screen
 
     required property TimerView view
-    // The sheet that ends a session, presented by the view's `showSessionReflection`.
-    property Component reflectionSheet: null
 
     readonly property string navigationTitle: "⏱️ Timer"
 
@@ -52,7 +50,10 @@ Rectangle {
     }
     Sheet {
         isPresented: screen.view.isShown && screen.view.showSessionReflection
-                     && screen.reflectionSheet !== null
-        content: screen.reflectionSheet
+        content: Component {
+            SessionReflectionSheet {
+                view: screen.view.sessionReflection
+            }
+        }
     }
 }

@@ -4,6 +4,7 @@
 #include "RunLoop.h"
 #include "Screen.h"
 #include "SessionNotesView.h"
+#include "SessionReflectionView.h"
 
 #include <QProperty>
 #include <QString>
@@ -51,11 +52,13 @@ class TimerView final : public Screen {
     Q_PROPERTY(tarne::DurationSelectionView *durationSelection READ durationSelection NOTIFY
                    durationSelectionChanged)
     Q_PROPERTY(tarne::SessionNotesView *sessionNotes READ sessionNotes NOTIFY sessionNotesChanged)
+    Q_PROPERTY(tarne::SessionReflectionView *sessionReflection READ sessionReflection NOTIFY
+                   sessionReflectionChanged)
 
 public:
     /// Everything passed outlives the view. The stored preferences give the first length.
     TimerView(SessionViewModel &sessionViewModel, const UserDefaults &defaults, RunLoop &runLoop,
-              NotificationCenter &notificationCenter);
+              NotificationCenter &notificationCenter, FeedbackPlatform feedbackPlatform);
     ~TimerView() override;
 
     /// Between `appear` and `disappear`. A sheet that falls due while another tab is shown waits
@@ -78,10 +81,6 @@ public:
     [[nodiscard]] bool showDurationSelection() const { return m_showDurationSelection; }
     [[nodiscard]] bool showSessionNotes() const { return m_showSessionNotes; }
     [[nodiscard]] bool showSessionReflection() const { return m_showSessionReflection; }
-    /// The third sheet's flag, for the view that is presented by it.
-    [[nodiscard]] QBindable<bool> bindableShowSessionReflection() {
-        return &m_showSessionReflection;
-    }
 
     /// The sheet's view while its flag is true; afterwards the one that was last shown, for the
     /// time in which the sheet leaves the screen. None before the first presentation.
@@ -89,6 +88,9 @@ public:
         return m_durationSelection.get();
     }
     [[nodiscard]] SessionNotesView *sessionNotes() const { return m_sessionNotes.get(); }
+    [[nodiscard]] SessionReflectionView *sessionReflection() const {
+        return m_sessionReflection.get();
+    }
 
     /// A value that is animated and that nothing on the screen is scaled by.
     [[nodiscard]] double timerScale() const { return m_timerScale; }
@@ -113,7 +115,7 @@ public:
     /// The count-down has run out: opens the reflection sheet half a second from now.
     void showTimerCompletion();
     /// The reflection is done: ends the session and goes back to setup.
-    Q_INVOKABLE void completeSession();
+    void completeSession();
 
     /// "HH:MM:SS"; a fraction of a second is dropped.
     [[nodiscard]] static QString formatTime(double seconds);
@@ -131,6 +133,7 @@ Q_SIGNALS:
     void showSessionReflectionChanged(bool show);
     void durationSelectionChanged();
     void sessionNotesChanged();
+    void sessionReflectionChanged();
     void timerScaleAnimated(double scale, tarne::SpringAnimation spring);
 
 private:
@@ -150,6 +153,7 @@ private:
     SessionViewModel &m_sessionViewModel;
     RunLoop &m_runLoop;
     NotificationCenter &m_notificationCenter;
+    FeedbackPlatform m_feedbackPlatform;
 
     // The three flags and the length are bound to by the sheets, which set them.
     Q_OBJECT_BINDABLE_PROPERTY(TimerView, double, m_selectedDuration,
@@ -168,6 +172,7 @@ private:
 
     std::unique_ptr<DurationSelectionView> m_durationSelection;
     std::unique_ptr<SessionNotesView> m_sessionNotes;
+    std::unique_ptr<SessionReflectionView> m_sessionReflection;
     std::unique_ptr<QObject> m_following; ///< The subscriptions' context; none while hidden.
 };
 

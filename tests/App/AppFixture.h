@@ -1,5 +1,6 @@
 #pragma once
 
+#include "FeedbackFakes.h"
 #include "MemoryKeychain.h"
 #include "RecordingWorkspace.h"
 #include "ServerPlatformFakes.h"
@@ -51,7 +52,8 @@ protected:
         return {.makeTimerView =
                     [this](SessionViewModel &controller) {
                         ++timerViews;
-                        return std::make_unique<TimerView>(controller, defaults, time, center);
+                        return std::make_unique<TimerView>(controller, defaults, time, center,
+                                                           feedback.platform());
                     },
                 .makeInsightsView =
                     [this](SessionViewModel &controller) {
@@ -70,6 +72,7 @@ protected:
                     }};
     }
 
+    FeedbackFakes feedback{time, log};
     AppDelegate delegate{{.start = [] {}, .stop = [] {}}};
     int controllers = 0;
     int timerViews = 0;

@@ -53,6 +53,23 @@ TEST(GeminiAnswer, OfTwoEqualKeysTheLastCounts) {
         u"b"_s);
 }
 
+TEST(GeminiAnswer, IsReadBesideNumbersOfAnySize) {
+    for (const QByteArray number :
+         {"123456789012345678901234567890", "-98765432109876543210", "1e400", "-0.5E-4000"}) {
+        const QByteArray answer =
+            R"("candidates":[{"content":{"parts":[{"text":"\\\"1e999\" 2"}]}}])";
+        EXPECT_EQ(success("{" + answer + R"(,"n":)" + number + "}"), u"\\\"1e999\" 2"_s);
+        EXPECT_EQ(success(R"({"n":[)" + number + ",1]," + answer + "}"), u"\\\"1e999\" 2"_s);
+        EXPECT_EQ(failure(R"({"error":{"message":)" + number + "}}"), invalidFormat);
+    }
+}
+
+TEST(GeminiAnswer, OfBrokenNumbersBesideHugeOnesIsNoJson) {
+    for (const QByteArray broken : {"01", "-", "1.", ".5", "1e", "+1", "0x1", "1 2", "--1", "1-"})
+        EXPECT_EQ(failure(R"({"n":123456789012345678901234567890,"m":)" + broken + "}"), noJson)
+            << broken.constData();
+}
+
 TEST(GeminiAnswer, IsReadFromTenThousandCandidates) {
     QByteArray body = R"({"candidates":[{"content":{"parts":[{"text":"first"}]}})";
     for (int i = 1; i < 10'000; ++i)

@@ -2,6 +2,7 @@
 #include "FeedbackFixture.h"
 
 #include <QAbstractItemModelTester>
+#include <QPointer>
 #include <QSignalSpy>
 
 using namespace Qt::StringLiterals;
@@ -158,6 +159,19 @@ TEST_F(SessionReflectionViewTest, EachCompletionPresentsFeedbackAnew) {
     sheet().completeReflection();
     EXPECT_EQ(gemini.requests.size(), 2U);
     EXPECT_TRUE(sheet().feedback()->isLoadingFeedback());
+}
+
+TEST_F(SessionReflectionViewTest, OfAThousandPresentationsOneViewIsLeft) {
+    start(u"A"_s, 1500.0);
+    QPointer<SessionFeedbackView> previous;
+    for (int i = 0; i < 1000; ++i) {
+        sheet().completeReflection();
+        EXPECT_TRUE(previous.isNull());
+        previous = sheet().feedback();
+        previous->close();
+    }
+    EXPECT_TRUE(previous);
+    EXPECT_EQ(gemini.requests.size(), 1000U);
 }
 
 TEST_F(SessionReflectionViewTest, FinishedFeedbackClosesBothSheetsAndEndsTheFlow) {

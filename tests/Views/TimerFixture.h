@@ -1,5 +1,6 @@
 #pragma once
 
+#include "FeedbackFakes.h"
 #include "SessionFixture.h"
 #include "TimerView.h"
 
@@ -20,7 +21,8 @@ protected:
     /// The screen; made on first use, so that a test can prepare the store. Not shown yet.
     TimerView &view() {
         if (!m_view) {
-            m_view = std::make_unique<TimerView>(controller(), defaults, time, center);
+            m_view = std::make_unique<TimerView>(controller(), defaults, time, center,
+                                                 feedback.platform());
             QObject::connect(m_view.get(), &TimerView::timerScaleAnimated, m_view.get(),
                              [this](double scale, SpringAnimation spring) {
                                  m_animations.push_back({scale, spring});
@@ -60,6 +62,8 @@ protected:
         preferences.defaultDuration = seconds;
         preferences.save(defaults);
     }
+
+    FeedbackFakes feedback{time, log};
 
     /// The animations of the scale since the last call.
     std::vector<Animation> takeAnimations() { return std::exchange(m_animations, {}); }

@@ -116,7 +116,7 @@ TEST_F(TimerSheetsTest, GoesOnWithTheSessionWhenTheReflectionIsDismissed) {
     pass(60);
     view().resetTimer();
     pass(60);
-    view().bindableShowSessionReflection().setValue(false);
+    view().sessionReflection()->close();
     EXPECT_TRUE(view().isTimerActive());
     EXPECT_FALSE(view().isSetupMode());
     pass(60);
@@ -166,7 +166,7 @@ TEST_F(TimerSheetsTest, OpensTheReflectionAgainWhenItWasDismissedAtTheRunOut) {
     startThroughTheSheets(5, u"Review"_s);
     view().resetTimer();
     pass(300.25);
-    view().bindableShowSessionReflection().setValue(false);
+    view().sessionReflection()->close();
     pass(0.3);
     EXPECT_TRUE(view().showSessionReflection());
 }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "FeedbackFakes.h"
 #include "ManualTime.h"
 #include "MemoryDefaults.h"
 #include "RecordingLog.h"
@@ -33,6 +34,7 @@ struct OfflineSession {
     test::RecordingBackgroundActivities activities;
     test::CountingHaptics haptics;
     SessionViewModel controller{platform()};
+    test::FeedbackFakes feedback{time, log};
 };
 
 } // namespace tarne::shots

@@ -42,7 +42,8 @@ struct TimerStage {
     }
 
     OfflineSession session;
-    TimerView view{session.controller, session.defaults, session.time, session.center};
+    TimerView view{session.controller, session.defaults, session.time, session.center,
+                   session.feedback.platform()};
 };
 
 } // namespace

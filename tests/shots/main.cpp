@@ -9,6 +9,7 @@
 #include "SetupShots.h"
 #include "ShellShots.h"
 #include "TimerShots.h"
+#include "WrapUpShots.h"
 
 #include <QGuiApplication>
 #include <QtQml/qqmlextensionplugin.h>
@@ -38,5 +39,6 @@ int main(int argc, char **argv) {
     tarne::shots::takeHistoryShots(gallery);
     tarne::shots::takeSetupShots(gallery);
     tarne::shots::takeScheduleShots(gallery);
+    tarne::shots::takeWrapUpShots(gallery);
     return gallery.isComplete() ? 0 : 1;
 }

@@ -196,7 +196,7 @@ TEST_F(SheetLayout, TheStartButtonIsSmallAndGreyUntilThereIsAGoal) {
     EXPECT_NEAR(shown().red(), shown().blue(), 2);
     ui().type(u"R"_s);
     EXPECT_TRUE(ui().waitUntil([&] { return start.parentItem()->scale() == 1; }));
-    EXPECT_EQ(shown(), Colors::accent);
+    EXPECT_TRUE(ui().waitUntil([&] { return shown() == Colors::accent; }));
 }
 
 TEST_F(SheetLayout, TheNotesSheetsControlsStandAtTheLowerRight) {

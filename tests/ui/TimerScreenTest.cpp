@@ -50,39 +50,16 @@ TEST_F(TimerScreenTest, AsksForTheReflectionWithStop) {
 }
 
 TEST_F(TimerScreenTest, ShowsTheReflectionAboveTheCountdownWhileItsFlagIsUp) {
-    UiDriver window(uR"(
-pragma ComponentBehavior: Bound
-import QtQuick
-import TARNE.Styling
-import TARNE.Views
-Item {
-    id: root
-    property TimerView view
-    ComponentSlot {
-        anchors.fill: parent
-        isActive: root.view !== null
-        component: TimerScreen {
-            view: root.view
-            reflectionSheet: SheetPanel {
-                width: 300
-                PlainText { text: "how it went" }
-            }
-        }
-    }
-}
-)"_s);
     startThroughTheSheets(5, u"Review"_s);
-    window.root()->setProperty("view", QVariant::fromValue(&view()));
-    window.settle();
-    EXPECT_FALSE(window.has(u"how it went"_s));
-    pass(300.5);
-    window.settle();
-    EXPECT_TRUE(window.has(u"how it went"_s));
-    EXPECT_FALSE(window.has(u"Pause"_s));
+    ui().settle();
+    EXPECT_FALSE(ui().has(u"How did you do with your goals?"_s));
+    passAndSettle(300.5);
+    EXPECT_TRUE(ui().has(u"How did you do with your goals?"_s));
+    EXPECT_FALSE(ui().has(u"Pause"_s));
     leaveTabAndReturn();
-    window.settle();
-    EXPECT_FALSE(window.has(u"how it went"_s));
-    EXPECT_TRUE(window.has(u"Resume"_s));
+    ui().settle();
+    EXPECT_FALSE(ui().has(u"How did you do with your goals?"_s));
+    EXPECT_TRUE(ui().has(u"Resume"_s));
 }
 
 TEST_F(TimerScreenTest, KeepsASheetThatFallsDueBehindAnotherTabUntilItIsShownAgain) {

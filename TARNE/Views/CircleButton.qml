@@ -2,41 +2,47 @@ pragma ComponentBehavior: Bound
 import QtQuick
 import TARNE.Styling
 
-// The round button that starts the session: grey and a little smaller while there is no goal.
+// The round button at the end of a sheet: grey and a little smaller while something is missing.
 Item {
-    id: start
+    id: circle
 
-    property bool canStart: true
+    required property string symbol
+    required property string text
+    property bool isReady: true
 
     signal clicked
 
     implicitWidth: 36
     implicitHeight: 36
-    scale: canStart ? 1 : 0.95
+    scale: isReady ? 1 : 0.95
 
     Behavior on scale {
         EaseInOut { duration: 200 }
     }
 
-    // A disabled button has no pointer shape, and the editor's would show through.
+    // A disabled button has no pointer shape, and an editor's behind it would show through.
     HoverHandler {
         cursorShape: Qt.ArrowCursor
     }
     PlainButton {
         anchors.fill: parent
-        enabled: start.canStart
+        enabled: circle.isReady
         cornerRadius: width / 2
-        text: "Start session"
-        onClicked: start.clicked()
+        text: circle.text
+        onClicked: circle.clicked()
 
         background: RoundedBox {
             radius: width / 2
-            color: start.canStart ? Colors.accent : Colors.quaternaryLabel
+            color: circle.isReady ? Colors.accent : Colors.quaternaryLabel
+
+            Behavior on color {
+                EaseInOutColor { duration: 200 }
+            }
         }
         contentItem: Item {
             SymbolIcon {
                 anchors.centerIn: parent
-                symbol: "arrow.right"
+                symbol: circle.symbol
                 size: 15
                 weight: Font.DemiBold
                 color: Colors.white

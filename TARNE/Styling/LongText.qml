@@ -1,0 +1,33 @@
+pragma ComponentBehavior: Bound
+import QtQuick
+import TARNE.Styling
+
+// A wrapped text of any length, as high as it is. Its beginning is on the screen at once; what is
+// longer than a few thousand characters follows bit by bit.
+Column {
+    id: longText
+
+    property string text
+    property font font: Typography.body
+    property color color: Colors.primaryText
+    property real lineSpacing: 0
+
+    Repeater {
+        model: TextBlocks {
+            text: longText.text
+            font: longText.font
+            width: longText.width
+        }
+
+        PlainText {
+            required property string block
+
+            width: longText.width
+            text: block
+            font: longText.font
+            color: longText.color
+            lineSpacing: longText.lineSpacing
+            wrapMode: Text.Wrap
+        }
+    }
+}

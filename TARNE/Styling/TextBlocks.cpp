@@ -1,0 +1,101 @@
+#include "TextBlocks.h"
+
+#include <QTextLayout>
+#include <QTextOption>
+
+namespace tarne {
+
+void TextBlocks::setText(const QString &text) {
+    if (m_text == text)
+        return;
+    m_text = text;
+    restart();
+}
+
+void TextBlocks::setFont(const QFont &font) {
+    if (m_font == font)
+        return;
+    m_font = font;
+    restart();
+}
+
+void TextBlocks::setWidth(double width) {
+    if (m_width == width)
+        return;
+    m_width = width;
+    restart();
+}
+
+void TextBlocks::restart() {
+    beginResetModel();
+    m_blocks.clear();
+    m_end = 0;
+    ++m_run;
+    endResetModel();
+    Q_EMIT sourceChanged();
+    if (m_width > 0 && !m_text.isEmpty())
+        addBlock();
+}
+
+void TextBlocks::addBlock() {
+    const qsizetype length = nextLength();
+    QString block = m_text.sliced(m_end, length);
+    m_end += length;
+    // The break between this block and the next is theirs already.
+    if (!isComplete() && block.endsWith(u'\n'))
+        block.chop(1);
+    const int row = rowCount();
+    beginInsertRows({}, row, row);
+    m_blocks += block;
+    endInsertRows();
+    if (!isComplete())
+        addBlockLater();
+}
+
+void TextBlocks::addBlockLater() {
+    QMetaObject::invokeMethod(
+        this,
+        [this, run = m_run] {
+            if (run == m_run)
+                addBlock();
+        },
+        Qt::QueuedConnection);
+}
+
+qsizetype TextBlocks::nextLength() const {
+    const qsizetype rest = m_text.size() - m_end;
+    if (rest <= blockLength)
+        return rest;
+
+    QString slice = m_text.sliced(m_end, blockLength);
+    slice.replace(u'\n', QChar::LineSeparator);
+    QTextOption option;
+    option.setWrapMode(QTextOption::WrapAtWordBoundaryOrAnywhere);
+    option.setUseDesignMetrics(true);
+    QTextLayout layout(slice, m_font);
+    layout.setTextOption(option);
+    layout.beginLayout();
+    for (QTextLine line = layout.createLine(); line.isValid(); line = layout.createLine())
+        line.setLineWidth(m_width);
+    layout.endLayout();
+    // Where the slice was cut, its last line may go on.
+    const int lastLine = layout.lineCount() - 1;
+    return lastLine > 0 ? layout.lineAt(lastLine).textStart() : slice.size();
+}
+
+int TextBlocks::rowCount(const QModelIndex &parent) const {
+    return parent.isValid() ? 0 : static_cast<int>(m_blocks.size());
+}
+
+QVariant TextBlocks::data(const QModelIndex &index, int role) const {
+    if (role != Block ||
+        !checkIndex(index, CheckIndexOption::IndexIsValid | CheckIndexOption::ParentIsInvalid))
+        return {};
+    return m_blocks[index.row()];
+}
+
+QHash<int, QByteArray> TextBlocks::roleNames() const {
+    return {{Block, "block"}};
+}
+
+} // namespace tarne

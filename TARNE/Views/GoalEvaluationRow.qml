@@ -1,0 +1,42 @@
+pragma ComponentBehavior: Bound
+import QtQuick
+import TARNE.Styling
+import TARNE.Views
+
+// A goal and the verdicts that can be chosen for it.
+Column {
+    id: row
+
+    required property SessionReflectionView view
+    required property int index
+    required property string goalText
+    // The position of the chosen verdict, or -1.
+    required property int selectedStatus
+
+    spacing: 18
+
+    PlainText {
+        width: parent.width
+        text: row.goalText
+        font: Typography.system(14, Font.Medium)
+        color: Colors.label
+        wrapMode: Text.Wrap
+    }
+    Row {
+        leftPadding: 16
+        spacing: 24
+
+        Repeater {
+            model: row.view.statusNames
+
+            VerdictOption {
+                required property int index
+                required property string modelData
+
+                text: modelData
+                isSelected: index === row.selectedStatus
+                onClicked: row.view.rate(row.index, index)
+            }
+        }
+    }
+}

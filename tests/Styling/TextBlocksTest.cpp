@@ -1,0 +1,122 @@
+#include "TextBlocks.h"
+
+#include <QAbstractItemModelTester>
+#include <QCoreApplication>
+#include <QTextLayout>
+
+#include <gtest/gtest.h>
+
+using namespace Qt::StringLiterals;
+
+namespace tarne::test {
+namespace {
+
+constexpr double width = 400;
+
+QStringList linesOf(QString text) {
+    text.replace(u'\n', QChar::LineSeparator);
+    QTextOption option;
+    option.setWrapMode(QTextOption::WrapAtWordBoundaryOrAnywhere);
+    option.setUseDesignMetrics(true);
+    QTextLayout layout(text, QFont());
+    layout.setTextOption(option);
+    layout.beginLayout();
+    QStringList lines;
+    for (QTextLine line = layout.createLine(); line.isValid(); line = layout.createLine()) {
+        line.setLineWidth(width);
+        QString content = text.sliced(line.textStart(), line.textLength());
+        while (content.endsWith(QChar::LineSeparator))
+            content.chop(1);
+        lines += content;
+    }
+    layout.endLayout();
+    return lines;
+}
+
+/// A text in its blocks.
+class TextBlocksTest : public testing::Test {
+protected:
+    void show(const QString &text) {
+        m_blocks.setWidth(width);
+        m_blocks.setText(text);
+    }
+    void letFollow() {
+        while (!m_blocks.isComplete())
+            QCoreApplication::processEvents();
+    }
+    QStringList blocks() {
+        QStringList texts;
+        for (int row = 0; row < m_blocks.rowCount(); ++row)
+            texts += m_blocks.index(row).data(TextBlocks::Block).toString();
+        return texts;
+    }
+    void expectLinesAsInOnePiece(const QString &text) {
+        show(text);
+        letFollow();
+        QStringList lines;
+        for (const QString &block : blocks())
+            lines += linesOf(block);
+        EXPECT_EQ(lines, linesOf(text));
+    }
+
+    TextBlocks m_blocks;
+    QAbstractItemModelTester m_tester{&m_blocks};
+};
+
+TEST_F(TextBlocksTest, AnOrdinaryTextIsOneBlock) {
+    show(u"A sentence.\n\nAnother."_s);
+    EXPECT_EQ(blocks(), QStringList{u"A sentence.\n\nAnother."_s});
+    EXPECT_TRUE(m_blocks.isComplete());
+}
+
+TEST_F(TextBlocksTest, AnEmptyTextHasNoBlock) {
+    show(u"x"_s);
+    show(QString());
+    EXPECT_TRUE(blocks().isEmpty());
+    EXPECT_TRUE(m_blocks.isComplete());
+}
+
+TEST_F(TextBlocksTest, ThereIsNoBlockBeforeThereIsAWidth) {
+    m_blocks.setText(u"x"_s);
+    EXPECT_TRUE(blocks().isEmpty());
+    m_blocks.setWidth(width);
+    EXPECT_EQ(blocks(), QStringList{u"x"_s});
+}
+
+TEST_F(TextBlocksTest, OfALongTextTheFirstBlockIsThereAtOnce) {
+    show(u"word "_s.repeated(5000));
+    EXPECT_EQ(blocks().size(), 1);
+    EXPECT_FALSE(m_blocks.isComplete());
+    EXPECT_GT(blocks()[0].size(), 2000);
+}
+
+TEST_F(TextBlocksTest, BlocksHoldTheLinesOfTheTextInOnePiece) {
+    expectLinesAsInOnePiece(u"Some words of unequal length run on. "_s.repeated(400));
+}
+
+TEST_F(TextBlocksTest, BreaksOfTheTextStayBreaks) {
+    expectLinesAsInOnePiece(u"A line\n\nand another, which is a little longer\n"_s.repeated(300));
+}
+
+TEST_F(TextBlocksTest, AWordOfManyLinesIsBrokenAnywhere) {
+    expectLinesAsInOnePiece(u"x"_s.repeated(10'000));
+    for (const QString &block : blocks())
+        EXPECT_LE(block.size(), TextBlocks::blockLength);
+}
+
+TEST_F(TextBlocksTest, NoCharacterIsCutInTwo) {
+    expectLinesAsInOnePiece(u"🔶"_s.repeated(2'000));
+    for (const QString &block : blocks())
+        EXPECT_TRUE(block.isValidUtf16());
+}
+
+TEST_F(TextBlocksTest, AnotherTextTakesThePlaceOfOneThatIsStillUnderWay) {
+    show(u"old "_s.repeated(5000));
+    show(u"new"_s);
+    for (int i = 0; i < 10; ++i)
+        QCoreApplication::processEvents();
+    EXPECT_EQ(blocks(), QStringList{u"new"_s});
+}
+
+} // namespace
+} // namespace tarne::test

@@ -1,0 +1,421 @@
+#include "ScreenFixture.h"
+
+using namespace Qt::StringLiterals;
+
+namespace tarne::test {
+namespace {
+
+/// The two sheets that end a session, above the timer screen, used by accessible name.
+class WrapUpTest : public TimerScreenTest {
+protected:
+    void openReflection(const QString &goals) {
+        startThroughTheSheets(25, goals);
+        ui().settle();
+        ASSERT_TRUE(ui().click(u"Stop"_s));
+    }
+    void openFeedback(const QString &goal) {
+        openReflection(goal);
+        ASSERT_TRUE(ui().click(u"Completed"_s));
+        write(u"Fine"_s);
+        ASSERT_TRUE(ui().click(u"Complete reflection"_s));
+    }
+    void write(const QString &text) {
+        ASSERT_TRUE(ui().click(u"Reflection"_s, QAccessible::EditableText));
+        ui().type(text);
+    }
+    void answer() {
+        feedback.gemini.answer(FeedbackFakes::answerInFourSections());
+        time.runPending();
+        ui().settle();
+    }
+    /// Draws frames until everything has its place.
+    void layOut() {
+        for (int frame = 0; frame < 3; ++frame)
+            EXPECT_FALSE(ui().picture().isNull());
+    }
+    /// Moves the focus with Tab.
+    void tabTo(const QString &name) {
+        for (int i = 0; i < 30 && ui().focusedName() != name; ++i)
+            ui().tab();
+        ASSERT_EQ(ui().focusedName(), name);
+    }
+    bool canComplete() { return ui().isEnabled(u"Complete reflection"_s); }
+    void fail(const QString &message) {
+        feedback.gemini.fail(message);
+        time.runPending();
+        ui().settle();
+    }
+    /// The item of a visible text or control.
+    const QQuickItem &item(const QString &name, QAccessible::Role role = QAccessible::NoRole) {
+        static const QQuickItem nothing;
+        const QQuickItem *const found = ui().find(name, role);
+        EXPECT_TRUE(found) << qPrintable(name);
+        return found ? *found : nothing;
+    }
+    /// The circle of the complete button, enabled or not.
+    QQuickItem *circle() { return item(u"Complete reflection"_s).parentItem(); }
+    QRectF place(const QString &name, QAccessible::Role role = QAccessible::NoRole) {
+        const QQuickItem &found = item(name, role);
+        return found.mapRectToScene(found.boundingRect());
+    }
+    SessionReflectionView &sheet() { return *view().sessionReflection(); }
+};
+
+TEST_F(WrapUpTest, TheReflectionSheetAsksForEachGoal) {
+    openReflection(u"Write report, Review"_s);
+    for (const QString &name :
+         {u"How did you do with your goals?"_s, u"Close"_s, u"Write report"_s, u"Review"_s,
+          u"Completed"_s, u"Partially Completed"_s, u"Not Completed"_s, u"Reflection"_s})
+        EXPECT_TRUE(ui().has(name)) << qPrintable(name);
+    EXPECT_EQ(ui().names(QAccessible::RadioButton).count(u"Completed"_s), 2);
+    EXPECT_EQ(ui().names().count(u"○"_s), 6);
+}
+
+TEST_F(WrapUpTest, RatingMarksTheChosenVerdict) {
+    openReflection(u"Review"_s);
+    ASSERT_TRUE(ui().click(u"Partially Completed"_s));
+    EXPECT_TRUE(ui().accessible(u"Partially Completed"_s)->state().checked);
+    EXPECT_FALSE(ui().accessible(u"Completed"_s)->state().checked);
+    EXPECT_EQ(ui().names().count(u"●"_s), 1);
+    EXPECT_EQ(ui().cursorOver(u"Completed"_s), Qt::PointingHandCursor);
+}
+
+TEST_F(WrapUpTest, TheCompleteButtonWaitsForTheLastRating) {
+    openReflection(u"Write report, Review"_s);
+    write(u"Fine"_s);
+    ASSERT_TRUE(ui().click(u"Completed"_s));
+    EXPECT_FALSE(canComplete());
+    sheet().rate(1, 2);
+    ui().settle();
+    EXPECT_TRUE(canComplete());
+    EXPECT_EQ(ui().cursorOver(u"Complete reflection"_s), Qt::PointingHandCursor);
+    ASSERT_TRUE(ui().click(u"Complete reflection"_s));
+    EXPECT_TRUE(ui().has(u"Session Feedback"_s));
+}
+
+TEST_F(WrapUpTest, WithoutGoalsTheReflectionStandsAlone) {
+    openReflection(u",,"_s);
+    EXPECT_FALSE(ui().has(u"Completed"_s));
+    EXPECT_FALSE(canComplete());
+    write(u"  "_s);
+    EXPECT_FALSE(canComplete());
+    write(u"x"_s);
+    ASSERT_TRUE(canComplete());
+    ASSERT_TRUE(ui().click(u"Complete reflection"_s));
+    EXPECT_TRUE(ui().has(u"Session Feedback"_s));
+}
+
+TEST_F(WrapUpTest, ControlReturnAndEscapeDoNothing) {
+    openReflection(u"Review"_s);
+    ASSERT_TRUE(ui().click(u"Completed"_s));
+    write(u"Fine"_s);
+    ui().key(Qt::Key_Return, Qt::ControlModifier);
+    ui().key(Qt::Key_Return, Qt::MetaModifier);
+    ui().key(Qt::Key_Escape);
+    EXPECT_FALSE(sheet().showingFeedback());
+    EXPECT_TRUE(view().showSessionReflection());
+}
+
+TEST_F(WrapUpTest, CloseGoesBackToTheCountdown) {
+    openReflection(u"Review"_s);
+    ASSERT_TRUE(ui().click(u"Close"_s));
+    EXPECT_TRUE(ui().has(u"Pause"_s));
+    EXPECT_TRUE(controller().isTimerActive());
+}
+
+TEST_F(WrapUpTest, TheReflectionSheetIsFiveHundredAndTwentyBySixHundred) {
+    openReflection(u"Review"_s);
+    const QRectF panel = place(u"How did you do with your goals?"_s, QAccessible::Dialog);
+    EXPECT_EQ(panel.size(), QSizeF(520, 600));
+    const QRectF title = place(u"How did you do with your goals?"_s, QAccessible::StaticText);
+    EXPECT_EQ(title.topLeft() - panel.topLeft(), QPointF(40, 32));
+    EXPECT_EQ(panel.right() - place(u"Close"_s).right(), 40);
+    EXPECT_EQ(place(u"Close"_s).size(), QSizeF(20, 20));
+    const QRectF complete = place(u"Complete reflection"_s);
+    EXPECT_NEAR(complete.center().x(), panel.right() - 40 - 18, 0.01);
+    EXPECT_NEAR(complete.center().y(), panel.bottom() - 24 - 18, 0.01);
+}
+
+TEST_F(WrapUpTest, TheReflectionEditorIsAtLeastAHundredAndTwentyHighAndGrowsWithItsText) {
+    openReflection(u"Review"_s);
+    const QQuickItem &text = item(u"Reflection"_s, QAccessible::EditableText);
+    EXPECT_EQ(text.width(), 520 - 2 * 40 - 2 * 12);
+    EXPECT_EQ(text.height(), 120 - 2 * 10);
+    tabTo(u"Reflection"_s);
+    for (int i = 0; i < 10; ++i)
+        ui().key(Qt::Key_Return);
+    ui().settle();
+    EXPECT_GT(text.height(), 100);
+}
+
+TEST_F(WrapUpTest, TheCaretStaysInViewWhileTheEditorGrows) {
+    openReflection(u"A, B, C, D, E"_s);
+    ASSERT_TRUE(ui().waitUntil([&] { return ui().has(u"Reflection"_s); }));
+    tabTo(u"Reflection"_s);
+    for (int i = 0; i < 40; ++i)
+        ui().key(Qt::Key_Return);
+    layOut();
+    const QQuickItem &text = item(u"Reflection"_s, QAccessible::EditableText);
+    const QRectF caret = text.mapRectToScene(text.property("cursorRectangle").toRectF());
+    EXPECT_LE(caret.bottom(), place(u"Complete reflection"_s).top());
+}
+
+TEST_F(WrapUpTest, ThePointerIsAHandOverWhatCanBePressed) {
+    openReflection(u"Review"_s);
+    EXPECT_EQ(ui().cursorOver(u"Close"_s), Qt::PointingHandCursor);
+    ui().hover(place(u"How did you do with your goals?"_s, QAccessible::StaticText).center());
+    EXPECT_EQ(ui().view().cursor().shape(), Qt::ArrowCursor);
+    EXPECT_EQ(ui().cursorOver(u"Completed"_s), Qt::PointingHandCursor);
+    ui().hover(place(u"How did you do with your goals?"_s, QAccessible::Dialog).bottomRight() -
+               QPointF(40 + 18, 24 + 18));
+    EXPECT_EQ(ui().view().cursor().shape(), Qt::ArrowCursor);
+}
+
+TEST_F(WrapUpTest, TheCompleteButtonShrinksAndIsDisabledWhileAGoalIsUnrated) {
+    openReflection(u"Write report, Review"_s);
+    ASSERT_TRUE(ui().click(u"Completed"_s));
+    write(u"Fine"_s);
+    EXPECT_FALSE(canComplete());
+    const auto scale = [&] { return circle()->scale(); };
+    EXPECT_NEAR(scale(), 0.95, 0.001);
+    sheet().rate(1, 0);
+    ui().settle();
+    EXPECT_TRUE(canComplete());
+    EXPECT_EQ(circle()->size(), QSizeF(36, 36));
+    EXPECT_TRUE(ui().waitUntil([&] { return qFuzzyCompare(scale(), 1.0); }));
+}
+
+TEST_F(WrapUpTest, VerdictsThatTheSessionHasAreSelectedOnOpening) {
+    openReflection(u"Review"_s);
+    ASSERT_TRUE(ui().click(u"Not Completed"_s));
+    ASSERT_TRUE(ui().click(u"Complete reflection"_s));
+    ASSERT_TRUE(ui().click(u"Close"_s));
+    ASSERT_TRUE(ui().click(u"Close"_s));
+    ASSERT_TRUE(ui().click(u"Stop"_s));
+    EXPECT_TRUE(ui().accessible(u"Not Completed"_s)->state().checked);
+    EXPECT_TRUE(canComplete());
+    EXPECT_EQ(sheet().reflection(), QString());
+}
+
+TEST_F(WrapUpTest, AVerdictCannotBeTakenBack) {
+    openReflection(u"Review"_s);
+    ASSERT_TRUE(ui().click(u"Completed"_s));
+    ASSERT_TRUE(ui().click(u"Completed"_s));
+    EXPECT_TRUE(ui().accessible(u"Completed"_s)->state().checked);
+}
+
+TEST_F(WrapUpTest, WhatIsClosedAwayIsLost) {
+    openReflection(u"Review"_s);
+    ASSERT_TRUE(ui().click(u"Completed"_s));
+    write(u"Fine"_s);
+    ASSERT_TRUE(ui().click(u"Close"_s));
+    ASSERT_TRUE(ui().click(u"Stop"_s));
+    EXPECT_FALSE(ui().accessible(u"Completed"_s)->state().checked);
+    EXPECT_EQ(item(u"Reflection"_s, QAccessible::EditableText).property("text").toString(),
+              QString());
+    EXPECT_EQ(controller().loadLastReflection(), QString());
+}
+
+TEST_F(WrapUpTest, TheFeedbackSheetLoadsFirst) {
+    openFeedback(u"Review"_s);
+    for (const QString &name :
+         {u"Session Feedback"_s, u"1 of 1 tasks completed"_s, u"Review"_s, u"Completed"_s,
+          u"Generating personalized feedback..."_s, u"Your Reflection"_s, u"Fine"_s, u"Edit"_s,
+          u"Save & Share"_s, u"Finish session"_s})
+        EXPECT_TRUE(ui().has(name)) << qPrintable(name);
+    EXPECT_FALSE(ui().has(u"Motivation"_s));
+}
+
+TEST_F(WrapUpTest, TheFeedbackSheetIsFiveHundredAndEightyBySevenHundred) {
+    ui().view().resize(1000, 900);
+    openFeedback(u"Review"_s);
+    const QRectF panel = place(u"Session Feedback"_s, QAccessible::Dialog);
+    EXPECT_EQ(panel.size(), QSizeF(580, 700));
+    EXPECT_EQ(place(u"Session Feedback"_s, QAccessible::StaticText).topLeft() - panel.topLeft(),
+              QPointF(32, 24));
+    EXPECT_EQ(panel.right() - place(u"Close"_s).right(), 32);
+    EXPECT_EQ(place(u"1 of 1 tasks completed"_s, QAccessible::ProgressBar).width(), 80);
+    const QRectF share = place(u"Save & Share"_s);
+    const QRectF finish = place(u"Finish session"_s);
+    EXPECT_EQ(share.left() - panel.left(), 32);
+    EXPECT_EQ(finish.left() - share.right(), 12);
+    EXPECT_EQ(panel.right() - finish.right(), 32);
+    EXPECT_EQ(panel.bottom() - finish.bottom(), 20);
+}
+
+TEST_F(WrapUpTest, AFeedbackSheetFitsIntoALowWindow) {
+    ui().view().resize(800, 600);
+    openFeedback(u"Review"_s);
+    EXPECT_EQ(place(u"Session Feedback"_s, QAccessible::Dialog).size(), QSizeF(580, 600 - 32));
+    EXPECT_TRUE(ui().click(u"Finish session"_s));
+}
+
+TEST_F(WrapUpTest, WithoutGoalsThereIsNoProgressAndNoRow) {
+    openReflection(u",,"_s);
+    write(u"x"_s);
+    ASSERT_TRUE(ui().click(u"Complete reflection"_s));
+    EXPECT_TRUE(ui().names(QAccessible::ProgressBar).isEmpty());
+    EXPECT_FALSE(ui().has(u"0 of 0 tasks completed"_s));
+    EXPECT_FALSE(ui().has(u"Not Evaluated"_s));
+}
+
+TEST_F(WrapUpTest, NeitherFooterButtonIsEverDisabled) {
+    openFeedback(u"Review"_s);
+    for (const QString &name : {u"Save & Share"_s, u"Finish session"_s}) {
+        EXPECT_TRUE(ui().isEnabled(name)) << qPrintable(name);
+        EXPECT_EQ(ui().cursorOver(name), Qt::PointingHandCursor);
+    }
+    fail(u"No network."_s);
+    for (const QString &name : {u"Save & Share"_s, u"Finish session"_s})
+        EXPECT_TRUE(ui().isEnabled(name)) << qPrintable(name);
+    EXPECT_EQ(ui().cursorOver(u"Close"_s), Qt::PointingHandCursor);
+}
+
+TEST_F(WrapUpTest, AnAnswerWithoutSectionsStandsRawInTheFirstCardAboveThreeEmptyOnes) {
+    openFeedback(u"Review"_s);
+    feedback.gemini.answer(FeedbackFakes::answerWith("# <b>Hello</b>\\nthere"));
+    time.runPending();
+    ui().settle();
+    EXPECT_TRUE(ui().has(u"# <b>Hello</b>\nthere"_s, QAccessible::StaticText));
+    for (const QString &title :
+         {u"Overall Assessment"_s, u"Patterns Observed"_s, u"Suggestions"_s, u"Motivation"_s})
+        EXPECT_TRUE(ui().has(title, QAccessible::StaticText)) << qPrintable(title);
+}
+
+TEST_F(WrapUpTest, ALongAnswerIsShownToItsEnd) {
+    openFeedback(u"Review"_s);
+    const QByteArray words = QByteArray("word ").repeated(10'000);
+    feedback.gemini.answer(FeedbackFakes::answerWith("**Advice:** " + words + "end."));
+    time.runPending();
+    EXPECT_TRUE(ui().waitUntil([&] {
+        const QStringList texts = ui().names(QAccessible::StaticText);
+        return std::ranges::any_of(texts,
+                                   [](const QString &text) { return text.endsWith(u"end."_s); });
+    }));
+}
+
+TEST_F(WrapUpTest, AfterACloseTheReflectionCanBeCompletedAgainAndAsksAnew) {
+    openFeedback(u"Review"_s);
+    fail(u"No network."_s);
+    ASSERT_TRUE(ui().click(u"Close"_s));
+    ASSERT_TRUE(ui().click(u"Complete reflection"_s));
+    EXPECT_TRUE(ui().has(u"Generating personalized feedback..."_s));
+    EXPECT_EQ(feedback.gemini.requests.size(), 2U);
+    answer();
+    EXPECT_TRUE(ui().has(u"Go on."_s));
+}
+
+TEST_F(WrapUpTest, ASessionCanBeFinishedWhileTheCoachingLoads) {
+    openFeedback(u"Review"_s);
+    ASSERT_TRUE(ui().click(u"Finish session"_s));
+    EXPECT_TRUE(ui().has(u"Session Setup"_s));
+    answer();
+    ASSERT_EQ(history().size(), 1U);
+    EXPECT_EQ(history()[0].suggestions, QString());
+    EXPECT_EQ(history()[0].goals[0].status, GoalStatus::completed);
+}
+
+TEST_F(WrapUpTest, IsUsedByKeyboardAlone) {
+    openReflection(u"Review"_s);
+    EXPECT_THAT(tabOrder(),
+                testing::UnorderedElementsAre(u"Close"_s, u"Completed"_s, u"Partially Completed"_s,
+                                              u"Not Completed"_s, u"Reflection"_s));
+    tabTo(u"Completed"_s);
+    ui().key(Qt::Key_Space);
+    tabTo(u"Complete reflection"_s);
+    ui().key(Qt::Key_Space);
+    ASSERT_TRUE(ui().has(u"Session Feedback"_s));
+    tabTo(u"Finish session"_s);
+    ui().key(Qt::Key_Return);
+    EXPECT_TRUE(ui().has(u"Session Setup"_s));
+}
+
+TEST_F(WrapUpTest, AnAnswerShowsItsFourSections) {
+    openFeedback(u"Review"_s);
+    answer();
+    for (const QString &name :
+         {u"Overall Assessment"_s, u"Good."_s, u"Patterns Observed"_s, u"Steady."_s,
+          u"Suggestions"_s, u"Rest."_s, u"Motivation"_s, u"Go on."_s})
+        EXPECT_TRUE(ui().has(name, QAccessible::StaticText)) << qPrintable(name);
+    EXPECT_FALSE(ui().has(u"Generating personalized feedback..."_s));
+}
+
+TEST_F(WrapUpTest, AFailureSaysWhyAndOffersNoRetry) {
+    openFeedback(u"Review"_s);
+    fail(u"<b>No network.</b>"_s);
+    EXPECT_TRUE(ui().has(u"Unable to generate feedback"_s));
+    EXPECT_TRUE(ui().has(u"<b>No network.</b>"_s));
+    EXPECT_EQ(ui().names(QAccessible::Button),
+              QStringList({u"Close"_s, u"Edit"_s, u"Save & Share"_s, u"Finish session"_s}));
+}
+
+TEST_F(WrapUpTest, TheReflectionCanBeEdited) {
+    openFeedback(u"Review"_s);
+    ASSERT_TRUE(ui().click(u"Edit"_s));
+    layOut();
+    ASSERT_TRUE(ui().click(u"Your Reflection"_s, QAccessible::EditableText));
+    ui().type(u"!"_s);
+    layOut();
+    ASSERT_TRUE(ui().click(u"Done"_s));
+    EXPECT_TRUE(sheet().feedback()->reflection().contains(u'!'));
+    EXPECT_TRUE(ui().has(sheet().feedback()->reflection()));
+    EXPECT_FALSE(ui().has(u"Your Reflection"_s, QAccessible::EditableText));
+}
+
+TEST_F(WrapUpTest, AnEmptyReflectionIsSaidToBeMissing) {
+    openReflection(u"Review"_s);
+    ASSERT_TRUE(ui().click(u"Completed"_s));
+    ASSERT_TRUE(ui().click(u"Complete reflection"_s));
+    EXPECT_TRUE(ui().has(u"No reflection provided"_s));
+}
+
+TEST_F(WrapUpTest, SaveAndShareCopiesAndStays) {
+    openFeedback(u"Review"_s);
+    ASSERT_TRUE(ui().click(u"Save & Share"_s));
+    EXPECT_TRUE(feedback.pasteboard.text.startsWith(u"# Stillhour Session Summary"));
+    EXPECT_TRUE(ui().has(u"Session Feedback"_s));
+}
+
+TEST_F(WrapUpTest, CloseUncoversTheReflectionAsItWas) {
+    openFeedback(u"Review"_s);
+    ASSERT_TRUE(ui().click(u"Close"_s));
+    EXPECT_TRUE(ui().has(u"How did you do with your goals?"_s));
+    EXPECT_TRUE(ui().accessible(u"Completed"_s)->state().checked);
+    EXPECT_EQ(sheet().reflection(), u"Fine"_s);
+}
+
+TEST_F(WrapUpTest, FinishEndsTheSessionAndReturnsToSetup) {
+    openFeedback(u"Review"_s);
+    answer();
+    ASSERT_TRUE(ui().click(u"Finish session"_s));
+    EXPECT_TRUE(ui().has(u"Session Setup"_s));
+    EXPECT_FALSE(ui().has(u"Session Feedback"_s));
+    EXPECT_FALSE(controller().currentSession());
+    ASSERT_EQ(history().size(), 1U);
+    EXPECT_EQ(history()[0].suggestions, u"Rest."_s);
+    EXPECT_EQ(history()[0].reflection, u"Fine"_s);
+}
+
+TEST_F(WrapUpTest, EveryPresentationMakesAndDropsItsSheet) {
+    openReflection(u"Review"_s);
+    sheet().rate(0, 0);
+    const auto items = [&] {
+        layOut();
+        return ui().view().findChildren<QObject *>().size();
+    };
+    const auto before = items();
+    QPointer<SessionFeedbackView> previous;
+    for (int i = 0; i < 5; ++i) {
+        sheet().completeReflection();
+        EXPECT_TRUE(previous.isNull());
+        previous = sheet().feedback();
+        layOut();
+        EXPECT_TRUE(ui().has(u"Session Feedback"_s));
+        sheet().feedback()->close();
+        EXPECT_EQ(items(), before);
+        EXPECT_FALSE(ui().has(u"Session Feedback"_s));
+    }
+}
+
+} // namespace
+} // namespace tarne::test
