@@ -54,8 +54,7 @@ class TarneTestCase(unittest.TestCase):
     def tearDown(self):
         errors = [line for program in self.programs for line in program.errors
                   if not any(text in line for text in self.expected_errors)]
-        # Of a program that was killed, the last line may be half of one.
-        strays = [line for program in self.programs for line in program.log[:-1]
+        strays = [line for program in self.programs for line in program.whole_lines
                   if not line.startswith(LOG_LINES)]
         if errors or strays or self._has_failed():
             self._keep_artifacts()

@@ -90,6 +90,11 @@ class Program:
         return self._output.read_text().splitlines()
 
     @property
+    def whole_lines(self):
+        """The lines on standard output without one that a kill has cut short."""
+        return self._output.read_text(errors="replace").rpartition("\n")[0].splitlines()
+
+    @property
     def errors(self):
         """The lines on standard error so far."""
         return self._errors.read_text().splitlines()
