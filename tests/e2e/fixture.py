@@ -21,7 +21,8 @@ LAUNCH_PATIENCE = 60.0
 
 # What the lines of the log begin with: nothing else belongs on standard output.
 LOG_LINES = ("📱 ", "🔍 ", "🟢 ", "🟡 ", "🔴 ", "🔪 ", "🧹 ", "⚠️ ", "❌ ", "✅ ", "🖥️ Server: ",
-             "   Checked ", "Notification permission error: ", "Failed to schedule notification: ")
+             "   Checked ", "Notification permission error: ", "Failed to schedule notification: ",
+             "Session summary copied to clipboard")
 
 
 class TarneTestCase(unittest.TestCase):
