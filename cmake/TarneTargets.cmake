@@ -11,8 +11,10 @@ if(TARNE_WARNINGS_AS_ERRORS)
 endif()
 if(TARNE_SANITIZE)
   # Compiled for the tests' sake, from scratch, in every run of CI: the layers' files go through the
-  # compiler together. A type with internal linkage inside a public one then looks like a mistake.
+  # compiler together. A type with internal linkage inside a public one then looks like a mistake,
+  # and what one file names may hide what another names.
   set(TARNE_UNITY_BUILD ON)
+  target_compile_options(tarne_options INTERFACE -Wno-shadow)
   if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
     target_compile_options(tarne_options INTERFACE -Wno-subobject-linkage)
   endif()
@@ -111,9 +113,9 @@ function(tarne_test name)
   else()
     tarne_reuse(${name} tarne_test_headers)
   endif()
-  # The sanitizer presets compile the layers in a few large pieces, which halves their time. Tests
-  # stay apart: they name their fixtures' helpers alike.
-  set_target_properties(${name} PROPERTIES UNITY_BUILD OFF)
+  # The sanitizer presets compile the files of a program in a few large pieces, which halves their
+  # time.
+  set_target_properties(${name} PROPERTIES UNITY_BUILD "${TARNE_UNITY_BUILD}" UNITY_BUILD_BATCH_SIZE 8)
   # scripts/test runs several presets' tests as one: their names tell them apart.
   if(TARNE_SANITIZE)
     set(test ${name}.${TARNE_SANITIZE})

@@ -11,12 +11,11 @@
 
 using namespace tarne;
 using namespace Qt::StringLiterals;
+using test::randomCases;
 using test::RandomHistory;
 using test::SlowCalendar;
 
 namespace {
-
-constexpr quint64 randomCases = 10000;
 
 /// Where a label stands: the labels without a year below all others, the later day first.
 struct Place {

@@ -14,12 +14,11 @@
 
 using namespace tarne;
 using namespace Qt::StringLiterals;
+using test::randomCases;
 using test::RandomHistory;
 using test::SlowCalendar;
 
 namespace {
-
-constexpr quint64 randomCases = 10000;
 
 /// One random case with what the references ask of it.
 struct Case {

@@ -10,6 +10,9 @@
 
 namespace tarne::test {
 
+/// How many random cases hold a calculation against its slow reference.
+inline constexpr quint64 randomCases = 10000;
+
 /// A random history with the calendar and the moment that it is looked at: zones with and without
 /// daylight saving, with skipped and doubled midnights and half-hour offsets, weeks that begin on
 /// Saturday, Sunday and Monday, and moments that lie close to the turns of days.

@@ -7,8 +7,6 @@ using namespace Qt::StringLiterals;
 namespace tarne::test {
 namespace {
 
-constexpr RunLoop::Seconds day{86400.0};
-
 class DailyCopiesTest : public StoreTest {
 protected:
     /// Starts and ends a run that leaves `text` as preferences.

@@ -11,8 +11,6 @@ using testing::HasSubstr;
 namespace tarne::test {
 namespace {
 
-constexpr RunLoop::Seconds day{86400.0};
-
 const QByteArray oldPreferences("{\"lastGoal\":\"old\"}");
 const QByteArray newPreferences("{\"lastGoal\":\"new\"}");
 const QByteArray oldHistory(20'000, 'o');

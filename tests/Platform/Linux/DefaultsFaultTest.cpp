@@ -19,8 +19,6 @@ using testing::HasSubstr;
 namespace tarne::test {
 namespace {
 
-const QString key = u"Key"_s;
-
 /// A disk without a free byte, for this process: no file may be written beyond its first byte. The
 /// system refuses the same calls as on a disk that is full, and no privilege is needed.
 class FullDisk {

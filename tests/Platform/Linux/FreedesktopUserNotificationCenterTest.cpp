@@ -18,7 +18,7 @@ using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
 using namespace test;
 
-const QString service = u"org.freedesktop.Notifications"_s;
+const QString notificationService = u"org.freedesktop.Notifications"_s;
 
 /// Stays where the test puts it.
 class FixedClock final : public Clock {
@@ -34,7 +34,7 @@ Calendar utc() {
 class FreedesktopNotifications : public testing::Test {
 protected:
     void startDaemon(const QString &capabilities = u"body body-markup"_s) {
-        m_daemon = MockService::fromTemplate(m_bus, u"notification_daemon"_s, service,
+        m_daemon = MockService::fromTemplate(m_bus, u"notification_daemon"_s, notificationService,
                                              uR"({"capabilities": "%1"})"_s.arg(capabilities));
     }
 
@@ -277,7 +277,8 @@ TEST_F(FreedesktopNotifications, AHangingDaemonBlocksNothingAndIsGivenUpAfterIts
 
 TEST_F(FreedesktopNotifications, ARefusedNotificationCostsALineOnStandardError) {
     const ExpectedWarning warning(u"was not taken"_s);
-    m_daemon = MockService::bare(m_bus, service, u"/org/freedesktop/Notifications"_s, service);
+    m_daemon = MockService::bare(m_bus, notificationService, u"/org/freedesktop/Notifications"_s,
+                                 notificationService);
     m_daemon->addMethod(u"GetCapabilities"_s, {}, u"as"_s, u"ret = []"_s);
     m_daemon->addMethod(u"Notify"_s, u"susssasa{sv}i"_s, u"u"_s,
                         u"raise dbus.exceptions.DBusException('no', name='org.example.No')"_s);

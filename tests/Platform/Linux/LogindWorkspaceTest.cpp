@@ -17,8 +17,8 @@ namespace {
 using namespace Qt::StringLiterals;
 using namespace test;
 
-const QString service = u"org.freedesktop.login1"_s;
-const QString manager = u"org.freedesktop.login1.Manager"_s;
+const QString logindService = u"org.freedesktop.login1"_s;
+const QString logindManager = u"org.freedesktop.login1.Manager"_s;
 
 /// Notes the four events in the order in which they are posted.
 class Events {
@@ -41,9 +41,9 @@ const QGuiApplication &application() {
 
 class ALogindWorkspace : public testing::Test {
 protected:
-    void startLogind() { m_logind = MockService::fromTemplate(m_bus, u"logind"_s, service); }
+    void startLogind() { m_logind = MockService::fromTemplate(m_bus, u"logind"_s, logindService); }
     void prepareForSleep(bool start) {
-        m_logind->emitSignal(manager, u"PrepareForSleep"_s, u"b"_s, {start});
+        m_logind->emitSignal(logindManager, u"PrepareForSleep"_s, u"b"_s, {start});
     }
     bool waitForEvents(int count) {
         return serveUntil([&] { return m_events.all.size() >= count; });
@@ -85,8 +85,8 @@ TEST_F(ALogindWorkspace, HearsALogindThatComesBack) {
 TEST_F(ALogindWorkspace, DoesNotBelieveAnotherProgramsSignal) {
     startLogind();
     const LogindWorkspace workspace(m_connection, application(), m_center);
-    auto forged =
-        QDBusMessage::createSignal(u"/org/freedesktop/login1"_s, manager, u"PrepareForSleep"_s);
+    auto forged = QDBusMessage::createSignal(u"/org/freedesktop/login1"_s, logindManager,
+                                             u"PrepareForSleep"_s);
     forged << false;
     m_bus.connect().send(forged);
     prepareForSleep(true);

@@ -14,8 +14,6 @@ namespace {
 
 class SQLiteUserDefaultsTest : public StoreTest {};
 
-const QString key = u"Key"_s;
-
 struct StoredCase {
     const char *name;
     DefaultsValue value;

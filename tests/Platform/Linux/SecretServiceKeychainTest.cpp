@@ -21,7 +21,7 @@ using namespace std::chrono_literals;
 namespace tarne::test {
 namespace {
 
-constexpr int processTimeout = 20'000;
+constexpr int toolTimeout = 20'000;
 
 /// The daemon that keeps the secrets of one home, started and ended like on a desktop.
 class GnomeKeyring {
@@ -54,7 +54,7 @@ public:
         if (m_process.state() == QProcess::NotRunning)
             return;
         m_process.kill();
-        m_process.waitForFinished(processTimeout);
+        m_process.waitForFinished(toolTimeout);
         EXPECT_TRUE(serveUntil([this] { return !isOnTheBus(); }));
     }
 
@@ -76,7 +76,7 @@ QByteArray secretTool(const QStringList &arguments, const QByteArray &input = {}
     tool.start(u"/usr/bin/secret-tool"_s, arguments);
     tool.write(input);
     tool.closeWriteChannel();
-    EXPECT_TRUE(tool.waitForFinished(processTimeout));
+    EXPECT_TRUE(tool.waitForFinished(toolTimeout));
     return tool.readAll();
 }
 

@@ -14,6 +14,11 @@
 
 namespace tarne::test {
 
+inline constexpr RunLoop::Seconds day{86400.0};
+
+/// Some key, where it does not matter which.
+inline const QString key = QStringLiteral("Key");
+
 inline const QString preferencesKey = QStringLiteral("UserPreferences");
 inline const QString historyKey = QStringLiteral("SessionHistory");
 inline const QString goalsKey = QStringLiteral("ScheduledGoals");
