@@ -83,12 +83,12 @@ void StoreTest::execute(const std::string &statements) const {
     SQLite::Database(file().toStdString(), SQLite::OPEN_READWRITE, 1000).exec(statements);
 }
 
-std::string StoreTest::stored(const QString &key) const {
-    return read("SELECT value FROM defaults WHERE key = '" + key.toStdString() + "'");
+std::string StoreTest::stored(const QString &name) const {
+    return read("SELECT value FROM defaults WHERE key = '" + name.toStdString() + "'");
 }
 
-bool StoreTest::comesToHold(const QString &key, const std::string &value) const {
-    return eventually([&] { return stored(key) == value; });
+bool StoreTest::comesToHold(const QString &name, const std::string &value) const {
+    return eventually([&] { return stored(name) == value; });
 }
 
 QStringList StoreTest::filesIn(const QString &path) const {

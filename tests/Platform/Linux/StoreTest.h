@@ -57,9 +57,9 @@ protected:
     std::string read(const std::string &query) const;
     void execute(const std::string &statements) const;
     /// The stored value of a key, as text; empty when it is absent.
-    std::string stored(const QString &key) const;
+    std::string stored(const QString &name) const;
     /// Whether the file comes to hold `value` under `key`.
-    [[nodiscard]] bool comesToHold(const QString &key, const std::string &value) const;
+    [[nodiscard]] bool comesToHold(const QString &name, const std::string &value) const;
 
     QString folder() const { return m_directory.filePath(QStringLiteral("com.tarne.app")); }
     QString file() const { return folder() + QStringLiteral("/defaults.sqlite"); }
