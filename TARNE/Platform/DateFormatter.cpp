@@ -9,8 +9,9 @@ namespace tarne {
 
 namespace {
 
-/// Stands in for the year that a text leaves out.
-constexpr int yearOfYearlessTexts = 4;
+/// Stands in for the year that a text leaves out: a leap year below every year that a text can
+/// have.
+constexpr int yearOfYearlessTexts = -5;
 
 /// A number in the locale's digits or in ASCII ones, without signs or separators.
 std::optional<int> number(QStringView text) {

@@ -100,7 +100,7 @@ TEST(HistoryGrouping, LabelsAreOrderedAsRequiredAndNotByTime) {
 
 TEST(HistoryGrouping, LabelsWithoutAYearLieBelowEveryLabelWithOne) {
     const Look look;
-    const Date lowest = look.grouping.parseGroupingDate(u"Jan 1, 1970"_s);
+    const Date lowest = look.grouping.parseGroupingDate(u"Jan 1, 0001"_s);
     for (const QString &label : {u"Dec 31"_s, u"Feb 29"_s, u"Saturday"_s, u"Sunday"_s})
         EXPECT_LT(look.grouping.parseGroupingDate(label), lowest) << qPrintable(label);
     EXPECT_LT(look.grouping.parseGroupingDate(u"Feb 28"_s),
