@@ -130,12 +130,14 @@ void ClockTimeFields::step(int row, int delta) {
 }
 
 void ClockTimeFields::toMinimum(int row) {
+    endTyping();
     if (isField(row))
         setValue(m_fields[static_cast<std::size_t>(row)].kind,
                  boundsOf(m_fields[static_cast<std::size_t>(row)].kind).minimum);
 }
 
 void ClockTimeFields::toMaximum(int row) {
+    endTyping();
     if (isField(row))
         setValue(m_fields[static_cast<std::size_t>(row)].kind,
                  boundsOf(m_fields[static_cast<std::size_t>(row)].kind).maximum);

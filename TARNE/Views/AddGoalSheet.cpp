@@ -65,6 +65,8 @@ void AddGoalSheet::selectTime(QTime time) {
     components.second = 0;
     if (const std::optional<Date> moment = calendar.date(components))
         m_scheduleViewModel.setSelectedTime(*moment);
+    // A time that the day leaves out is another one, which may be the one that was held.
+    showSelection();
 }
 
 } // namespace tarne

@@ -124,6 +124,17 @@ TEST_F(AClockTime, HomeAndEndGoToTheFieldsEnds) {
     EXPECT_EQ(m_fields->time(), QTime(0, 0));
 }
 
+TEST_F(AClockTime, HomeAndEndEndTheNumberThatIsTyped) {
+    fields(u"de_DE"_s, QTime(0, 0));
+    m_fields->type(0, u"1"_s);
+    m_fields->toMinimum(0);
+    m_fields->type(0, u"2"_s);
+    EXPECT_EQ(m_fields->time(), QTime(2, 0));
+    m_fields->toMaximum(0);
+    m_fields->type(0, u"1"_s);
+    EXPECT_EQ(m_fields->time(), QTime(1, 0));
+}
+
 TEST_F(AClockTime, TypedDigitsJoinForAsLongAsTheyFit) {
     fields(u"de_DE"_s, QTime(0, 0));
     EXPECT_FALSE(m_fields->type(0, u"1"_s));

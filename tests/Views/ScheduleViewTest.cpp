@@ -219,6 +219,9 @@ TEST_F(AScheduleView, ASkippedTimeOfTheDayAtHandReadsAsTheOneAfterTheGap) {
     view().scheduleViewModel().setSelectedTime(m_fakes.at(8, 1, 30));
     sheet().timeFields()->step(0, 1);
     EXPECT_EQ(view().scheduleViewModel().selectedTime(), m_fakes.at(8, 3, 30));
+    sheet().timeFields()->step(0, -1);
+    EXPECT_EQ(view().scheduleViewModel().selectedTime(), m_fakes.at(8, 3, 30));
+    EXPECT_EQ(sheet().timeFields()->time(), QTime(3, 30));
 }
 
 TEST_F(AScheduleView, AfterAGoalTheTimeIsThatOfNow) {
