@@ -12,6 +12,9 @@ Column {
     property color color: Colors.primaryText
     property real lineSpacing: 0
 
+    // The blocks are lines of one text.
+    spacing: lineSpacing
+
     Repeater {
         model: TextBlocks {
             text: longText.text

@@ -11,6 +11,8 @@ Text {
     color: Colors.primaryText
     textFormat: Text.PlainText
     lineHeight: lineSpacing > 0 ? 1 + lineSpacing / (font.pixelSize * 1.21) : 1
+    // Below the last line there is no next one.
+    bottomPadding: -lineSpacing
     Accessible.role: Accessible.StaticText
     Accessible.name: text
 }
