@@ -26,8 +26,15 @@ Item {
             Accessible.role: Accessible.AlertMessage
             Accessible.name: alert.title
             Accessible.description: alert.message
-            Keys.onReturnPressed: alert.accepted()
-            Keys.onEnterPressed: alert.accepted()
+            // The key that brought the alert up may still be held.
+            Keys.onReturnPressed: event => {
+                if (!event.isAutoRepeat)
+                    alert.accepted();
+            }
+            Keys.onEnterPressed: event => {
+                if (!event.isAutoRepeat)
+                    alert.accepted();
+            }
 
             ShadowImage {
                 anchors.fill: parent

@@ -28,6 +28,10 @@ Rectangle {
                 height: 8
                 radius: 4
                 color: screen.view.currentScreen < index ? Colors.border : Colors.accent
+
+                Behavior on color {
+                    EaseInOutColor { duration: 350 }
+                }
             }
         }
     }
@@ -35,6 +39,7 @@ Rectangle {
         anchors.top: dots.bottom
         anchors.topMargin: Layout.defaultSpacing
         anchors.bottom: buttons.top
+        anchors.bottomMargin: Layout.defaultSpacing
         width: parent.width
 
         OnboardingPage {
