@@ -156,9 +156,12 @@ TEST_F(GoalsAPI, TheOwnerCanEndWithRequestsInFlight) {
     for (int i = 0; i < 8; ++i) {
         clients.push_back(std::make_unique<QProcess>());
         clients.back()->start(u"/usr/bin/curl"_s, {u"--silent"_s, u"--max-time"_s, u"20"_s,
-                                                   address + u"/goals?[1-50]"_s});
+                                                   address + u"/goals#[1-50]"_s});
     }
     ASSERT_TRUE(clients.front()->waitForReadyRead());
+    // Their requests are served by the owner itself.
+    EXPECT_THAT(clients.front()->readAllStandardOutput().toStdString(),
+                testing::HasSubstr("Review"));
     crash();
     for (const auto &client : clients)
         EXPECT_TRUE(client->waitForFinished());

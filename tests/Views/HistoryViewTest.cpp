@@ -60,7 +60,7 @@ TEST_F(HistoryViewTest, TheFirstOpeningOfAnEmptyStoreEndsWithThreeEntries) {
     EXPECT_EQ(row(2, HistoryModel::SectionLabelRole), u"Feb 28"_s);
 }
 
-TEST_F(HistoryViewTest, TheSampleEntriesAreThoseOfTheDescription) {
+TEST_F(HistoryViewTest, TheSampleEntriesHoldTheirTexts) {
     const auto samples = view().createSampleHistoryEntries();
     ASSERT_EQ(samples.size(), 3U);
     EXPECT_EQ(samples[0].sessionDate, time.now());

@@ -89,7 +89,7 @@ TEST_F(InsightsViewTest, TheFirstReadOfAnEmptyHistoryFillsItWithSixSamples) {
     EXPECT_EQ(view().sessionHistory().size(), 6U);
 }
 
-TEST_F(InsightsViewTest, TheSamplesAreThoseOfTheDescription) {
+TEST_F(InsightsViewTest, TheSamplesHoldTheirGoalsAndDays) {
     const auto samples = view().createSampleHistoryEntries();
     QStringList goals;
     std::vector<double> daysAgo;
