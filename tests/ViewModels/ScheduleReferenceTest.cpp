@@ -1,3 +1,4 @@
+#include "Rounds.h"
 #include "ScheduleFixture.h"
 #include "StoredKeys.h"
 
@@ -129,7 +130,7 @@ TEST(ScheduleAgainstAReference, ListsAndCountersAreThoseOfTheReferenceInTenThous
     const std::array zones{"Europe/Berlin",       "America/New_York", "UTC",
                            "Australia/Lord_Howe", "Asia/Kathmandu",   "America/Santiago"};
     Cases cases;
-    for (int number = 0; number < 10'000; ++number) {
+    for (int number = 0; number < rounds(10'000); ++number) {
         SchedulePlatformFakes fakes;
         const QTimeZone zone(zones[static_cast<std::size_t>(cases.pick(zones.size()))]);
         fakes.calendar = Calendar(zone, QLocale::c());

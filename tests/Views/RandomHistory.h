@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Calendar.h"
+#include "Rounds.h"
 #include "SessionHistoryEntry.h"
 
 #include <QDateTime>
@@ -11,7 +12,7 @@
 namespace tarne::test {
 
 /// How many random cases hold a calculation against its slow reference.
-inline constexpr quint64 randomCases = 10000;
+inline constexpr quint64 randomCases = rounds(10'000);
 
 /// A random history with the calendar and the moment that it is looked at: zones with and without
 /// daylight saving, with skipped and doubled midnights and half-hour offsets, weeks that begin on
