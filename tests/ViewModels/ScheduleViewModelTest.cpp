@@ -230,6 +230,16 @@ TEST_F(Schedule, DeletingRemovesTheGoalSavesAndCancelsItsReminder) {
     EXPECT_THAT(m_fakes.notifications.calls, ElementsAre(u"remove "_s + uuidString(goal.id)));
 }
 
+TEST_F(Schedule, DeletingAGoalThatIsGoneSavesAndCancelsAllTheSame) {
+    const ScheduledGoal goal = addAt(4, 9, u"deleted"_s);
+    schedule().deleteGoal(goal);
+    m_fakes.defaults.setObject(keys::scheduledGoals, u"overwritten"_s);
+    m_fakes.notifications.calls.clear();
+    schedule().deleteGoal(goal);
+    EXPECT_THAT(decodeScheduledGoals(stored()).value(), IsEmpty());
+    EXPECT_THAT(m_fakes.notifications.calls, ElementsAre(u"remove "_s + uuidString(goal.id)));
+}
+
 TEST_F(Schedule, DeletesByIdentityAlsoFromItsOwnList) {
     addAt(3, 9, u"same"_s);
     addAt(3, 9, u"same"_s);

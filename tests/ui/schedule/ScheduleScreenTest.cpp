@@ -67,8 +67,10 @@ TEST_F(ScheduleScreen, AGoalsTextIsNeverMarkup) {
 }
 
 TEST_F(ScheduleScreen, ATextOfAHundredKilobytesIsShown) {
-    add(2, 14, u"long text "_s.repeated(10'000));
+    const QString text = u"long text "_s.repeated(10'000);
+    add(2, 14, text);
     EXPECT_TRUE(ui().has(u"2:00 PM"_s));
+    EXPECT_TRUE(ui().has(text, QAccessible::StaticText));
 }
 
 TEST_F(ScheduleScreen, TheTickStrikesTheTextOutAndTakesTheGoalFromTheUpcomingCount) {
