@@ -1,5 +1,4 @@
 #include "ManualTime.h"
-#include "Rounds.h"
 #include "SQLiteUserDefaults.h"
 #include "StoredKeys.h"
 
@@ -114,7 +113,7 @@ private:
 
 TEST(SessionKill, At200RandomInstantsTheSessionComesBackAndLosesAtMostTheLastSecond) {
     constexpr unsigned sessions = 8;
-    constexpr int killsOfEach = test::rounds(25);
+    constexpr int killsOfEach = 25;
     std::vector<std::unique_ptr<KilledSession>> running;
     for (unsigned seed = 1; seed <= sessions; ++seed)
         running.push_back(std::make_unique<KilledSession>(seed, killsOfEach));

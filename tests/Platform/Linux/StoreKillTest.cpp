@@ -1,4 +1,3 @@
-#include "Rounds.h"
 #include "StoreTest.h"
 
 #include <QDir>
@@ -105,7 +104,7 @@ private:
 
 TEST(StoreKill, At200RandomInstantsLosesAtMostTheLastSecondAndMixesNoMoments) {
     constexpr unsigned sessions = 8;
-    constexpr int killsOfEach = test::rounds(25);
+    constexpr int killsOfEach = 25;
     std::vector<std::unique_ptr<KilledSession>> running;
     for (unsigned seed = 1; seed <= sessions; ++seed)
         running.push_back(std::make_unique<KilledSession>(seed, killsOfEach));

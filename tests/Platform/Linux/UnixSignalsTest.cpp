@@ -17,6 +17,9 @@ using namespace std::chrono_literals;
 using namespace test;
 
 TEST(UnixSignals, TermAndInterruptCallTheMainThread) {
+#ifdef __SANITIZE_THREAD__
+    GTEST_SKIP() << "this sanitizer delivers signals when it likes";
+#endif
     for (const int signal : {SIGTERM, SIGINT}) {
         std::thread::id calledOn;
         const UnixSignals signals([&] { calledOn = std::this_thread::get_id(); });
