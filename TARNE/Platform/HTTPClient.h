@@ -30,16 +30,19 @@ struct TransportError {
 
 using HTTPResult = std::variant<HTTPResponse, TransportError>;
 
-/// Sends requests over HTTP.
+/// Sends requests over HTTP, beside the main thread.
 class HTTPClient {
 public:
     using Completion = std::function<void(HTTPResult result)>;
 
     virtual ~HTTPClient() = default;
 
-    /// Sends one POST, once. `done` runs exactly once, on the main thread and never before this
-    /// call has returned; a request that is under way when the client is destroyed is dropped, and
-    /// its completion does not run.
+    /// Sends one POST, once. Main thread only.
+    ///
+    /// `done` runs exactly once, on a thread of the client's: what it does there holds nobody up
+    /// but other requests, and it touches nothing that belongs to the main thread. A request that
+    /// is under way when the client is destroyed is dropped, and its completion does not run; the
+    /// destructor waits for one that is running.
     virtual void post(const HTTPRequest &request, Completion done) = 0;
 };
 

@@ -12,8 +12,6 @@
 #include "SessionViewModel.h"
 #include "TARNEStyle.h"
 
-#include <QPointer>
-
 #include <algorithm>
 #include <utility>
 
@@ -105,14 +103,17 @@ void SessionFeedbackView::generateFeedback() {
         fail(u"Gemini API key not configured. Please set it in Settings."_s);
         return;
     }
-    callGeminiAPI(
-        buildFeedbackPrompt(*session), *apiKey,
-        [self = QPointer(this), &runLoop = m_platform.runLoop](const GeminiResult &result) {
-            runLoop.async([self, result] {
-                if (self)
-                    self->deliver(result);
-            });
-        });
+    callGeminiAPI(buildFeedbackPrompt(*session), *apiKey,
+                  [this, presence = std::weak_ptr(m_presence),
+                   &runLoop = m_platform.runLoop](const GeminiResult &result) {
+                      Outcome outcome{.result = result, .sections = {}};
+                      if (const auto *text = std::get_if<QString>(&result))
+                          outcome.sections = parseFeedbackText(*text);
+                      runLoop.async([this, presence, outcome = std::move(outcome)] {
+                          if (!presence.expired())
+                              deliver(outcome);
+                      });
+                  });
 }
 
 void SessionFeedbackView::callGeminiAPI(const QString &prompt, const QString &apiKey,
@@ -125,14 +126,14 @@ void SessionFeedbackView::callGeminiAPI(const QString &prompt, const QString &ap
                                });
 }
 
-void SessionFeedbackView::deliver(const GeminiResult &result) {
-    if (const auto *error = std::get_if<GeminiError>(&result)) {
+void SessionFeedbackView::deliver(const Outcome &outcome) {
+    if (const auto *error = std::get_if<GeminiError>(&outcome.result)) {
         fail(error->localizedDescription);
         return;
     }
     m_isLoadingFeedback = false;
-    m_feedback = std::get<QString>(result);
-    m_parsedFeedback = parseFeedbackText(m_feedback);
+    m_feedback = std::get<QString>(outcome.result);
+    m_parsedFeedback = outcome.sections;
     m_feedbackError.reset();
     m_sections.show(*m_parsedFeedback);
     Q_EMIT panelChanged();

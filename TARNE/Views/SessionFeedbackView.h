@@ -12,6 +12,7 @@
 #include <qqmlregistration.h>
 
 #include <functional>
+#include <memory>
 #include <optional>
 
 namespace tarne {
@@ -38,7 +39,8 @@ struct FeedbackPlatform {
 /// reflection once more, and the end of it all.
 ///
 /// Made anew for each presentation, and each asks Gemini once, on appearing. A request is never
-/// cancelled: an answer that arrives when the sheet is gone is lost. Main thread only.
+/// cancelled: an answer that arrives when the sheet is gone is lost. It is read on the transport's
+/// thread and delivered through the main queue; everything else is main thread only.
 class SessionFeedbackView final : public QObject {
     Q_OBJECT
     QML_ELEMENT
@@ -112,13 +114,21 @@ Q_SIGNALS:
     void isEditingReflectionChanged();
 
 private:
+    /// Runs on the transport's thread.
     using GeminiCompletion = std::function<void(const GeminiResult &result)>;
+    /// What the main thread needs to know of a call that has ended.
+    struct Outcome {
+        GeminiResult result;
+        ParsedFeedback sections; ///< Of the answer; empty when there is none.
+    };
+    /// Is there as long as the view; see `m_presence`.
+    struct Presence {};
 
     void setupInitialState();
     void showGoals();
     void generateFeedback();
     void callGeminiAPI(const QString &prompt, const QString &apiKey, GeminiCompletion completion);
-    void deliver(const GeminiResult &result);
+    void deliver(const Outcome &outcome);
     void fail(const QString &message);
 
     SessionViewModel &m_sessionViewModel;
@@ -135,6 +145,9 @@ private:
 
     FeedbackSectionsModel m_sections;
     GoalOutcomesModel m_goals;
+
+    /// By this an outcome knows, on the main thread, whether anybody is left to take it.
+    std::shared_ptr<Presence> m_presence = std::make_shared<Presence>();
 };
 
 } // namespace tarne

@@ -27,6 +27,10 @@ TEST(GeminiRequest, EncodesNothingInTheKey) {
     EXPECT_TRUE(address(u"a%2Fb"_s).endsWith("?key=a%2Fb"));
 }
 
+TEST(GeminiRequest, EscapesInTheKeyTakeTheirNormalForm) {
+    EXPECT_TRUE(address(u"a%41b%7Ec%2fd"_s).endsWith("?key=aAb~c%2Fd"));
+}
+
 TEST(GeminiRequest, AKeyWithANumberSignEndsTheQueryThere) {
     EXPECT_EQ(geminiAddress(gemini::endpoint, u"abc#d"_s).query(), u"key=abc"_s);
 }

@@ -156,6 +156,36 @@ TEST_F(SessionFeedbackViewTest, TouchesItsStateOnTheMainQueueOnly) {
     EXPECT_EQ(changes, 1);
 }
 
+TEST_F(SessionFeedbackViewTest, AnOutcomeCrossesToTheMainQueueInOneBlock) {
+    reflectOn(u"A"_s, {}, {});
+    feedback();
+    const std::size_t before = time.pendingBlockCount();
+    gemini.answer(FeedbackFakes::answerInFourSections());
+    EXPECT_EQ(time.pendingBlockCount(), before + 1);
+    time.runPending();
+    EXPECT_EQ(feedback().panel(), Panel::Sections);
+    EXPECT_EQ(contents()[2], u"Rest."_s);
+}
+
+TEST_F(SessionFeedbackViewTest, AnAnswerThatComesBehindTheSheetsEndIsLost) {
+    reflectOn(u"A"_s, {}, {});
+    feedback();
+    dropFeedback();
+    answer("late");
+    EXPECT_TRUE(history().empty());
+}
+
+TEST_F(SessionFeedbackViewTest, AnAnswerToAnEarlierPresentationLeavesTheNextOneLoading) {
+    reflectOn(u"A"_s, {}, {});
+    feedback();
+    feedback().close();
+    presentFeedback();
+    answer("**Advice:** Early.");
+    EXPECT_EQ(feedback().panel(), Panel::Loading);
+    answer("**Advice:** Late.");
+    EXPECT_EQ(contents()[2], u"Late."_s);
+}
+
 TEST_F(SessionFeedbackViewTest, AnAnswerThatComesWhenTheSheetIsGoneIsLost) {
     reflectOn(u"A"_s, {}, {});
     feedback();
@@ -269,6 +299,17 @@ TEST_F(SessionFeedbackViewTest, SaveAndShareLeavesTheFeedbackOutUntilItIsThere) 
     EXPECT_EQ(pasteboard.text, u"# Stillhour Session Summary\n\n## Goals\n- ❌ A\n"_s);
 }
 
+TEST_F(SessionFeedbackViewTest, SaveAndShareLeavesTheFeedbackOutAfterAFailure) {
+    reflectOn(u"A"_s, {completed}, u"Fine"_s);
+    feedback();
+    gemini.fail(u"No network."_s);
+    time.runPending();
+    feedback().saveAndShareFeedback();
+    EXPECT_EQ(pasteboard.text,
+              u"# Stillhour Session Summary\n\n## Goals\n- ✅ A\n\n## Reflection\nFine\n"_s);
+    EXPECT_TRUE(history().empty());
+}
+
 TEST_F(SessionFeedbackViewTest, FinishMergesTheCoachingIntoTheHistoryAndEndsTheFlow) {
     reflectOn(u"A"_s, {completed}, u"Fine"_s);
     feedback();
@@ -308,6 +349,28 @@ TEST_F(SessionFeedbackViewTest, FinishDoesNotWriteAnEmptiedReflectionBack) {
     feedback().setReflection(QString());
     feedback().finishSession();
     EXPECT_EQ(controller().loadLastReflection(), u"Fine"_s);
+}
+
+TEST_F(SessionFeedbackViewTest, FinishWithAnEmptiedReflectionKeepsTheStoredOneAndAddsTheCoaching) {
+    reflectOn(u"A"_s, {completed}, u"Fine"_s);
+    controller().saveSessionToHistory(*controller().currentSession(), {}, {}, {}, {}, u"Fine"_s);
+    feedback();
+    answerInFourSections();
+    feedback().setReflection(QString());
+    feedback().finishSession();
+    EXPECT_EQ(controller().loadLastReflection(), u"Fine"_s);
+    ASSERT_EQ(history().size(), 1U);
+    EXPECT_EQ(history()[0].reflection, u"Fine"_s);
+    EXPECT_EQ(history()[0].suggestions, u"Rest."_s);
+}
+
+TEST_F(SessionFeedbackViewTest, FinishLowersTheFlagBeforeItTellsThatAllIsDone) {
+    reflectOn(u"A"_s, {completed}, {});
+    bool wasPresented = true;
+    SessionFeedbackView view(controller(), feedbackPlatform(), &isPresented,
+                             [&] { wasPresented = isPresented; });
+    view.finishSession();
+    EXPECT_FALSE(wasPresented);
 }
 
 TEST_F(SessionFeedbackViewTest, FinishWithoutFeedbackWritesNothingToTheHistory) {

@@ -183,6 +183,16 @@ TEST_F(SessionReflectionViewTest, FinishedFeedbackClosesBothSheetsAndEndsTheFlow
     EXPECT_EQ(completions, 1);
 }
 
+TEST_F(SessionReflectionViewTest, IsClosedBeforeTheEndOfTheFlowIsTold) {
+    start(u"A"_s, 1500.0);
+    bool wasPresented = true;
+    SessionReflectionView view(controller(), feedbackPlatform(), &isPresented,
+                               [&] { wasPresented = isPresented; });
+    view.completeReflection();
+    view.feedback()->finishSession();
+    EXPECT_FALSE(wasPresented);
+}
+
 TEST_F(SessionReflectionViewTest, CloseOnlyCloses) {
     start(u"A"_s, 1500.0);
     sheet().rate(0, 0);

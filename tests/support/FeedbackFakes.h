@@ -38,7 +38,7 @@ struct FeedbackFakes {
     Log &log;
     MemoryKeychain items;
     KeychainManager keychain{items};
-    QueuedHTTPClient gemini{runLoop};
+    QueuedHTTPClient gemini;
     RecordingPasteboard pasteboard;
 };
 

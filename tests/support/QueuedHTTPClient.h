@@ -1,26 +1,26 @@
 #pragma once
 
 #include "HTTPClient.h"
-#include "RunLoop.h"
 
 #include <deque>
+#include <thread>
+#include <utility>
 #include <vector>
 
 namespace tarne::test {
 
-/// Keeps requests and answers them when the test says so, through the main queue.
+/// Keeps requests and answers them when the test says so, on a thread of its own as the real client
+/// does. When an answering call returns, the completion has run.
 class QueuedHTTPClient final : public HTTPClient {
 public:
-    explicit QueuedHTTPClient(RunLoop &runLoop) : m_runLoop(runLoop) {}
-
     void post(const HTTPRequest &request, Completion done) override {
         requests.push_back(request);
         m_waiting.push_back(std::move(done));
     }
 
     /// Answers the oldest request that waits.
-    void answer(HTTPResult result) {
-        m_runLoop.async([done = std::move(m_waiting.front()), result] { done(result); });
+    void answer(const HTTPResult &result) {
+        std::thread([done = std::move(m_waiting.front()), &result] { done(result); }).join();
         m_waiting.pop_front();
     }
     void answer(const QByteArray &body, int status = 200) {
@@ -33,7 +33,6 @@ public:
     std::vector<HTTPRequest> requests; ///< Every request ever sent.
 
 private:
-    RunLoop &m_runLoop;
     std::deque<Completion> m_waiting;
 };
 

@@ -59,6 +59,20 @@ private:
     QByteArray m_bytes;
 };
 
+QNetworkRequest networkRequest(const HTTPRequest &request, const NetworkHTTPClient::Limits &limits,
+                               const QList<QSslCertificate> &authorities) {
+    QNetworkRequest result(request.url);
+    result.setHeader(QNetworkRequest::ContentTypeHeader, request.contentType);
+    result.setSslConfiguration(tlsConfiguration(authorities));
+    result.setTransferTimeout(static_cast<int>(limits.idle.count()));
+    result.setAttribute(QNetworkRequest::RedirectPolicyAttribute,
+                        QNetworkRequest::ManualRedirectPolicy);
+    // One request a connection gains nothing from HTTP/2.
+    result.setAttribute(QNetworkRequest::Http2AllowedAttribute, false);
+    result.setDecompressedSafetyCheckThreshold(limits.body);
+    return result;
+}
+
 bool isSameOrigin(const QUrl &a, const QUrl &b) {
     const auto port = [](const QUrl &url) {
         return url.port(url.scheme() == "https"_L1 ? 443 : 80);
@@ -124,10 +138,10 @@ private:
         send(isPost && (status == 307 || status == 308));
     }
 
-    void complete(const HTTPResult &result) {
+    void complete(HTTPResult result) {
         m_reply->disconnect(this);
         deleteLater();
-        m_done(result);
+        m_done(std::move(result));
     }
 
     static constexpr int maximumRedirects = 20;
@@ -147,19 +161,33 @@ private:
 NetworkHTTPClient::NetworkHTTPClient() : NetworkHTTPClient(Limits{}, {}) {}
 
 NetworkHTTPClient::NetworkHTTPClient(Limits limits, QList<QSslCertificate> authorities)
-    : m_limits(limits), m_authorities(std::move(authorities)) {}
+    : m_limits(limits), m_authorities(std::move(authorities)) {
+    m_thread.setObjectName(u"HTTPClient"_s);
+}
+
+NetworkHTTPClient::~NetworkHTTPClient() {
+    if (!m_exchanges)
+        return;
+    QMetaObject::invokeMethod(
+        m_exchanges.get(), [this] { m_exchanges.reset(); }, Qt::BlockingQueuedConnection);
+    m_thread.quit();
+    m_thread.wait();
+}
 
 void NetworkHTTPClient::post(const HTTPRequest &request, Completion done) {
-    QNetworkRequest networkRequest(request.url);
-    networkRequest.setHeader(QNetworkRequest::ContentTypeHeader, request.contentType);
-    networkRequest.setSslConfiguration(tlsConfiguration(m_authorities));
-    networkRequest.setTransferTimeout(static_cast<int>(m_limits.idle.count()));
-    networkRequest.setAttribute(QNetworkRequest::RedirectPolicyAttribute,
-                                QNetworkRequest::ManualRedirectPolicy);
-    // One request a connection gains nothing from HTTP/2.
-    networkRequest.setAttribute(QNetworkRequest::Http2AllowedAttribute, false);
-    networkRequest.setDecompressedSafetyCheckThreshold(m_limits.body);
-    new Exchange(networkRequest, request.body, m_limits.body, std::move(done), this);
+    if (!m_exchanges) {
+        m_exchanges = std::make_unique<QObject>();
+        m_exchanges->moveToThread(&m_thread);
+        m_thread.start();
+    }
+    QMetaObject::invokeMethod(
+        m_exchanges.get(),
+        [parent = m_exchanges.get(), request, limits = m_limits, authorities = m_authorities,
+         done = std::move(done)] {
+            new Exchange(networkRequest(request, limits, authorities), request.body, limits.body,
+                         done, parent);
+        },
+        Qt::QueuedConnection);
 }
 
 } // namespace tarne

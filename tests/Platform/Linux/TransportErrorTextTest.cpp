@@ -4,6 +4,10 @@
 
 #include <gtest/gtest.h>
 
+#include <vector>
+
+using namespace Qt::StringLiterals;
+
 namespace tarne {
 namespace {
 
@@ -16,6 +20,30 @@ TEST(TransportErrorText, EveryErrorHasOneLineOfText) {
         EXPECT_FALSE(text.isEmpty()) << errors.key(i);
         EXPECT_FALSE(text.contains(QLatin1Char('\n'))) << errors.key(i);
     }
+}
+
+struct ErrorText {
+    QNetworkReply::NetworkError error;
+    QString text;
+};
+
+TEST(TransportErrorText, TellsTheReasonsApart) {
+    const std::vector<ErrorText> table{
+        {QNetworkReply::HostNotFoundError,
+         u"The server could not be found. Is this computer online?"_s},
+        {QNetworkReply::ConnectionRefusedError, u"The server refused the connection."_s},
+        {QNetworkReply::RemoteHostClosedError,
+         u"The connection was lost before the answer was complete."_s},
+        {QNetworkReply::TimeoutError, u"The request timed out."_s},
+        {QNetworkReply::OperationCanceledError, u"The request timed out."_s},
+        {QNetworkReply::SslHandshakeFailedError,
+         u"A secure connection to the server could not be made."_s},
+        {QNetworkReply::TooManyRedirectsError, u"The server sent the request elsewhere."_s},
+        {QNetworkReply::ProxyNotFoundError, u"The proxy did not pass the request on."_s},
+        {QNetworkReply::ProtocolFailure, u"The server's answer could not be understood."_s},
+        {QNetworkReply::UnknownNetworkError, u"The network connection failed."_s}};
+    for (const ErrorText &row : table)
+        EXPECT_EQ(transportErrorText(row.error), row.text);
 }
 
 } // namespace
