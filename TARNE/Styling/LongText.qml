@@ -11,6 +11,8 @@ Column {
     property font font: Typography.body
     property color color: Colors.primaryText
     property real lineSpacing: 0
+    // Otherwise a text begins on the side that its script begins on.
+    property bool isCentered: false
 
     // The blocks are lines of one text.
     spacing: lineSpacing
@@ -30,6 +32,7 @@ Column {
             font: longText.font
             color: longText.color
             lineSpacing: longText.lineSpacing
+            horizontalAlignment: longText.isCentered ? Text.AlignHCenter : undefined
             wrapMode: Text.Wrap
         }
     }

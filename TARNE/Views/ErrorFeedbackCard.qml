@@ -24,12 +24,12 @@ FeedbackCard {
         font: Typography.system(16, Font.DemiBold)
         color: Colors.label
     }
-    PlainText {
+    // The service's own words, of any length.
+    LongText {
         width: parent.width
         text: card.error
         font: Typography.system(14)
         color: Colors.secondaryLabel
-        horizontalAlignment: Text.AlignHCenter
-        wrapMode: Text.Wrap
+        isCentered: true
     }
 }

@@ -1,4 +1,4 @@
-#include "ScreenFixture.h"
+#include "WrapUpFixture.h"
 
 using namespace Qt::StringLiterals;
 
@@ -6,33 +6,8 @@ namespace tarne::test {
 namespace {
 
 /// The two sheets that end a session, above the timer screen, used by accessible name.
-class WrapUpTest : public TimerScreenTest {
+class WrapUpTest : public WrapUpScreenTest {
 protected:
-    void openReflection(const QString &goals) {
-        startThroughTheSheets(25, goals);
-        ui().settle();
-        ASSERT_TRUE(ui().click(u"Stop"_s));
-    }
-    void openFeedback(const QString &goal) {
-        openReflection(goal);
-        ASSERT_TRUE(ui().click(u"Completed"_s));
-        write(u"Fine"_s);
-        ASSERT_TRUE(ui().click(u"Complete reflection"_s));
-    }
-    void write(const QString &text) {
-        ASSERT_TRUE(ui().click(u"Reflection"_s, QAccessible::EditableText));
-        ui().type(text);
-    }
-    void answer() {
-        feedback.gemini.answer(FeedbackFakes::answerInFourSections());
-        time.runPending();
-        ui().settle();
-    }
-    /// Draws frames until everything has its place.
-    void layOut() {
-        for (int frame = 0; frame < 3; ++frame)
-            EXPECT_FALSE(ui().picture().isNull());
-    }
     /// Moves the focus with Tab.
     void tabTo(const QString &name) {
         for (int i = 0; i < 30 && ui().focusedName() != name; ++i)
@@ -40,11 +15,6 @@ protected:
         ASSERT_EQ(ui().focusedName(), name);
     }
     bool canComplete() { return ui().isEnabled(u"Complete reflection"_s); }
-    void fail(const QString &message) {
-        feedback.gemini.fail(message);
-        time.runPending();
-        ui().settle();
-    }
     /// The item of a visible text or control.
     const QQuickItem &item(const QString &name, QAccessible::Role role = QAccessible::NoRole) {
         static const QQuickItem nothing;
@@ -58,7 +28,6 @@ protected:
         const QQuickItem &found = item(name, role);
         return found.mapRectToScene(found.boundingRect());
     }
-    SessionReflectionView &sheet() { return *view().sessionReflection(); }
 };
 
 TEST_F(WrapUpTest, TheReflectionSheetAsksForEachGoal) {
@@ -218,11 +187,12 @@ TEST_F(WrapUpTest, WhatIsClosedAwayIsLost) {
 
 TEST_F(WrapUpTest, TheFeedbackSheetLoadsFirst) {
     openFeedback(u"Review"_s);
-    for (const QString &name :
-         {u"Session Feedback"_s, u"1 of 1 tasks completed"_s, u"Review"_s, u"Completed"_s,
-          u"Generating personalized feedback..."_s, u"Your Reflection"_s, u"Fine"_s, u"Edit"_s,
-          u"Save & Share"_s, u"Finish session"_s})
+    for (const QString &name : {u"Session Feedback"_s, u"1 of 1 tasks completed"_s, u"Review"_s,
+                                u"Completed"_s, u"Generating personalized feedback..."_s,
+                                u"Your Reflection"_s, u"Fine"_s, u"Edit"_s, u"Save & Share"_s})
         EXPECT_TRUE(ui().has(name)) << qPrintable(name);
+    EXPECT_TRUE(ui().has(u"Finish session"_s, QAccessible::Button));
+    EXPECT_TRUE(ui().has(u"Finish Session"_s, QAccessible::StaticText));
     EXPECT_FALSE(ui().has(u"Motivation"_s));
 }
 
