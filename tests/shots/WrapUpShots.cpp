@@ -4,6 +4,7 @@
 #include "OfflineSession.h"
 #include "TimerView.h"
 
+#include <QQuickItem>
 #include <QQuickView>
 
 using namespace Qt::StringLiterals;
@@ -50,11 +51,10 @@ struct WrapUpStage {
     }
     SessionFeedbackView &feedback() { return *view.sessionReflection()->feedback(); }
 
-    void take(Gallery &gallery, const QString &name, const std::function<void()> &prepare,
-              const QSize &size = QSize(1000, 760)) {
-        gallery.take(
-            name, QUrl(u"qrc:/qt/qml/TARNE/Views/TimerScreen.qml"_s),
-            {{u"view"_s, QVariant::fromValue(&view)}}, [&](QQuickView &) { prepare(); }, size);
+    void take(Gallery &gallery, const QString &name,
+              const std::function<void(QQuickView &)> &prepare) {
+        gallery.take(name, QUrl(u"qrc:/qt/qml/TARNE/Views/TimerScreen.qml"_s),
+                     {{u"view"_s, QVariant::fromValue(&view)}}, prepare, QSize(1000, 760));
     }
 
     OfflineSession session;
@@ -62,12 +62,21 @@ struct WrapUpStage {
                    session.feedback.platform()};
 };
 
+/// Scrolls down all that can be in and below `item`.
+void scrollToTheEnd(QQuickItem &item) {
+    const double hidden = item.property("contentHeight").toDouble() - item.height();
+    if (item.inherits("QQuickFlickable") && hidden > 0)
+        item.setProperty("contentY", hidden);
+    for (QQuickItem *const child : item.childItems())
+        scrollToTheEnd(*child);
+}
+
 } // namespace
 
 void takeWrapUpShots(Gallery &gallery) {
     const auto take = [&](const QString &name, auto prepare) {
         WrapUpStage stage;
-        stage.take(gallery, name, [&] { prepare(stage); });
+        stage.take(gallery, name, [&](QQuickView &) { prepare(stage); });
     };
     take(u"reflection"_s, [](WrapUpStage &) {});
     take(u"reflection-rated"_s, [](WrapUpStage &stage) { stage.rateAll(); });
@@ -80,6 +89,13 @@ void takeWrapUpShots(Gallery &gallery) {
     take(u"feedback"_s, [](WrapUpStage &stage) {
         stage.completeReflection();
         stage.answer();
+    });
+    WrapUpStage scrolled;
+    scrolled.take(gallery, u"feedback-end"_s, [&](QQuickView &window) {
+        scrolled.completeReflection();
+        scrolled.answer();
+        letRest();
+        scrollToTheEnd(*window.contentItem());
     });
     take(u"feedback-editing"_s, [](WrapUpStage &stage) {
         stage.completeReflection();
