@@ -161,7 +161,12 @@ Date Calendar::startOfDay(Date date) const {
 }
 
 qint64 Calendar::daysBetween(Date from, Date to) const {
-    return day(from).daysTo(day(to));
+    const qint64 days = day(from).daysTo(day(to));
+    if (std::abs(days) < 2)
+        return days;
+    const qint64 fewer = days > 0 ? days - 1 : days + 1;
+    const auto arrival = dateByAdding(Unit::day, static_cast<int>(fewer), startOfDay(from));
+    return arrival && isDateInSameDay(*arrival, to) ? fewer : days;
 }
 
 bool Calendar::isDateInSameDay(Date date, Date other) const {

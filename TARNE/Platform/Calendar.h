@@ -26,7 +26,8 @@ struct DateComponents {
     friend bool operator==(const DateComponents &, const DateComponents &) = default;
 };
 
-/// The Gregorian calendar in a time zone, with the locale's names and first weekday.
+/// The Gregorian calendar in a time zone, with the locale's names and first weekday; Gregorian also
+/// where the locale's country counts its years by another one.
 ///
 /// A value: cheap to copy, usable from any thread. Moments further from now than a hundred thousand
 /// years are taken as that far; one that is no number is taken as the reference date.
@@ -66,7 +67,9 @@ public:
     /// The day of `date` in this zone.
     [[nodiscard]] QDate day(Date date) const;
 
-    /// Days from the day of `from` to the day of `to`, whatever their clock times.
+    /// Days from the day of `from` to the day of `to`, whatever their clock times: the fewest by
+    /// which `dateByAdding` gets there. So the days on both sides of one that the zone leaves out
+    /// are a day apart.
     [[nodiscard]] qint64 daysBetween(Date from, Date to) const;
 
     [[nodiscard]] bool isDateInSameDay(Date date, Date other) const;

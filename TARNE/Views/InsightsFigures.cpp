@@ -81,14 +81,16 @@ int InsightsFigures::calculateCurrentStreak() const {
 }
 
 int InsightsFigures::calculateLongestStreak() const {
-    QList<QDate> days = m_sessionsPerDay.keys();
-    if (days.isEmpty())
+    std::vector<Date> days;
+    for (auto day = m_sessionsPerDay.keyBegin(); day != m_sessionsPerDay.keyEnd(); ++day)
+        days.push_back(m_calendar.date({day->year(), day->month(), day->day()}).value_or(m_now));
+    if (days.empty())
         return 0;
     std::sort(days.begin(), days.end(), std::greater<>());
     int longest = 0;
     int run = 1;
-    for (qsizetype i = 1; i < days.size(); ++i) {
-        if (days[i].daysTo(days[i - 1]) == 1) {
+    for (std::size_t i = 1; i < days.size(); ++i) {
+        if (m_calendar.daysBetween(days[i], days[i - 1]) == 1) {
             ++run;
         } else {
             longest = std::max(longest, run);

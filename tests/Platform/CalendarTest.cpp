@@ -228,6 +228,17 @@ TEST(Calendar, DaysBetweenCountsDatesNotHours) {
     EXPECT_EQ(santiago.daysBetween(*santiago.date({2025, 9, 6}), skipped), 1);
 }
 
+TEST(Calendar, DaysOnBothSidesOfOneThatIsLeftOutAreADayApart) {
+    const Calendar apia = calendarOf("Pacific/Apia");
+    const Date before = *apia.date({2011, 12, 29, 22});
+    const Date after = *apia.date({2011, 12, 31, 10});
+    EXPECT_EQ(apia.daysBetween(before, after), 1);
+    EXPECT_EQ(apia.daysBetween(after, before), -1);
+    EXPECT_EQ(apia.daysBetween(*apia.date({2011, 12, 28}), before), 1);
+    const Calendar utc = calendarOf("UTC");
+    EXPECT_EQ(utc.daysBetween(*utc.date({2011, 12, 29}), *utc.date({2011, 12, 31})), 2);
+}
+
 TEST(Calendar, WeekdaysAreNumberedFromSunday) {
     const Calendar calendar = calendarOf("UTC");
     for (int day = 1; day <= 7; ++day)

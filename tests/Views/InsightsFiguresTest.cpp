@@ -89,6 +89,16 @@ TEST(InsightsFigures, AStreakRunsAcrossThe29thOfFebruaryAndTheTurnOfTheYear) {
     EXPECT_EQ(turn.figures().calculateLongestStreak(), 2);
 }
 
+TEST(InsightsFigures, ADayThatTheZoneLeavesOutBreaksNoStreak) {
+    Told told("Pacific/Apia");
+    told.now = told.at({2011, 12, 31, 15});
+    told.session(told.at({2011, 12, 31, 9}))
+        .session(told.at({2011, 12, 29, 9}))
+        .session(told.at({2011, 12, 28, 9}));
+    EXPECT_EQ(told.figures().calculateCurrentStreak(), 3);
+    EXPECT_EQ(told.figures().calculateLongestStreak(), 3);
+}
+
 TEST(InsightsFigures, OneGoalOfEachClassIs33Percent33And33) {
     Told told;
     told.session(told.now, {GoalStatus::completed, GoalStatus::partiallyCompleted})
