@@ -88,7 +88,6 @@ QString DateFormatter::longDate(Date date) const {
 
 QString DateFormatter::fullDateAndShortTime(Date date) const {
     const QLocale &locale = m_calendar.locale();
-    // Qt has no pattern that joins the two; other languages get the neutral sign.
     const QString joint = locale.language() == QLocale::English ? u" at "_s : u", "_s;
     return locale.toString(m_calendar.day(date), QLocale::LongFormat) + joint + shortTime(date);
 }

@@ -26,15 +26,16 @@ public:
     [[nodiscard]] QString shortTime(Date date) const;
     /// The locale's long date, without the weekday, "March 2, 2026".
     [[nodiscard]] QString longDate(Date date) const;
-    /// The locale's full date and short time, "Monday, March 2, 2026 at 3:30 PM".
+    /// The locale's full date and short time, "Monday, March 2, 2026 at 3:30 PM". Outside English a
+    /// comma joins them: Qt does not tell what a language puts there.
     [[nodiscard]] QString fullDateAndShortTime(Date date) const;
 
     // Back from a text to the start of its day, or none when it has another form.
 
     [[nodiscard]] std::optional<Date> fromMonthDayAndYear(QStringView text) const;
-    /// A day of the year 4, a leap year below every stored date.
+    /// A day of a leap year below every year that a text can have.
     [[nodiscard]] std::optional<Date> fromMonthAndDay(QStringView text) const;
-    /// A day of the first whole week of the year 4, so that weekdays are ordered as in the locale's
+    /// A day of the first whole week of that year, so that weekdays are ordered as in the locale's
     /// week.
     [[nodiscard]] std::optional<Date> fromWeekdayName(QStringView text) const;
 

@@ -19,7 +19,8 @@ class SessionViewModel;
 ///
 /// The list is loaded when the screen appears, on its refresh and, while it is shown, each time the
 /// history was updated. A history that is found empty is filled with three sample sessions, for
-/// good. Main thread only.
+/// good. Labels are those of the load: a list that stays open over midnight goes on saying "Today"
+/// until the next one. Main thread only.
 class HistoryView final : public tarne::Screen {
     Q_OBJECT
     QML_ELEMENT

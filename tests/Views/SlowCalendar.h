@@ -6,7 +6,9 @@
 #include <QTimeZone>
 
 #include <cmath>
+#include <map>
 #include <set>
+#include <vector>
 
 namespace tarne::test {
 
@@ -14,7 +16,7 @@ namespace tarne::test {
 /// trying every offset that the zone has around that day.
 class SlowCalendar {
 public:
-    explicit SlowCalendar(QTimeZone zone) : m_zone(std::move(zone)) {}
+    explicit SlowCalendar(const QTimeZone &zone) : m_zone(zone), m_starts(startsIn(zone)) {}
 
     [[nodiscard]] QDateTime local(Date date) const {
         return QDateTime::fromSecsSinceEpoch(whole(date), m_zone);
@@ -43,16 +45,9 @@ public:
         return onDay(day(date).addDays(-days), date);
     }
 
-    /// The first moment of a day, found by halving the two days around it.
+    /// The first moment of a day of the years 2015 to 2029.
     [[nodiscard]] Date startOf(const QDate &day) const {
-        const qint64 noon = QDateTime(day, QTime(12, 0), QTimeZone::utc()).toSecsSinceEpoch();
-        qint64 before = noon - 48 * 3600;
-        qint64 within = noon + 48 * 3600;
-        while (within - before > 1) {
-            const qint64 middle = before + (within - before) / 2;
-            (QDateTime::fromSecsSinceEpoch(middle, m_zone).date() < day ? before : within) = middle;
-        }
-        return Date::fromUnixSeconds(static_cast<double>(within));
+        return m_starts->at(static_cast<std::size_t>(firstDay.daysTo(day)));
     }
 
 private:
@@ -63,7 +58,32 @@ private:
         return m_zone.offsetFromUtc(QDateTime::fromSecsSinceEpoch(moment, Qt::UTC));
     }
 
+    static constexpr int dayCount = 15 * 366;
+    inline static const QDate firstDay{2015, 1, 1};
+
+    using Starts = std::vector<Date>;
+
+    /// Found by halving the two days around each day, once a zone.
+    [[nodiscard]] static const Starts *startsIn(const QTimeZone &zone) {
+        static std::map<QByteArray, Starts> starts;
+        Starts &found = starts[zone.id()];
+        for (QDate day = firstDay; found.size() < dayCount; day = day.addDays(1))
+            found.push_back(findStart(day, zone));
+        return &found;
+    }
+    [[nodiscard]] static Date findStart(const QDate &day, const QTimeZone &zone) {
+        const qint64 noon = QDateTime(day, QTime(12, 0), QTimeZone::utc()).toSecsSinceEpoch();
+        qint64 before = noon - 48 * 3600;
+        qint64 within = noon + 48 * 3600;
+        while (within - before > 1) {
+            const qint64 middle = before + (within - before) / 2;
+            (QDateTime::fromSecsSinceEpoch(middle, zone).date() < day ? before : within) = middle;
+        }
+        return Date::fromUnixSeconds(static_cast<double>(within));
+    }
+
     QTimeZone m_zone;
+    const Starts *m_starts;
 };
 
 } // namespace tarne::test
