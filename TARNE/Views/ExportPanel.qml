@@ -63,6 +63,8 @@ SheetPanel {
             topPadding: 16
             bottomPadding: 16
             activeFocusOnTab: true
+            Accessible.role: Accessible.Pane
+            Accessible.name: title.text
 
             PlainText {
                 width: parent.width

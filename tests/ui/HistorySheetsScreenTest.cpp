@@ -1,5 +1,6 @@
 #include "EditReflectionSheet.h"
 #include "ExportSheet.h"
+#include "ItemLook.h"
 #include "RecordingPasteboard.h"
 #include "TARNEStyle.h"
 #include "TextLook.h"
@@ -83,15 +84,51 @@ TEST(EditReflectionScreen, HasItsSizeItsTextsAndTheirLook) {
         EXPECT_LE(test::placeOf(*edited.ui.find(button)).bottom(), 300) << qPrintable(button);
 }
 
-TEST(EditReflectionScreen, TabGoesFromTheEditorToTheButtons) {
+TEST(EditReflectionScreen, TheEditorLiesOnAStrokedRoundedGround) {
+    const EditedSheet edited;
+    const QQuickItem *const text = edited.ui.find(prompt, QAccessible::EditableText);
+    const QQuickItem &ground = *test::rectangleAround(text);
+    EXPECT_EQ(test::groundOf(ground), std::pair(SystemColors::textBackground, 8.0));
+    EXPECT_EQ(test::outlineOf(ground), std::pair(SystemColors::separator, 1.0));
+    EXPECT_GE(ground.height() - 2 * 8, 120);
+    const QRectF inner = test::placeOf(*text->parentItem()->parentItem());
+    EXPECT_EQ(inner, test::placeOf(ground).adjusted(8, 8, -8, -8));
+    EXPECT_EQ(text->property("font").value<QFont>().pixelSize(), 13);
+}
+
+TEST(EditReflectionScreen, SaveAloneIsProminent) {
+    const EditedSheet edited;
+    EXPECT_EQ(edited.ui.find(u"Save"_s)->property("isProminent"), true);
+    EXPECT_EQ(edited.ui.find(u"Cancel"_s)->property("isProminent"), false);
+}
+
+TEST(EditReflectionScreen, ItsPartsStandApartAndAtTheEdgesOfAPaddingOf24) {
+    const EditedSheet edited;
+    const auto place = [&](const QString &name, QAccessible::Role role) {
+        return test::placeOf(*edited.ui.find(name, role));
+    };
+    const QRectF title = place(u"Edit Reflection"_s, QAccessible::StaticText);
+    const QRectF date = place(u"Monday, March 2, 2026 at 12:00 PM"_s, QAccessible::StaticText);
+    const QRectF label = place(prompt, QAccessible::StaticText);
+    const QRectF ground =
+        test::placeOf(*test::rectangleAround(edited.ui.find(prompt, QAccessible::EditableText)));
+    EXPECT_EQ(title.left(), 24);
+    EXPECT_EQ(date.topLeft(), title.bottomLeft() + QPointF(0, 4));
+    EXPECT_EQ(place(u"Cancel"_s, QAccessible::Button).right(), 500 - 24);
+    EXPECT_EQ(label.topLeft(), date.bottomLeft() + QPointF(0, 20));
+    EXPECT_EQ(ground.topLeft(), label.bottomLeft() + QPointF(0, 8));
+    EXPECT_EQ(ground.right(), 500 - 24);
+    EXPECT_EQ(place(u"Save"_s, QAccessible::Button).topRight(),
+              ground.bottomRight() + QPointF(0, 20));
+}
+
+TEST(EditReflectionScreen, TabGoesFromTheEditorToSaveToCancelAndBackToTheEditor) {
     EditedSheet edited;
     ASSERT_TRUE(edited.ui.click(prompt, QAccessible::EditableText));
-    QStringList order;
-    for (int i = 0; i < 3; ++i) {
+    for (const QString &next : {u"Save"_s, u"Cancel"_s, prompt}) {
         edited.ui.tab();
-        order += edited.ui.focusedName();
+        EXPECT_EQ(edited.ui.focusedName(), next);
     }
-    EXPECT_THAT(order, testing::IsSupersetOf({u"Save"_s, u"Cancel"_s}));
 }
 
 TEST(ExportScreen, ShowsAndCopiesItsText) {
@@ -123,4 +160,38 @@ TEST(ExportScreen, ALongTextScrollsUnderItsButtons) {
     const double before = place().top();
     shown.ui.wheel(QPointF(350, 250), -120);
     EXPECT_TRUE(shown.ui.waitUntil([&] { return place().top() < before; }));
+}
+
+TEST(ExportScreen, CopyAloneIsProminent) {
+    const ShownExport shown(u"text"_s);
+    EXPECT_EQ(shown.ui.find(u"Copy to Clipboard"_s)->property("isProminent"), true);
+    EXPECT_EQ(shown.ui.find(u"Done"_s)->property("isProminent"), false);
+}
+
+TEST(ExportScreen, ItsPartsStandApartWithinAPaddingOf24) {
+    const ShownExport shown(u"text"_s);
+    const auto place = [&](const QString &name) { return test::placeOf(*shown.ui.find(name)); };
+    const QQuickItem &ground = *test::rectangleAround(shown.ui.find(u"text"_s));
+    EXPECT_EQ(test::groundOf(ground), std::pair(SystemColors::textBackground, 8.0));
+    EXPECT_EQ(
+        test::placeOf(*shown.ui.find(u"Export Session History"_s, QAccessible::StaticText)).left(),
+        24);
+    EXPECT_EQ(place(u"Done"_s).topRight(), QPointF(700 - 24, 24));
+    EXPECT_EQ(test::placeOf(ground).topLeft(), QPointF(24, place(u"Done"_s).bottom() + 20));
+    EXPECT_EQ(test::placeOf(ground).right(), 700 - 24);
+    EXPECT_EQ(place(u"Copy to Clipboard"_s).topLeft(),
+              test::placeOf(ground).bottomLeft() + QPointF(0, 20));
+    EXPECT_EQ(place(u"Copy to Clipboard"_s).bottom(), 500 - 24);
+    EXPECT_EQ(place(u"text"_s).topLeft(), test::placeOf(ground).topLeft() + QPointF(16, 16));
+}
+
+TEST(ExportScreen, TabGoesFromDoneToTheTextToCopy) {
+    ShownExport shown(u"text"_s);
+    QStringList order;
+    for (int i = 0; i < 3; ++i) {
+        shown.ui.tab();
+        order += shown.ui.focusedName();
+    }
+    EXPECT_THAT(order, testing::ElementsAre(u"Done"_s, u"Export Session History"_s,
+                                            u"Copy to Clipboard"_s));
 }

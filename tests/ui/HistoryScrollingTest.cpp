@@ -1,0 +1,118 @@
+#include "HistoryScreenFixture.h"
+#include "ItemLook.h"
+#include "TextLook.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+using namespace tarne;
+using namespace Qt::StringLiterals;
+
+namespace {
+
+class HistoryScrolling : public test::HistoryScreenTest {
+protected:
+    double scrolledBy() { return list()->property("contentY").toDouble(); }
+};
+
+} // namespace
+
+TEST_F(HistoryScrolling, ACoachingTextStaysOpenWhileItsCardIsScrolledAway) {
+    std::vector<SessionHistoryEntry> entries;
+    for (int i = 0; i < 60; ++i)
+        entries.push_back({.sessionDate = time.now() - i * 60.0,
+                           .suggestions = i == 0 ? u"first"_s : u"other"_s});
+    controller().saveSessionHistory(entries);
+    view().appear();
+    ASSERT_TRUE(screen().click(u"Suggestions"_s, QAccessible::Button));
+    EXPECT_TRUE(screen().waitUntil([&] { return screen().has(u"first"_s); }));
+    list()->forceActiveFocus();
+    screen().key(Qt::Key_End);
+    EXPECT_FALSE(screen().has(u"first"_s));
+    screen().key(Qt::Key_Home);
+    EXPECT_TRUE(screen().has(u"first"_s));
+    EXPECT_FALSE(screen().has(u"other"_s));
+}
+
+TEST_F(HistoryScrolling, TheKeyboardReachesEveryCoachingTextAndOpensIt) {
+    view().appear();
+    screen().tab();
+    EXPECT_EQ(screen().focusedName(), u"Session History"_s);
+    for (const QString &title : {u"Overall Assessment"_s, u"Patterns Observed"_s, u"Suggestions"_s,
+                                 u"Motivation"_s, u"Overall Assessment"_s}) {
+        screen().tab();
+        EXPECT_EQ(screen().focusedName(), title);
+    }
+    screen().key(Qt::Key_Space);
+    EXPECT_TRUE(screen().waitUntil(
+        [&] { return screen().has(view().historyEntries()[1].overallAssessment); }));
+}
+
+TEST_F(HistoryScrolling, TheKeysAndTheWheelScroll) {
+    store(60);
+    view().appear();
+    list()->forceActiveFocus();
+    const double top = scrolledBy();
+    screen().key(Qt::Key_Down);
+    EXPECT_GT(scrolledBy(), top);
+    screen().key(Qt::Key_Up);
+    EXPECT_EQ(scrolledBy(), top);
+    screen().key(Qt::Key_PageDown);
+    EXPECT_GT(scrolledBy(), top + 300);
+    screen().key(Qt::Key_PageUp);
+    EXPECT_EQ(scrolledBy(), top);
+    screen().wheel(QPointF(400, 400), -120);
+    EXPECT_TRUE(screen().waitUntil([&] { return scrolledBy() > top; }));
+    screen().key(Qt::Key_End);
+    EXPECT_TRUE(screen().has(u"Load More"_s));
+    EXPECT_LT(test::placeOf(*screen().find(u"Load More"_s)).bottom(), 700);
+    screen().key(Qt::Key_Home);
+    EXPECT_EQ(test::placeOf(*screen().find(u"Session History"_s, QAccessible::Heading)).top(), 16);
+}
+
+TEST_F(HistoryScrolling, ADragFarPastTheTopLoadsAnew) {
+    store(1);
+    view().appear();
+    screen();
+    store(2);
+    dragDown(30);
+    EXPECT_EQ(view().historyEntries().size(), 1U);
+    dragDown(300);
+    EXPECT_EQ(view().historyEntries().size(), 2U);
+    EXPECT_TRUE(screen().has(u"2 entries"_s));
+}
+
+TEST_F(HistoryScrolling, ALoadKeepsThePlaceInALongList) {
+    store(60);
+    view().appear();
+    list()->forceActiveFocus();
+    screen().key(Qt::Key_PageDown);
+    const double place = scrolledBy();
+    controller().saveSessionToHistory({.goals = {{.text = u"new"_s}}, .endTime = time.now()});
+    screen().settle();
+    EXPECT_EQ(scrolledBy(), place);
+}
+
+TEST_F(HistoryScrolling, OnlyCardsInSightExist) {
+    store(10000);
+    view().appear();
+    const QStringList names = screen().names();
+    EXPECT_LT(names.count(u"Your Reflection"_s), 40);
+    EXPECT_GT(names.count(u"Your Reflection"_s), 2);
+}
+
+TEST_F(HistoryScrolling, TextsOfAMegabyteAreShownAndScrolledThrough) {
+    const QString text = u"long words "_s.repeated(95000);
+    controller().saveSessionHistory({{.sessionDate = time.now(),
+                                      .goals = {{.text = text}},
+                                      .duration = 60,
+                                      .suggestions = text,
+                                      .reflection = text}});
+    view().appear();
+    ASSERT_TRUE(screen().has(u"Your Reflection"_s));
+    (void)screen().picture();
+    list()->forceActiveFocus();
+    screen().key(Qt::Key_End);
+    EXPECT_TRUE(screen().has(u"1 min"_s));
+    (void)screen().picture();
+}

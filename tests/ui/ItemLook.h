@@ -1,0 +1,113 @@
+#pragma once
+
+#include "SymbolIcon.h"
+
+#include <QColor>
+#include <QEasingCurve>
+#include <QFont>
+#include <QQuickItem>
+
+#include <gtest/gtest.h>
+
+#include <ostream>
+
+namespace tarne::test {
+
+/// How a symbol is drawn.
+struct SymbolLook {
+    QString symbol;
+    double size = 0;
+    QColor color;
+    int weight = QFont::Normal;
+
+    friend bool operator==(const SymbolLook &, const SymbolLook &) = default;
+    friend void PrintTo(const SymbolLook &look, std::ostream *out) {
+        *out << qPrintable(look.symbol) << ' ' << look.size << ' '
+             << qPrintable(look.color.name(QColor::HexArgb)) << ' ' << look.weight;
+    }
+};
+
+inline SymbolLook lookOf(const QQuickItem &symbol) {
+    return {symbol.property("symbol").toString(), symbol.property("size").toDouble(),
+            symbol.property("color").value<QColor>(), symbol.property("weight").toInt()};
+}
+
+/// The visible symbols below an item, in the order of the tree.
+inline void collectSymbols(const QQuickItem &item, std::vector<const SymbolIcon *> &symbols) {
+    if (!item.isVisible())
+        return;
+    if (const auto *const symbol = qobject_cast<const SymbolIcon *>(&item))
+        symbols.push_back(symbol);
+    for (const QQuickItem *child : item.childItems())
+        collectSymbols(*child, symbols);
+}
+
+inline std::vector<const SymbolIcon *> symbolsIn(const QQuickItem *item) {
+    std::vector<const SymbolIcon *> symbols;
+    if (item)
+        collectSymbols(*item, symbols);
+    return symbols;
+}
+
+inline std::vector<SymbolLook> looksOf(const std::vector<const SymbolIcon *> &symbols) {
+    std::vector<SymbolLook> looks;
+    for (const SymbolIcon *symbol : symbols)
+        looks.push_back(lookOf(*symbol));
+    return looks;
+}
+
+/// The first symbol of the smallest row, column or card around an item that has one; null where
+/// there is none.
+inline const SymbolIcon *symbolBeside(const QQuickItem *item) {
+    for (; item; item = item->parentItem()) {
+        if (const auto symbols = symbolsIn(item); !symbols.empty())
+            return symbols.front();
+    }
+    return nullptr;
+}
+
+/// What the symbol beside an item looks like; nothing where there is none.
+inline SymbolLook markBeside(const QQuickItem *item) {
+    const SymbolIcon *const symbol = symbolBeside(item);
+    return symbol ? lookOf(*symbol) : SymbolLook{};
+}
+
+/// The innermost item around `item` that has this property, such as the card that it lies on.
+inline const QQuickItem *around(const QQuickItem *item, const char *property) {
+    while (item && !item->property(property).isValid())
+        item = item->parentItem();
+    return item;
+}
+
+/// Fill and corner radius of a QML Rectangle or a RoundedBox.
+inline std::pair<QColor, double> groundOf(const QQuickItem &rectangle) {
+    return {rectangle.property("color").value<QColor>(), rectangle.property("radius").toDouble()};
+}
+
+/// Colour and width of a QML Rectangle's outline. One that was given none tells a default here
+/// though it draws nothing: to be asked for outlines that ought to be there.
+inline std::pair<QColor, double> outlineOf(const QQuickItem &rectangle) {
+    const QObject *const border = rectangle.property("border").value<QObject *>();
+    if (!border)
+        return {};
+    return {border->property("color").value<QColor>(), border->property("width").toDouble()};
+}
+
+/// The Rectangle that an item lies on: the innermost one that is drawn around it.
+inline const QQuickItem *rectangleAround(const QQuickItem *item) {
+    while (item && !item->inherits("QQuickRectangle"))
+        item = item->parentItem();
+    return item;
+}
+
+/// Duration and easing curve of the animation that a change of one of the item's properties runs.
+inline std::pair<int, QEasingCurve> animationOf(const QQuickItem &item) {
+    for (const QObject *object : item.findChildren<QObject *>()) {
+        if (object->inherits("QQuickPropertyAnimation"))
+            return {object->property("duration").toInt(),
+                    object->property("easing").toEasingCurve()};
+    }
+    return {};
+}
+
+} // namespace tarne::test
