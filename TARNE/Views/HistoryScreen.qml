@@ -4,7 +4,8 @@ import TARNE.Styling
 import TARNE.Views
 
 // The third tab: finished sessions, newest first. Only the cards in sight exist. A drag past the top
-// loads the history anew.
+// loads the history anew. It runs from left to right in every locale, as all screens do: their words
+// are English.
 Rectangle {
     id: screen
 
