@@ -28,6 +28,9 @@ FocusScope {
     Accessible.name: calendar.monthTitle
 
     Keys.onPressed: event => {
+        // They are for the days, not for the buttons beside the month.
+        if (pages.activeFocus)
+            return;
         const forward = picker.calendar.isRightToLeft ? -1 : 1;
         switch (event.key) {
         case Qt.Key_Left: picker.calendar.moveByDays(-forward); break;

@@ -43,14 +43,6 @@ Goals sortedByStart(const Goals &goals, const Calendar &calendar, const Belongs 
     return sorted;
 }
 
-template <class Value>
-bool assign(Value &member, const Value &value) {
-    if (member == value)
-        return false;
-    member = value;
-    return true;
-}
-
 } // namespace
 
 ScheduleViewModel::ScheduleViewModel(SchedulePlatform platform)
@@ -62,18 +54,18 @@ ScheduleViewModel::ScheduleViewModel(SchedulePlatform platform)
 }
 
 void ScheduleViewModel::setSelectedDate(Date date) {
-    if (assign(m_selectedDate, date))
-        Q_EMIT selectedDateChanged();
+    m_selectedDate = date;
+    Q_EMIT selectedDateChanged();
 }
 
 void ScheduleViewModel::setSelectedTime(Date time) {
-    if (assign(m_selectedTime, time))
-        Q_EMIT selectedTimeChanged();
+    m_selectedTime = time;
+    Q_EMIT selectedTimeChanged();
 }
 
 void ScheduleViewModel::setGoalText(const QString &text) {
-    if (assign(m_goalText, text))
-        Q_EMIT goalTextChanged();
+    m_goalText = text;
+    Q_EMIT goalTextChanged();
 }
 
 bool ScheduleViewModel::canAddGoal() const {

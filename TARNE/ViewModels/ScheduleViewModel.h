@@ -40,7 +40,8 @@ public:
     /// Loads the stored goals and asks for the permission to notify.
     explicit ScheduleViewModel(SchedulePlatform platform);
 
-    // Observable state. Every change is followed by its signal.
+    // Observable state. Every setting is followed by its signal, that of an equal value too: what
+    // shows the state may have come to show something else meanwhile.
 
     /// All goals, in the order in which they were added.
     [[nodiscard]] const Goals &scheduledGoals() const { return *m_goals; }

@@ -56,7 +56,8 @@ void AddGoalSheet::showSelection() {
     m_timeFields.setTime(QTime(clock.hour, clock.minute));
 }
 
-/// Another clock time on the day that the controller's time has.
+/// Another clock time on the day that the controller's time has. One that the day leaves out
+/// becomes another, which the fields then show.
 void AddGoalSheet::selectTime(QTime time) {
     const Calendar calendar = m_scheduleViewModel.calendar();
     DateComponents components = calendar.dateComponents(m_scheduleViewModel.selectedTime());
@@ -65,8 +66,6 @@ void AddGoalSheet::selectTime(QTime time) {
     components.second = 0;
     if (const std::optional<Date> moment = calendar.date(components))
         m_scheduleViewModel.setSelectedTime(*moment);
-    // A time that the day leaves out is another one, which may be the one that was held.
-    showSelection();
 }
 
 } // namespace tarne

@@ -3,6 +3,7 @@
 #include "Gallery.h"
 #include "ScheduleStage.h"
 
+#include <QQuickItem>
 #include <QQuickView>
 
 using namespace Qt::StringLiterals;
@@ -19,6 +20,15 @@ void take(Gallery &gallery, const QString &name, test::ScheduleStage &stage,
           const std::function<void(QQuickView &)> &prepare = {}, const QSize &size = frame) {
     gallery.take(name, QUrl(u"qrc:/qt/qml/TARNE/Views/ScheduleScreen.qml"_s),
                  {{u"view"_s, QVariant::fromValue(&stage.view())}}, prepare, size);
+}
+
+/// Scrolls everything to its top: a sheet comes up at its focused field.
+void scrollToTop(QQuickItem &item) {
+    if (item.inherits("QQuickFlickable") &&
+        item.property("contentHeight").toDouble() > item.height())
+        item.setProperty("contentY", 0);
+    for (QQuickItem *child : item.childItems())
+        scrollToTop(*child);
 }
 
 } // namespace
@@ -51,6 +61,17 @@ void takeScheduleShots(Gallery &gallery) {
             [&](QQuickView &) {
                 stage.view().openAddGoal();
                 stage.view().addGoalSheet()->setGoalTextFocused(false);
+            },
+            tallFrame);
+    }
+    {
+        test::ScheduleStage stage;
+        take(
+            gallery, u"schedule-sheet-top"_s, stage,
+            [&](QQuickView &window) {
+                stage.view().openAddGoal();
+                letRest();
+                scrollToTop(*window.contentItem());
             },
             tallFrame);
     }

@@ -88,6 +88,17 @@ TEST_F(ThePickers, ThePageButtonsTurnTheMonthAndLeaveTheSelection) {
     EXPECT_TRUE(ui().has(u"April 1, 2026"_s, QAccessible::StaticText));
 }
 
+TEST_F(ThePickers, ThePageButtonsLeaveTheDaysKeysAlone) {
+    tabTo(u"Next month"_s);
+    for (const Qt::Key key : {Qt::Key_Left, Qt::Key_Right, Qt::Key_Up, Qt::Key_Down, Qt::Key_PageUp,
+                              Qt::Key_PageDown, Qt::Key_Home, Qt::Key_End}) {
+        ui().key(key);
+        EXPECT_EQ(ui().focusedName(), u"Next month"_s);
+        EXPECT_EQ(controller().selectedDate(), at(2, 10));
+    }
+    EXPECT_TRUE(ui().has(u"March 2026"_s, QAccessible::StaticText));
+}
+
 TEST_F(ThePickers, AMonthTurnedUnderTheFocusedDayLeavesTheFocusOnADay) {
     controller().setSelectedDate(at(31, 12));
     tabTo(u"Tuesday, March 31, 2026"_s);
