@@ -2,8 +2,8 @@ pragma ComponentBehavior: Bound
 import QtQuick
 import TARNE.Styling
 
-// A modal message over the window while `isPresented`. Return presses its default button; only its
-// buttons close it.
+// A modal message over the window while `isPresented`. Return presses its default button, or the one
+// that Tab has reached; only its buttons close it.
 Item {
     id: alert
 

@@ -21,6 +21,15 @@ T.AbstractButton {
     font: Typography.system(isSmall ? 12 : 13, Font.Medium)
     opacity: enabled ? 1 : 0.5
     Accessible.name: text
+    // Space presses already. A key that is held presses once.
+    Keys.onReturnPressed: event => {
+        if (!event.isAutoRepeat)
+            button.clicked();
+    }
+    Keys.onEnterPressed: event => {
+        if (!event.isAutoRepeat)
+            button.clicked();
+    }
     Accessible.onPressAction: {
         if (button.enabled)
             button.clicked();

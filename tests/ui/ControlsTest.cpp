@@ -61,6 +61,20 @@ TEST_P(Buttons, AreReachedByTabAndPressedBySpace) {
     EXPECT_EQ(presses(ui), 1);
 }
 
+TEST_P(Buttons, ArePressedByReturnAndEnterOnceHoweverLongTheKeyIsHeld) {
+    UiDriver ui(document());
+    ui.tab();
+    for (const Qt::Key key : {Qt::Key_Return, Qt::Key_Enter}) {
+        for (const bool isRepeated : {false, true, true}) {
+            QKeyEvent press(QEvent::KeyPress, key, Qt::NoModifier, {}, isRepeated);
+            QCoreApplication::sendEvent(&ui.view(), &press);
+        }
+        QKeyEvent release(QEvent::KeyRelease, key, Qt::NoModifier);
+        QCoreApplication::sendEvent(&ui.view(), &release);
+    }
+    EXPECT_EQ(presses(ui), 2);
+}
+
 TEST_P(Buttons, ArePressedByAnAssistiveTool) {
     const UiDriver ui(document());
     QAccessibleActionInterface *const actions = ui.accessible(u"Go"_s)->actionInterface();
@@ -180,6 +194,13 @@ TEST(SecureField, AnnouncesNothingOfWhatIsTyped) {
     ui.type(u"x"_s);
     QAccessible::installUpdateHandler(former);
     EXPECT_THAT(announcedTexts, testing::Not(testing::Contains(u"x"_s)));
+}
+
+TEST(SecureField, ItsEyeIsCrossedOutWhileTheValueIsVisible) {
+    UiDriver ui(column(secureField));
+    EXPECT_EQ(ui.find(u"Show key"_s)->property("symbol"), u"eye"_s);
+    EXPECT_TRUE(ui.click(u"Show key"_s));
+    EXPECT_EQ(ui.find(u"Hide key"_s)->property("symbol"), u"eye.slash"_s);
 }
 
 TEST(SecureField, ItsEyeShowsAndHidesTheValueOnScreenOnly) {

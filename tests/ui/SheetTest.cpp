@@ -201,6 +201,15 @@ TEST(Alert, ReturnPressesTheDefaultButton) {
     EXPECT_TRUE(ui.has(u"Behind"_s));
 }
 
+TEST(Alert, ReturnPressesTheOtherButtonOnceTabHasReachedIt) {
+    UiDriver ui(alertPage);
+    ui.tab();
+    ASSERT_EQ(ui.focusedName(), u"Later"_s);
+    ui.key(Qt::Key_Return);
+    EXPECT_EQ(ui.root()->property("dismissed").toInt(), 1);
+    EXPECT_EQ(ui.root()->property("accepted").toInt(), 0);
+}
+
 TEST(Alert, EscapeLeavesItUp) {
     UiDriver ui(alertPage);
     ui.key(Qt::Key_Escape);
