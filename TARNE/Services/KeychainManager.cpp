@@ -1,5 +1,6 @@
 #include "KeychainManager.h"
 
+#include <QStringDecoder>
 #include <QUtf8StringView>
 
 using namespace Qt::StringLiterals;
@@ -21,7 +22,9 @@ std::optional<QString> KeychainManager::load(const QString &key) const {
     const auto secret = m_keychain.copy(bundleIdentifier, key);
     if (!secret || !QUtf8StringView(*secret).isValidUtf8())
         return std::nullopt;
-    return QString::fromUtf8(*secret);
+    // A byte order mark is part of the secret like any other character.
+    QStringDecoder decode(QStringDecoder::Utf8, QStringDecoder::Flag::ConvertInitialBom);
+    return QString(decode(*secret));
 }
 
 bool KeychainManager::delete_(const QString &key) const {

@@ -68,7 +68,8 @@ TEST_F(KeychainManagerTest, LoadsNothingWhereTheBytesAreNoUtf8) {
 }
 
 TEST_F(KeychainManagerTest, KeepsEveryText) {
-    for (const QString &text : {u""_s, u"a\nb\r\nc"_s, u"🔑 ключ"_s, QString(1 << 20, u'k')}) {
+    for (const QString &text :
+         {u""_s, u"a\nb\r\nc"_s, u"🔑 ключ"_s, u"\uFEFFmarked\uFEFF"_s, QString(1 << 20, u'k')}) {
         EXPECT_TRUE(manager.save(key, text));
         EXPECT_EQ(manager.load(key), text);
     }
