@@ -81,6 +81,9 @@ INSTANTIATE_TEST_SUITE_P(
         RoutingCase{"OptionsOnNoPath", "OPTIONS ", ok}, RoutingCase{"NoProtocol", "GET /goals", ok},
         RoutingCase{"AnyProtocol", "GET /goals nonsense at all\r\n", ok},
         RoutingCase{"LineFeedAloneAfterProtocol", "GET /goals HTTP/1.1\n\n", ok},
+        // A line feed belongs to the element that it ends: a protocol nobody looks at, or the path.
+        RoutingCase{"LineFeedAloneAfterProtocolWithoutHeaders", "GET /goals HTTP/1.1\n", ok},
+        RoutingCase{"LineFeedAloneEndsThePath", "GET /goals\n", notFound},
         RoutingCase{"LineFeedAloneAfterPath", "GET /goals\nHost: x\n", notFound},
         RoutingCase{"BodyIgnored", "GET /goals HTTP/1.1\r\n\r\nPOST /x", ok},
         RoutingCase{"Pipelined", "GET /goals HTTP/1.1\r\n\r\nGET /none HTTP/1.1\r\n", ok},

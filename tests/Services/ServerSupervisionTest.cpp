@@ -1,7 +1,5 @@
 #include "ServerFixture.h"
 
-#include <csignal>
-
 using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
 
@@ -216,60 +214,6 @@ TEST_F(ServerSupervisionTest, AMarkerSplitOverTwoChunksIsNoAnnouncement) {
     print("TARNE Classification Server run");
     print("ning on port 3005");
     EXPECT_EQ(nextAddress(), u"http://localhost:3000/health"_s);
-}
-
-// Strays.
-
-TEST_F(ServerSupervisionTest, EveryProcessOnAPortIsTerminatedGivenHalfASecondAndKilled) {
-    tools.results[u":3002"_s] = {0, "41\n 42 \n"};
-    manager->startServer();
-    const auto first = tools.calls.indexOf(u"/usr/bin/lsof -ti :3002"_s);
-    EXPECT_EQ(tools.calls.mid(first + 1, 6),
-              (QStringList{u"signal 15 to 41"_s, u"sleep 500000 us"_s, u"signal 9 to 41"_s,
-                           u"signal 15 to 42"_s, u"sleep 500000 us"_s, u"signal 9 to 42"_s}));
-    EXPECT_TRUE(log.lines().contains(u"🔪 Killing existing process 41 on port 3002"_s));
-    EXPECT_TRUE(log.lines().contains(u"🔪 Killing existing process 42 on port 3002"_s));
-}
-
-TEST_F(ServerSupervisionTest, LinesThatAreNoProcessNumberAreSkipped) {
-    tools.results[u":3001"_s] = {0, "lsof: WARNING\n\n99999999999\n12x\n43"};
-    manager->startServer();
-    EXPECT_EQ(tools.calls.filter(u"signal"_s),
-              (QStringList{u"signal 15 to 43"_s, u"signal 9 to 43"_s}));
-}
-
-TEST_F(ServerSupervisionTest, OutputThatIsNoUtf8IsSkipped) {
-    tools.results[u":3001"_s] = {0, "43\n\xff"};
-    manager->startServer();
-    EXPECT_TRUE(tools.calls.filter(u"signal"_s).isEmpty());
-}
-
-TEST_F(ServerSupervisionTest, AToolThatFoundNothingIsSilent) {
-    manager->startServer();
-    EXPECT_TRUE(log.lines().filter(u"No existing process"_s).isEmpty());
-    EXPECT_TRUE(log.lines().filter(u"🔪"_s).isEmpty());
-}
-
-TEST_F(ServerSupervisionTest, WithoutLsofEachEntryOfTheGivenPortIsReportedAndTheStartGoesOn) {
-    tools.unlaunchable = {u"/usr/bin/lsof"_s};
-    manager->startServer();
-    EXPECT_EQ(log.lines().filter(u"No existing process"_s),
-              (QStringList{u"🔍 No existing process found on port 3000"_s,
-                           u"🔍 No existing process found on port 3000"_s}));
-    EXPECT_EQ(launcher.children.size(), 1u);
-}
-
-TEST_F(ServerSupervisionTest, AMatchByNameIsLogged) {
-    tools.results[u"node"_s] = {0, {}};
-    manager->startServer();
-    EXPECT_EQ(log.lines().filter(u"🔪"_s), QStringList{u"🔪 Killed processes matching: node"_s});
-}
-
-TEST_F(ServerSupervisionTest, WithoutPkillTheStartGoesOnInSilence) {
-    tools.unlaunchable = {u"/usr/bin/pkill"_s};
-    manager->startServer();
-    EXPECT_TRUE(log.lines().filter(u"🔪"_s).isEmpty());
-    EXPECT_EQ(launcher.children.size(), 1u);
 }
 
 } // namespace

@@ -10,19 +10,34 @@
 
 namespace tarne {
 
+/// Hands on what is logged and writes it into a journal too.
+class JournalLog final : public Log {
+public:
+    JournalLog(Log &log, test::Journal &journal) : m_log(log), m_journal(journal) {}
+
+    void line(const QString &text) override {
+        m_log.line(text);
+        m_journal += text;
+    }
+
+private:
+    Log &m_log;
+    test::Journal &m_journal;
+};
+
 /// A manager on fakes, with a server to be found; the blocking waits only move the manual clock.
 class ServerFixture : public testing::Test {
 protected:
     ServerFixture() { bundle.files = {server}; }
 
     ServerPlatform platform() {
-        return {time,     log,    keychain,
-                bundle,   tools,  ports,
-                launcher, health, [this](auto duration) { sleep(duration); }};
+        return {time,     journalLog, keychain,
+                bundle,   tools,      ports,
+                launcher, health,     [this](auto duration) { sleep(duration); }};
     }
 
     void sleep(std::chrono::microseconds duration) {
-        tools.calls += QStringLiteral("sleep %1 us").arg(duration.count());
+        tools.noteSleep(duration);
         time.block(duration);
     }
 
@@ -32,16 +47,19 @@ protected:
         time.runPending();
         log.takeLines();
         tools.calls.clear();
+        journal.clear();
     }
 
     const QString server = QStringLiteral("/home/user/tarne-server");
     test::ManualTime time;
     test::RecordingLog log;
+    test::Journal journal; ///< The log's lines and the fakes' calls, in their common order.
+    JournalLog journalLog{log, journal};
     test::MemoryKeychain keychain;
     test::FakeBundle bundle;
-    test::RecordingProcessTools tools;
-    test::FakePortProbe ports;
-    test::ScriptedChildren launcher;
+    test::RecordingProcessTools tools{&journal};
+    test::FakePortProbe ports{&journal};
+    test::ScriptedChildren launcher{&journal};
     test::ScriptedHealthProbe health;
     std::unique_ptr<ServerManager> manager = std::make_unique<ServerManager>(platform());
 };

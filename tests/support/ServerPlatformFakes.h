@@ -8,29 +8,56 @@
 
 #include <QStringList>
 
+#include <chrono>
 #include <map>
 #include <set>
 #include <vector>
 
 namespace tarne::test {
 
-/// Notes what the sweep would have done; touches no process.
-class RecordingProcessTools final : public ProcessTools {
+/// What the fakes of one fixture were asked for, in the order over all of them.
+using Journal = QStringList;
+
+/// A fake that writes down what it is asked for; in a fixture's journal too, where it has one.
+class Recorder {
 public:
+    explicit Recorder(Journal *journal) : m_journal(journal) {}
+
+    QStringList calls;
+
+protected:
+    void note(const QString &call) {
+        calls += call;
+        if (m_journal)
+            *m_journal += call;
+    }
+
+private:
+    Journal *m_journal;
+};
+
+/// Notes what the sweep would have done; touches no process.
+class RecordingProcessTools final : public ProcessTools, public Recorder {
+public:
+    explicit RecordingProcessTools(Journal *journal = nullptr) : Recorder(journal) {}
+
     std::optional<Result> run(const QString &path, const QStringList &arguments) override {
-        calls += path + QLatin1Char(' ') + arguments.join(QLatin1Char(' '));
+        note(path + QLatin1Char(' ') + arguments.join(QLatin1Char(' ')));
         if (unlaunchable.contains(path))
             return std::nullopt;
         const auto scripted = results.find(arguments.last());
         return scripted == results.end() ? Result{1, {}} : scripted->second;
     }
     void sendSignal(qint32 process, int signal) override {
-        calls += QStringLiteral("signal %1 to %2").arg(signal).arg(process);
+        note(QStringLiteral("signal %1 to %2").arg(signal).arg(process));
+    }
+    /// A wait between two calls.
+    void noteSleep(std::chrono::microseconds duration) {
+        note(QStringLiteral("sleep %1 us").arg(duration.count()));
     }
 
     std::map<QString, Result> results; ///< By the last argument, such as ":3000" or "node".
     QStringList unlaunchable;          ///< Paths of tools that are not there.
-    QStringList calls;
 };
 
 /// A disk with the files that the test names.
@@ -49,9 +76,12 @@ public:
     std::set<QString> files;
 };
 
-class FakePortProbe final : public PortProbe {
+class FakePortProbe final : public PortProbe, public Recorder {
 public:
+    explicit FakePortProbe(Journal *journal = nullptr) : Recorder(journal) {}
+
     bool canBind(int port) override {
+        note(QStringLiteral("try %1").arg(port));
         tried.push_back(port);
         return !busy.contains(port);
     }
@@ -79,18 +109,20 @@ public:
 };
 
 /// Children that run until the test, a signal or a wait ends them.
-class ScriptedChildren final : public ChildProcessLauncher {
+class ScriptedChildren final : public ChildProcessLauncher, public Recorder {
 public:
+    explicit ScriptedChildren(Journal *journal = nullptr) : Recorder(journal) {}
+
     class Child final : public ChildProcess {
     public:
         Child(ScriptedChildren &family, ChildLaunch how)
             : launch(std::move(how)), m_family(family) {}
 
         bool isRunning() const override { return m_running; }
-        void terminate() override { m_family.calls += QStringLiteral("terminate"); }
-        void forceKill() override { m_family.calls += QStringLiteral("forceKill"); }
+        void terminate() override { m_family.note(QStringLiteral("terminate")); }
+        void forceKill() override { m_family.note(QStringLiteral("forceKill")); }
         bool waitUntilExit(std::chrono::milliseconds limit) override {
-            m_family.calls += QStringLiteral("wait %1 ms").arg(limit.count());
+            m_family.note(QStringLiteral("wait %1 ms").arg(limit.count()));
             if (!m_family.ignoresTerminate)
                 exit(m_family.statusOnTerminate);
             return !m_running;
@@ -109,7 +141,7 @@ public:
     };
 
     Outcome launch(ChildLaunch how) override {
-        calls += QStringLiteral("launch ") + how.executable;
+        note(QStringLiteral("launch ") + how.executable);
         if (failure)
             return Failure{*failure};
         auto child = std::make_shared<Child>(*this, std::move(how));
@@ -122,7 +154,6 @@ public:
     Child &last() const { return *children.back(); }
 
     std::vector<std::shared_ptr<Child>> children;
-    QStringList calls;
     std::optional<QString> failure;  ///< Why no child can be launched.
     std::optional<int> statusAtOnce; ///< Children exit before the launch returns.
     bool ignoresTerminate = false;
