@@ -43,6 +43,7 @@ class Onboarding(KeyTestCase):
     def test_by_the_keyboard_alone_stores_the_key_and_never_returns(self):
         self.launch()
         self.assertIsNone(self.find("Start Session"))
+        self.assert_shown("AppIcon")
         self.activate("Next")
         self.assert_shown("Complete Setup")
         self.tab_to(KEY_FIELD, role="text")
@@ -216,6 +217,21 @@ class TheServer(ServerTestCase):
         self.launch()
         self.open_tab("Settings")
         self.assert_shown("Server Stopped", "Server exited with code 7")
+
+    def test_that_ends_at_once_with_zero_is_stopped_without_an_error(self):
+        self.server.write_text("#!/bin/sh\nexit 0\n")
+        self.launch()
+        self.open_tab("Settings")
+        self.assert_shown("Server Stopped", "Start")
+        self.eventually(
+            lambda: "🔴 Server process terminated with status: 0" in self.program.log,
+            "the server's end is logged")
+        self.assertIsNone(self.find("Server exited with code 0"))
+        self.press("Start")
+        self.eventually(
+            lambda: self.program.log.count("🔴 Server process terminated with status: 0") == 2,
+            "it was started again, and ended again")
+        self.assert_shown("Server Stopped", "Start")
 
     def test_that_ignores_its_end_is_killed_with_what_it_started(self):
         self.server.write_text("#!/bin/bash\ntrap '' TERM\nsleep 1000 &\necho ready\n"
