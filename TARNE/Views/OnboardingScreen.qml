@@ -42,19 +42,20 @@ Rectangle {
         anchors.bottomMargin: Layout.defaultSpacing
         width: parent.width
 
-        OnboardingPage {
+        FadingScope {
             anchors.fill: parent
+            duration: 300
             isShown: !screen.view.isSetupShown
 
             WelcomePage {
                 anchors.centerIn: parent
                 width: parent.width
                 appIcon: screen.view.appIcon
-                hasIcon: screen.view.hasAppIcon
             }
         }
-        OnboardingPage {
+        FadingScope {
             anchors.fill: parent
+            duration: 300
             isShown: screen.view.isSetupShown
 
             SetupPage {
@@ -72,10 +73,17 @@ Rectangle {
         width: parent.width - 2 * Layout.spacingMedium
         height: forward.implicitHeight
 
-        SecondaryButton {
-            visible: screen.view.currentScreen > 0
-            text: "Back"
-            onClicked: screen.view.goBack()
+        FadingScope {
+            width: back.width
+            height: back.height
+            isShown: screen.view.currentScreen > 0
+
+            SecondaryButton {
+                id: back
+
+                text: "Back"
+                onClicked: screen.view.goBack()
+            }
         }
         PrimaryButton {
             id: forward
@@ -83,6 +91,11 @@ Rectangle {
             anchors.right: parent.right
             enabled: screen.view.canGoForward
             text: screen.view.forwardText
+            label: FadingLabel {
+                text: forward.text
+                font: forward.font
+                color: forward.look.textColor
+            }
             onClicked: screen.view.goForward()
         }
     }

@@ -24,7 +24,6 @@ class OnboardingView : public QObject {
     Q_PROPERTY(bool isAPIKeyVisible READ isAPIKeyVisible NOTIFY isAPIKeyVisibleChanged)
     Q_PROPERTY(bool showingAPIKeyAlert READ showingAPIKeyAlert NOTIFY showingAPIKeyAlertChanged)
     Q_PROPERTY(QUrl appIcon READ appIcon CONSTANT)
-    Q_PROPERTY(bool hasAppIcon READ hasAppIcon CONSTANT)
 
 public:
     /// All outlive the view. `appIcon` is the application's icon, empty where there is none.
@@ -42,7 +41,6 @@ public:
     [[nodiscard]] bool isAPIKeyVisible() const { return m_isAPIKeyVisible; }
     [[nodiscard]] bool showingAPIKeyAlert() const { return m_showingAPIKeyAlert; }
     [[nodiscard]] bool isOnboardingComplete() const { return m_isOnboardingComplete; }
-    [[nodiscard]] bool hasAppIcon() const { return !m_appIcon.isEmpty(); }
     [[nodiscard]] const QUrl &appIcon() const { return m_appIcon; }
 
     Q_INVOKABLE void goBack();

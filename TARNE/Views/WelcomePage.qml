@@ -6,10 +6,8 @@ import TARNE.Styling
 Column {
     id: page
 
-    // Empty where the application has no icon; the name on the accent colour takes its place.
+    // The name on the accent colour takes the place of an icon that is not there.
     required property url appIcon
-
-    required property bool hasIcon
 
     padding: Layout.padding
 
@@ -18,9 +16,12 @@ Column {
         width: 120
         height: 120
 
+        // Its corners are as round as those of what takes its place: the picture leaves them empty.
         Image {
+            id: icon
+
             anchors.fill: parent
-            visible: page.hasIcon
+            visible: status === Image.Ready
             source: page.appIcon
             sourceSize.width: 240
             sourceSize.height: 240
@@ -30,7 +31,7 @@ Column {
         }
         Rectangle {
             anchors.fill: parent
-            visible: !page.hasIcon
+            visible: !icon.visible
             radius: 2 * Layout.cornerRadius
             color: Colors.accent
 

@@ -97,6 +97,14 @@ TEST_F(OnboardingViewTest, FinishingStoresThatOnboardingIsDoneAndKeepsTheOtherPr
     EXPECT_EQ(UserPreferences::load(defaults), before);
 }
 
+TEST_F(OnboardingViewTest, TheKeyIsSavedBeforeItIsStoredThatOnboardingIsDone) {
+    std::optional<bool> wasDone;
+    keychain.beforeAdd = [&] { wasDone = UserPreferences::load(defaults).hasCompletedOnboarding; };
+    finishWith(u"key"_s);
+    EXPECT_EQ(wasDone, false);
+    EXPECT_TRUE(UserPreferences::load(defaults).hasCompletedOnboarding);
+}
+
 TEST_F(OnboardingViewTest, TheClosingAlertComesAfterThePreferenceIsStored) {
     bool storedBefore = false;
     QObject::connect(&view, &OnboardingView::showingAPIKeyAlertChanged, [&] {

@@ -4,6 +4,7 @@
 
 #include <QStringList>
 
+#include <functional>
 #include <map>
 #include <mutex>
 
@@ -17,6 +18,8 @@ public:
     bool add(const QString &service, const QString &account, const QByteArray &secret) override {
         const std::lock_guard lock(m_mutex);
         m_calls += QStringLiteral("add");
+        if (beforeAdd)
+            beforeAdd();
         return !failsToAdd && items.emplace(Address{service, account}, secret).second;
     }
     Removal remove(const QString &service, const QString &account) override {
@@ -41,6 +44,7 @@ public:
     }
 
     std::map<Address, QByteArray> items;
+    std::function<void()> beforeAdd; ///< Looks at what its user has done by then.
     bool failsToAdd = false;
     bool failsToRemove = false;
     bool failsToCopy = false;

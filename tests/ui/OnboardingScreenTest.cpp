@@ -1,10 +1,6 @@
-#include "OnboardingView.h"
+#include "OnboardingFixture.h"
 
-#include "MemoryDefaults.h"
-#include "RecordingWorkspace.h"
-#include "ServerFixture.h"
 #include "TARNEStyle.h"
-#include "UiDriver.h"
 #include "UserPreferences.h"
 
 #include <QPainter>
@@ -15,25 +11,11 @@ using namespace Qt::StringLiterals;
 using testing::ElementsAre;
 using testing::UnorderedElementsAre;
 
-namespace tarne {
+namespace tarne::test {
 namespace {
 
-class OnboardingScreen : public ServerFixture {
+class OnboardingScreen : public OnboardingScreenTest {
 protected:
-    test::UiDriver &ui() {
-        if (!m_ui) {
-            m_ui = std::make_unique<test::UiDriver>(
-                QUrl(u"qrc:/qt/qml/TARNE/Views/OnboardingScreen.qml"_s),
-                QVariantMap{{u"view"_s, QVariant::fromValue(&view)}});
-        }
-        return *m_ui;
-    }
-
-    void openSetup() {
-        ASSERT_TRUE(ui().click(u"Next"_s));
-        ASSERT_TRUE(ui().waitUntil([&] { return !ui().has(u"TARNE"_s) && ui().has(u"Back"_s); }));
-    }
-
     QQuickItem *field() {
         return ui().find(u"Enter your Gemini API key"_s, QAccessible::EditableText);
     }
@@ -53,15 +35,7 @@ protected:
         return picture.pixel(0, 0);
     }
 
-    test::MemoryDefaults defaults;
-    test::RecordingWorkspace workspace;
-    OnboardingView view{*manager, defaults, workspace, QUrl()};
-    const test::MemoryKeychain::Address address{u"com.tarne.app"_s, u"GeminiAPIKey"_s};
-
-private:
-    void TearDown() override { m_ui.reset(); }
-
-    std::unique_ptr<test::UiDriver> m_ui;
+    const MemoryKeychain::Address address{u"com.tarne.app"_s, u"GeminiAPIKey"_s};
 };
 
 TEST_F(OnboardingScreen, WelcomesWithItsTextsAndOneButton) {
@@ -95,7 +69,6 @@ TEST_F(OnboardingScreen, TheFirstDotIsAlwaysAccentAndTheSecondOnTheSecondPage) {
     const QRgb accent = drawn(TARNEStyle::Colors::accent);
     EXPECT_EQ(dots(), std::pair(accent, drawn(TARNEStyle::Colors::border)));
     openSetup();
-    EXPECT_NE(dots(), std::pair(accent, accent));
     EXPECT_TRUE(ui().waitUntil([&] { return dots() == std::pair(accent, accent); }));
 }
 
@@ -106,7 +79,7 @@ TEST_F(OnboardingScreen, BackAndNextKeepTheKeyAndItsVisibility) {
     ASSERT_TRUE(ui().click(u"Show key"_s));
     ASSERT_TRUE(ui().click(u"Back"_s));
     ASSERT_TRUE(ui().waitUntil([&] { return !ui().has(u"Complete Setup"_s); }));
-    EXPECT_FALSE(ui().has(u"Back"_s));
+    ASSERT_TRUE(ui().waitUntil([&] { return !ui().has(u"Back"_s); }));
     openSetup();
     EXPECT_EQ(field()->property("text").toString(), u"my key"_s);
     EXPECT_TRUE(ui().has(u"Hide key"_s));
@@ -198,4 +171,4 @@ TEST_F(OnboardingScreen, AHiddenPageCannotBeReached) {
 }
 
 } // namespace
-} // namespace tarne
+} // namespace tarne::test

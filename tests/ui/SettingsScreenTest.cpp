@@ -1,9 +1,6 @@
-#include "SettingsView.h"
+#include "SettingsFixture.h"
 
-#include "RecordingWorkspace.h"
-#include "ServerFixture.h"
 #include "TARNEStyle.h"
-#include "UiDriver.h"
 
 #include <gmock/gmock.h>
 
@@ -11,21 +8,11 @@ using namespace Qt::StringLiterals;
 using testing::ElementsAre;
 using testing::UnorderedElementsAre;
 
-namespace tarne {
+namespace tarne::test {
 namespace {
 
-class SettingsScreen : public ServerFixture {
+class SettingsScreen : public SettingsScreenTest {
 protected:
-    test::UiDriver &ui() {
-        if (!m_ui) {
-            view.appear();
-            m_ui = std::make_unique<test::UiDriver>(
-                QUrl(u"qrc:/qt/qml/TARNE/Views/SettingsScreen.qml"_s),
-                QVariantMap{{u"view"_s, QVariant::fromValue(&view)}});
-        }
-        return *m_ui;
-    }
-
     QQuickItem *field() {
         return ui().find(u"Enter your Gemini API key"_s, QAccessible::EditableText);
     }
@@ -43,14 +30,7 @@ protected:
                                          static_cast<int>(left.y()));
     }
 
-    test::RecordingWorkspace workspace;
-    SettingsView view{*manager, workspace};
-    const test::MemoryKeychain::Address address{u"com.tarne.app"_s, u"GeminiAPIKey"_s};
-
-private:
-    void TearDown() override { m_ui.reset(); }
-
-    std::unique_ptr<test::UiDriver> m_ui;
+    const MemoryKeychain::Address address{u"com.tarne.app"_s, u"GeminiAPIKey"_s};
 };
 
 TEST_F(SettingsScreen, ShowsItsTextsInOrder) {
@@ -165,4 +145,4 @@ TEST_F(SettingsScreen, TheKeyboardLeadsThroughItInReadingOrder) {
 }
 
 } // namespace
-} // namespace tarne
+} // namespace tarne::test
