@@ -1,11 +1,12 @@
 #include "GoalsResponder.h"
 
+#include "JsonWriter.h"
+
 #include <QDateTime>
-#include <QJsonDocument>
-#include <QJsonObject>
 #include <QUtf8StringView>
 
 #include <cmath>
+#include <utility>
 
 using namespace Qt::StringLiterals;
 
@@ -13,7 +14,16 @@ namespace tarne {
 
 namespace {
 
-using Headers = std::map<QByteArray, QByteArray>;
+// The headers of a kind of response, each with its line end.
+constexpr QByteArrayView jsonHeaders = "Content-Type: application/json\r\n"
+                                       "Access-Control-Allow-Origin: *\r\n"
+                                       "Access-Control-Allow-Methods: GET, POST, OPTIONS\r\n"
+                                       "Access-Control-Allow-Headers: Content-Type\r\n";
+constexpr QByteArrayView preflightHeaders =
+    "Access-Control-Allow-Origin: *\r\n"
+    "Access-Control-Allow-Methods: GET, POST, OPTIONS\r\n"
+    "Access-Control-Allow-Headers: Content-Type, Authorization\r\n"
+    "Access-Control-Max-Age: 86400\r\n";
 
 QByteArray httpStatusText(int statusCode) {
     switch (statusCode) {
@@ -30,42 +40,76 @@ QByteArray httpStatusText(int statusCode) {
     }
 }
 
-QByteArray makeResponse(int statusCode, const QByteArray &body, Headers headers = {}) {
-    headers["Content-Length"] = QByteArray::number(body.size());
-    headers["Connection"] = "close";
-    QByteArray text =
-        "HTTP/1.1 " + QByteArray::number(statusCode) + ' ' + httpStatusText(statusCode) + "\r\n";
-    for (const auto &[name, value] : headers)
-        text += name + ": " + value + "\r\n";
-    return text + "\r\n" + body;
+QByteArray makeResponse(int statusCode, QByteArrayView body, QByteArrayView headers = {}) {
+    QByteArray text;
+    text.reserve(128 + headers.size() + body.size());
+    text.append("HTTP/1.1 ").append(QByteArray::number(statusCode)).append(' ');
+    text.append(httpStatusText(statusCode)).append("\r\nContent-Length: ");
+    text.append(QByteArray::number(body.size())).append("\r\nConnection: close\r\n");
+    return text.append(headers).append("\r\n").append(body);
 }
 
-/// Why a value has no JSON form; none when it has one.
-std::optional<QString> jsonObstacle(const QVariant &value) {
+using Obstacle = std::optional<QString>;
+
+Obstacle writeValue(json::Writer &writer, const QVariant &value);
+
+Obstacle written(bool hasJsonForm) {
+    return hasJsonForm ? std::nullopt : Obstacle(u"a number that is not finite"_s);
+}
+
+Obstacle writeList(json::Writer &writer, const QVariantList &list) {
+    char before = '[';
+    for (const QVariant &element : list) {
+        writer.punctuate(std::exchange(before, ','));
+        if (auto obstacle = writeValue(writer, element))
+            return obstacle;
+    }
+    if (list.isEmpty())
+        writer.punctuate('[');
+    writer.punctuate(']');
+    return std::nullopt;
+}
+
+Obstacle writeObject(json::Writer &writer, const QVariantMap &members) {
+    char before = '{';
+    for (auto member = members.begin(); member != members.end(); ++member) {
+        writer.punctuate(std::exchange(before, ','));
+        if (auto obstacle = written(writer.write(member.key())))
+            return obstacle;
+        writer.punctuate(':');
+        if (auto obstacle = writeValue(writer, member.value()))
+            return obstacle;
+    }
+    if (members.isEmpty())
+        writer.punctuate('{');
+    writer.punctuate('}');
+    return std::nullopt;
+}
+
+/// Why a value has no JSON form; none when it has one and was written.
+Obstacle writeValue(json::Writer &writer, const QVariant &value) {
     switch (value.typeId()) {
     case QMetaType::Bool:
+        return written(writer.write(value.toBool()));
     case QMetaType::Int:
     case QMetaType::UInt:
     case QMetaType::LongLong:
+        return written(writer.write(value.toLongLong()));
     case QMetaType::ULongLong:
-    case QMetaType::QString:
-    case QMetaType::QStringList:
-    case QMetaType::Nullptr:
-        return std::nullopt;
+        if (const auto number = value.toULongLong(); std::in_range<qint64>(number))
+            return written(writer.write(static_cast<qint64>(number)));
+        [[fallthrough]];
     case QMetaType::Double:
-        return std::isfinite(value.toDouble()) ? std::nullopt
-                                               : std::optional(u"a number that is not finite"_s);
+        return written(writer.write(value.toDouble()));
+    case QMetaType::QString:
+        return written(writer.write(value.toString()));
+    case QMetaType::QStringList:
     case QMetaType::QVariantList:
-        for (const QVariant &element : value.toList()) {
-            if (const auto obstacle = jsonObstacle(element))
-                return obstacle;
-        }
-        return std::nullopt;
+        return writeList(writer, value.toList());
     case QMetaType::QVariantMap:
-        for (const QVariant &element : value.toMap()) {
-            if (const auto obstacle = jsonObstacle(element))
-                return obstacle;
-        }
+        return writeObject(writer, value.toMap());
+    case QMetaType::Nullptr:
+        writer.writeNull();
         return std::nullopt;
     default:
         return u"a value of type %1"_s.arg(QLatin1StringView(value.typeName()));
@@ -112,25 +156,16 @@ QByteArray GoalsResponder::handleHealthRequest() const {
 }
 
 QByteArray GoalsResponder::handleOptionsRequest() const {
-    return makeResponse(200, {},
-                        {{"Access-Control-Allow-Origin", "*"},
-                         {"Access-Control-Allow-Methods", "GET, POST, OPTIONS"},
-                         {"Access-Control-Allow-Headers", "Content-Type, Authorization"},
-                         {"Access-Control-Max-Age", "86400"}});
+    return makeResponse(200, {}, preflightHeaders);
 }
 
 QByteArray GoalsResponder::sendJSONResponse(const QVariantMap &data) const {
-    if (const auto obstacle = jsonObstacle(data)) {
+    json::Writer writer(512);
+    if (const auto obstacle = writeObject(writer, data)) {
         m_log.line(u"JSON serialization error: "_s + *obstacle);
         return makeResponse(500, "Internal Server Error");
     }
-    const QByteArray body =
-        QJsonDocument(QJsonObject::fromVariantMap(data)).toJson(QJsonDocument::Compact);
-    return makeResponse(200, body,
-                        {{"Content-Type", "application/json"},
-                         {"Access-Control-Allow-Origin", "*"},
-                         {"Access-Control-Allow-Methods", "GET, POST, OPTIONS"},
-                         {"Access-Control-Allow-Headers", "Content-Type"}});
+    return makeResponse(200, writer.take(), jsonHeaders);
 }
 
 } // namespace tarne

@@ -1,6 +1,11 @@
 #include "HTTPConnection.h"
 
+#include <cerrno>
+
 #include <netinet/tcp.h>
+#include <sys/ioctl.h>
+#include <sys/socket.h>
+#include <unistd.h>
 
 using namespace Qt::StringLiterals;
 using asio::ip::tcp;
@@ -11,14 +16,59 @@ QString errorText(const std::error_code &error) {
     return QString::fromStdString(error.message());
 }
 
+namespace {
+
+std::error_code lastError() {
+    return {errno, std::system_category()};
+}
+
+/// Hands over as much as the socket's buffer takes: a small response fits in as a whole.
+std::size_t sendNow(int descriptor, const QByteArray &response, std::error_code &error) {
+    const ssize_t sent =
+        ::send(descriptor, response.constData(), static_cast<std::size_t>(response.size()),
+               MSG_NOSIGNAL | MSG_DONTWAIT);
+    if (sent < 0 && errno != EAGAIN)
+        error = lastError();
+    return sent < 0 ? 0 : static_cast<std::size_t>(sent);
+}
+
+/// Whether something was received that nobody has read.
+bool hasUnread(int descriptor) {
+    int size = 0;
+    return ::ioctl(descriptor, FIONREAD, &size) == 0 && size > 0;
+}
+
+} // namespace
+
+void HTTPConnection::handleConnection(const asio::any_io_executor &executor, const tcp &protocol,
+                                      int descriptor, Log &log, const Responder &responder) {
+    std::array<char, largestReceive> received;
+    const ssize_t size = ::recv(descriptor, received.data(), received.size(), MSG_DONTWAIT);
+    std::error_code error = size < 0 ? lastError() : std::error_code();
+    QByteArray response;
+    std::size_t sent = 0;
+    if (size > 0) {
+        response = responder(QByteArray(received.data(), size));
+        sent = sendNow(descriptor, response, error);
+        if (sent == static_cast<std::size_t>(response.size()) && !hasUnread(descriptor)) {
+            ::close(descriptor);
+            return;
+        }
+    }
+    const auto connection = std::make_shared<HTTPConnection>(
+        tcp::socket(executor, protocol, descriptor), log, responder);
+    if (size > 0)
+        connection->continueSending(std::move(response), sent, error);
+    else if (size == 0)
+        connection->received(asio::error::eof, 0);
+    else if (error != std::errc::resource_unavailable_try_again)
+        connection->received(error, 0);
+    if (size != 0 && !connection->m_isCancelled)
+        connection->receiveRequest();
+}
+
 HTTPConnection::HTTPConnection(tcp::socket socket, Log &log, Responder responder)
     : m_log(log), m_responder(std::move(responder)), m_socket(std::move(socket)) {}
-
-void HTTPConnection::handleConnection() {
-    std::error_code ignored;
-    m_socket.non_blocking(true, ignored);
-    receiveRequest();
-}
 
 void HTTPConnection::receiveRequest() {
     m_socket.async_read_some(asio::buffer(m_received),
@@ -66,13 +116,14 @@ void HTTPConnection::sendResponse(QByteArray response) {
     // The end of the first response ends the connection, so a second one has no way out.
     if (!m_response.isEmpty())
         return;
-    m_response = std::move(response);
-    // A small response fits into the socket's buffer: no wait, no further turn of the loop.
     std::error_code error;
+    const std::size_t sent = sendNow(m_socket.native_handle(), response, error);
+    continueSending(std::move(response), sent, error);
+}
+
+void HTTPConnection::continueSending(QByteArray response, std::size_t sent, std::error_code error) {
+    m_response = std::move(response);
     const auto size = static_cast<std::size_t>(m_response.size());
-    const std::size_t sent = m_socket.write_some(asio::buffer(m_response.constData(), size), error);
-    if (error == asio::error::would_block || error == asio::error::try_again)
-        error.clear();
     if (error || sent == size) {
         finishSending(error);
         return;

@@ -19,16 +19,23 @@ namespace tarne {
 [[nodiscard]] QString errorText(const std::error_code &error);
 
 /// One accepted connection of the goals API: one request, one response. Kept alive by its pending
-/// operations; runs on the executor of its socket.
+/// operations; runs on the executor that it is given.
 class HTTPConnection : public std::enable_shared_from_this<HTTPConnection> {
 public:
     /// Turns a received chunk, which counts as a whole request, into the response to send.
     using Responder = std::function<QByteArray(const QByteArray &chunk)>;
 
+    /// Serves the socket `descriptor`, which does not block, and closes it in the end. A request
+    /// that came along with the connection, as most do, is answered at once and in few system
+    /// calls: the executor's reactor only learns of a connection that has to be waited for.
+    ///
     /// The log, and what `responder` refers to, outlive the run of the executor.
-    HTTPConnection(asio::ip::tcp::socket socket, Log &log, Responder responder);
+    static void handleConnection(const asio::any_io_executor &executor,
+                                 const asio::ip::tcp &protocol, int descriptor, Log &log,
+                                 const Responder &responder);
 
-    void handleConnection();
+    /// Only for `handleConnection`.
+    HTTPConnection(asio::ip::tcp::socket socket, Log &log, Responder responder);
 
 private:
     static constexpr std::size_t largestReceive = 8192;
@@ -40,6 +47,8 @@ private:
     void awaitFailure();
     void failed();
     void sendResponse(QByteArray response);
+    /// `sent` bytes of the response are on their way, or it failed with `error`.
+    void continueSending(QByteArray response, std::size_t sent, std::error_code error);
     void finishSending(std::error_code error);
     void cancel();
     /// Reads away what is still to come, so that closing does not cost the peer the response.

@@ -21,6 +21,9 @@ namespace {
 /// A child process that is started meanwhile must not hold a connection open.
 constexpr int socketFlags = SOCK_CLOEXEC | SOCK_NONBLOCK;
 
+/// So many connections are accepted, and as a rule answered, before anything else has its turn.
+constexpr int largestBatch = 16;
+
 } // namespace
 
 /// The queue, and what is known on both sides of it.
@@ -109,21 +112,31 @@ private:
     }
 
     void acceptPending() {
-        int descriptor = 0;
-        while ((descriptor =
-                    ::accept4(m_acceptor.native_handle(), nullptr, nullptr, socketFlags)) >= 0)
+        for (int turn = 0; turn < largestBatch; ++turn) {
+            if (m_server.m_transport->context.stopped())
+                return;
+            const int descriptor =
+                ::accept4(m_acceptor.native_handle(), nullptr, nullptr, socketFlags);
+            if (descriptor < 0) {
+                if (errno == EAGAIN || errno == ECONNABORTED || errno == EINTR)
+                    accept();
+                else
+                    acceptLater();
+                return;
+            }
             handleConnection(descriptor);
-        if (errno == EAGAIN || errno == ECONNABORTED || errno == EINTR)
-            accept();
-        else
-            acceptLater();
+        }
+        // It is the others' turn first: connections that wait, and the end of this listener.
+        asio::post(m_acceptor.get_executor(), [self = shared_from_this()] {
+            if (!self->m_isCancelled)
+                self->acceptPending();
+        });
     }
 
     void handleConnection(int descriptor) {
-        std::make_shared<HTTPConnection>(
-            tcp::socket(m_acceptor.get_executor(), protocol(), descriptor), m_server.m_log,
-            [&server = m_server](const QByteArray &chunk) { return server.processRequest(chunk); })
-            ->handleConnection();
+        HTTPConnection::handleConnection(
+            m_acceptor.get_executor(), protocol(), descriptor, m_server.m_log,
+            [&server = m_server](const QByteArray &chunk) { return server.processRequest(chunk); });
     }
 
     [[nodiscard]] tcp protocol() const { return m_isDualStack ? tcp::v6() : tcp::v4(); }

@@ -130,6 +130,33 @@ TEST_F(GoalsResponderTest, GoalsAreWhatTheSourceSaysUnfiltered) {
     EXPECT_EQ(json[u"more"_s], (QJsonArray{1, u"two"_s}));
 }
 
+TEST_F(GoalsResponderTest, EveryKindOfValueIsWrittenCompactly) {
+    source = [] {
+        return QVariantMap{{u"bool"_s, false},
+                           {u"double"_s, 0.1},
+                           {u"empty list"_s, QVariantList{}},
+                           {u"empty map"_s, QVariantMap{}},
+                           {u"int"_s, -7},
+                           {u"key \"in\" quotes"_s, QStringList{u"a"_s, u"b\n"_s}},
+                           {u"least"_s, std::numeric_limits<qint64>::min()},
+                           {u"most"_s, std::numeric_limits<quint64>::max()},
+                           {u"nothing"_s, QVariant::fromValue(nullptr)},
+                           {u"start"_s, 1772452800.0},
+                           {u"uint"_s, 7U},
+                           {u"ulong"_s, quint64{8}}};
+    };
+    EXPECT_EQ(ask("GET /goals").body.toStdString(),
+              R"({"bool":false,"double":0.1,"empty list":[],"empty map":{},"int":-7,)"
+              R"("key \"in\" quotes":["a","b\n"],"least":-9223372036854775808,)"
+              R"("most":18446744073709551616,"nothing":null,"start":1772452800,"uint":7,)"
+              R"("ulong":8})");
+}
+
+TEST_F(GoalsResponderTest, NoValueAtAllIsAnEmptyObject) {
+    source = [] { return QVariantMap{}; };
+    EXPECT_EQ(ask("GET /goals").body, "{}");
+}
+
 TEST_F(GoalsResponderTest, TheContentLengthCountsBytes) {
     source = [] { return QVariantMap{{u"goals"_s, u"é📝"_s}}; };
     const Response response = ask("GET /goals");

@@ -15,6 +15,7 @@
 #include <functional>
 #include <memory>
 
+#include <netinet/in.h>
 #include <sys/resource.h>
 #include <sys/socket.h>
 
@@ -71,6 +72,16 @@ protected:
         const auto socket = connect();
         send(*socket, request);
         return readToEnd(*socket);
+    }
+    /// Connects a socket and sends a request; false where nobody listens any more.
+    [[nodiscard]] bool request(int client) const {
+        sockaddr_in address{};
+        address.sin_family = AF_INET;
+        address.sin_port = htons(port);
+        address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+        const auto size = static_cast<std::size_t>(goals.size());
+        return ::connect(client, reinterpret_cast<sockaddr *>(&address), sizeof address) == 0 &&
+               ::send(client, goals.constData(), size, MSG_NOSIGNAL) == goals.size();
     }
     /// Ends the connection in a way that reaches the server as an error.
     static void reset(QTcpSocket &socket) {

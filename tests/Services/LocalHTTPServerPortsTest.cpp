@@ -1,5 +1,11 @@
 #include "LocalHTTPServerFixture.h"
 
+#include <atomic>
+#include <utility>
+#include <vector>
+
+#include <unistd.h>
+
 using namespace Qt::StringLiterals;
 
 namespace tarne {
@@ -31,6 +37,27 @@ TEST_F(LocalHTTPServerPorts, StoppingIsLoggedAndFreesThePort) {
     EXPECT_EQ(log.lines().last(), u"🛑 TARNE HTTP Server stopped"_s);
     QTcpServer other;
     EXPECT_TRUE(other.listen(QHostAddress::Any, port));
+}
+
+TEST_F(LocalHTTPServerPorts, StoppingIsHeardWhileThereIsAlwaysANextConnection) {
+    std::vector<int> clients; // Used on the server's thread alone until that has ended.
+    std::atomic<int> calls = 0;
+    server->getCurrentSessionData = [&] {
+        ++calls;
+        clients.push_back(::socket(AF_INET, SOCK_STREAM, 0));
+        // Each request brings the next one along; the one before it has its answer.
+        if (request(clients.back()) && clients.size() > 2)
+            ::close(std::exchange(clients[clients.size() - 3], -1));
+        return QVariantMap{};
+    };
+    start();
+    ask(goals);
+    EXPECT_TRUE(waitUntil([&] { return calls > 100; }));
+    server->stop();
+    EXPECT_TRUE(waitForLine(u"stopped"_s));
+    server.reset();
+    for (const int client : clients)
+        ::close(client);
 }
 
 TEST_F(LocalHTTPServerPorts, StoppingWhatWasNotStartedDoesNothing) {

@@ -4,7 +4,6 @@
 
 #include <atomic>
 
-#include <netinet/in.h>
 #include <poll.h>
 #include <sys/prctl.h>
 #include <unistd.h>
@@ -131,15 +130,9 @@ TEST_F(LocalHTTPServerTest, APieceThatComesDuringTheAnswerIsARequestOfItsOwnWith
 TEST_F(LocalHTTPServerTest, AConnectionThatComesWhileNoDescriptorIsFreeIsAnsweredOnceOneIs) {
     start();
     const int client = ::socket(AF_INET, SOCK_STREAM, 0);
-    sockaddr_in address{};
-    address.sin_family = AF_INET;
-    address.sin_port = htons(port);
-    address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
     {
         const DescriptorLimit one(1); // The least that poll takes.
-        ASSERT_EQ(::connect(client, reinterpret_cast<sockaddr *>(&address), sizeof address), 0);
-        ASSERT_EQ(::send(client, goals.constData(), static_cast<size_t>(goals.size()), 0),
-                  goals.size());
+        ASSERT_TRUE(request(client));
         pollfd answered{client, POLLIN, 0};
         EXPECT_EQ(::poll(&answered, 1, 20), 0);
     }
