@@ -3,12 +3,14 @@
     whole_process.py PROGRAM [SECONDS]
 
 In a box with a display of its own, software rendering, the real clock. CPU and disk figures are
-means over SECONDS (30). The accessibility bridge is on only while the session is being started.
+means over SECONDS (30); those of the server's supervision have intervals of their own, since they
+hang on its health checks. The accessibility bridge is on only while the session is being started.
 """
 
 import json
 import os
 import pathlib
+import shutil
 import statistics
 import sys
 import tempfile
@@ -17,6 +19,8 @@ import time
 sys.path.insert(0, str(pathlib.Path(__file__).parent.parent / "tests" / "e2e"))
 import box
 
+STAND_IN_SERVER = pathlib.Path(box.__file__).with_name("stand_in_server.py")
+HEALTH_CHECK_INTERVAL = 30
 STARTS = 7
 PLACES = [(640, 450), (300, 300), (980, 600), (640, 200)]
 
@@ -33,7 +37,10 @@ def figures(program, seconds):
     class Measurement(TarneTestCase):
         def setUp(self):
             super().setUp()
-            # A home on the disk, and the log not: the box's own /tmp is memory.
+            self.move_home()
+
+        def move_home(self):
+            """To a new one on the disk, while the log is not: the box's own /tmp is memory."""
             home = tempfile.TemporaryDirectory(dir=pathlib.Path(program).resolve().parents[1])
             self.addCleanup(home.cleanup)
             self.home = pathlib.Path(home.name)
@@ -62,11 +69,46 @@ def figures(program, seconds):
             time.sleep(5)
             cpu, disk = self.rates(seconds)
             self.results |= {"visible CPU %": cpu, "running bytes/s": disk}
+            self.hide()
+            self.results["hidden CPU %"] = self.rates(seconds)[0]
+            self.program.kill()
+            self.measure_supervision()
+
+        def measure_supervision(self):
+            """What a server costs beside the idle program, whose window is hidden."""
+            self.move_home()
+            interval = HEALTH_CHECK_INTERVAL - 5
+            self.launch_hidden()
+            self.results["alone CPU %"] = self.rates(interval)[0]
+            self.program.kill()
+            server = self.folder / "tarne-server"
+            shutil.copy(STAND_IN_SERVER, server)
+            server.chmod(0o755)
+            self.launch_hidden(has_own_network=True)
+            self.await_health_check()
+            self.results["supervising CPU %"] = self.rates(interval)[0]
+            self.await_health_check()
+            time.sleep(HEALTH_CHECK_INTERVAL / 2)
+            self.results["checking CPU %"] = self.rates(2 * HEALTH_CHECK_INTERVAL)[0]
+
+        def launch_hidden(self, **how):
+            self.set_accessible(True)
+            self.launch(**how)
+            self.hide()
+
+        def hide(self):
             self.desktop.xdotool("search", "--name", "^TARNE$", "windowunmap")
             self.set_accessible(True)
             self.set_accessible(False)
             time.sleep(2)
-            self.results["hidden CPU %"] = self.rates(seconds)[0]
+
+        def await_health_check(self):
+            """Waits until the next one has passed."""
+            def passed():
+                return self.program.log.count("✅ Server health check passed")
+            before = passed()
+            self.eventually(lambda: passed() > before, "the server's health is checked",
+                            HEALTH_CHECK_INTERVAL + 10)
 
         def first_frame(self, screen):
             begin = time.monotonic()
@@ -94,11 +136,9 @@ def figures(program, seconds):
             return 100 * cpu / seconds, disk / seconds
 
         def spent(self):
-            process = pathlib.Path(f"/proc/{self.program.pid}")
-            # Of all threads, those that have ended included; user and system time in ticks.
-            times = (process / "stat").read_text().rpartition(")")[2].split()
-            cpu = (int(times[11]) + int(times[12])) / os.sysconf("SC_CLK_TCK")
-            io = (process / "io").read_text().splitlines()
+            # The clock of a process by its id: of all threads, those that have ended included.
+            cpu = time.clock_gettime((~self.program.pid << 3) | 2)
+            io = pathlib.Path(f"/proc/{self.program.pid}/io").read_text().splitlines()
             return cpu, int(next(line for line in io if line.startswith("write_bytes")).split()[1])
 
     measurement = Measurement()
