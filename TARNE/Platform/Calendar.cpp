@@ -134,6 +134,8 @@ std::optional<Date> Calendar::dateByAdding(Unit unit, int value, Date date) cons
     if (value < 0 && resolved.momentBeforeGap != moment &&
         WallClock::of(moment + m_offsets->offsetAt(moment)).day != wall.day)
         moment = resolved.momentBeforeGap;
+    if (std::abs(static_cast<double>(moment)) > farthestSeconds)
+        return std::nullopt;
     return date + static_cast<double>(moment - seconds);
 }
 

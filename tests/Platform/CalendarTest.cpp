@@ -213,6 +213,18 @@ TEST(Calendar, ADayThatTheZoneLeavesOutIsPassedInTheDirectionOfTheMove) {
               u"2011-12-29 00:00:00"_s);
 }
 
+TEST(Calendar, NoMoveLeadsBeyondItsFarthestMoments) {
+    const Calendar calendar = calendarOf("Europe/Berlin");
+    const Date first = Date::fromUnixSeconds(-1e5 * 366 * 86400);
+    const Date last = *calendar.date({100'000, 12, 31});
+    EXPECT_FALSE(calendar.dateByAdding(Unit::day, -1, first));
+    EXPECT_FALSE(calendar.dateByAdding(Unit::weekOfYear, -51, first));
+    EXPECT_TRUE(calendar.dateByAdding(Unit::day, 1, first));
+    EXPECT_FALSE(calendar.dateByAdding(Unit::day, 1, last));
+    EXPECT_FALSE(calendar.dateByAdding(Unit::month, 1, last));
+    EXPECT_TRUE(calendar.dateByAdding(Unit::day, -1, last));
+}
+
 TEST(Calendar, DaysBetweenCountsDatesNotHours) {
     const Calendar calendar = calendarOf("America/New_York");
     const Date evening = *calendar.date({2026, 3, 7, 23, 59, 59});

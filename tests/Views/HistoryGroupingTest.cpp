@@ -1,5 +1,7 @@
 #include "HistoryGrouping.h"
 
+#include "ToldHistory.h"
+
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -117,6 +119,12 @@ TEST(HistoryGrouping, TodayAndAnUnknownTextParseToNow) {
     EXPECT_EQ(look.grouping.parseGroupingDate(QString()), now);
     EXPECT_EQ(look.grouping.parseGroupingDate(u"Yesterday"_s), look.at({2026, 3, 3, 15}));
     EXPECT_EQ(look.grouping.parseGroupingDate(u"Mar 2, 2025"_s), look.at({2025, 3, 2}));
+}
+
+TEST(HistoryGrouping, YesterdayParsesToNowWhereTheCalendarBegins) {
+    const Calendar calendar(QTimeZone::utc(), QLocale(u"en_US"_s));
+    const Date now = test::calendarBegins;
+    EXPECT_EQ(HistoryGrouping(calendar, now).parseGroupingDate(u"Yesterday"_s), now);
 }
 
 TEST(HistoryGrouping, EntriesOfOneDayShareAGroupAndKeepTheirOrder) {

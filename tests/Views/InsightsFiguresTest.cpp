@@ -198,6 +198,23 @@ TEST(InsightsFigures, DatesFarFromEveryCalendarDoNoHarm) {
     EXPECT_EQ(told.figures().totalSessionsThisYear(), 2);
 }
 
+TEST(InsightsFigures, WhereTheCalendarBeginsCutOffsAreNowAndThereIsNoGrid) {
+    Told told;
+    told.now = test::calendarBegins;
+    told.session(told.now - 1.0, {GoalStatus::notCompleted})
+        .session(told.now, {GoalStatus::completed});
+    EXPECT_THAT(told.figures().last30DaysHistory(), ElementsAre(&told.history[1]));
+    EXPECT_THAT(percentages(told), ElementsAre(100, 0, 0));
+    EXPECT_EQ(told.figures().totalSessionsThisYear(), 1);
+    EXPECT_EQ(told.figures().calculateCurrentStreak(), 1);
+    EXPECT_THAT(told.figures().weeklyData(), SizeIs(0));
+    EXPECT_THAT(InsightsFigures::monthLabels({}, told.calendar), SizeIs(0));
+    // The days of a year before are left out, and today began before the cut-off.
+    const std::vector<HeatmapDayData> days = told.figures().generateHeatmapData();
+    ASSERT_THAT(days, SizeIs(1));
+    EXPECT_EQ(days[0].intensity, 0);
+}
+
 TEST(InsightsFigures, BothPassesOfTheHourThatOccursTwiceLieInTheirDayAndPeriod) {
     Told told;
     // Berlin's clocks went back from 3:00 to 2:00 on 2025-10-26.

@@ -1,5 +1,7 @@
 #include "SampleHistory.h"
 
+#include "ToldHistory.h"
+
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -113,6 +115,15 @@ TEST(SampleHistory, OfTheHistoryScreenHasThreeSessionsWithAllTheirTexts) {
 
 TEST(SampleHistory, OfTheInsightsHasSixSessionsWithAllTheirTexts) {
     expectSamples(samples::ofInsights(berlin, sampleNow), samplesOfInsights);
+}
+
+TEST(SampleHistory, IsAllOfNowWhereTheCalendarBegins) {
+    const Date now = test::calendarBegins;
+    for (const auto &entries :
+         {samples::ofHistory(berlin, now), samples::ofInsights(berlin, now)}) {
+        for (const SessionHistoryEntry &entry : entries)
+            EXPECT_EQ(entry.sessionDate, now);
+    }
 }
 
 TEST(SampleHistory, HasNewIdsEachTime) {

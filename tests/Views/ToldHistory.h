@@ -8,6 +8,9 @@
 
 namespace tarne::test {
 
+/// The first moment that the calendar reckons with: nothing lies before it.
+inline const Date calendarBegins = Date::fromUnixSeconds(-1e5 * 366 * 86400);
+
 /// A history told in clock times of one zone, looked at on 2026-03-04, a Wednesday, at 15:00.
 class Told {
 public:

@@ -100,6 +100,10 @@ TEST_F(HistoryLook, TheEmptyMomentHasItsSymbolAndItsSpaces) {
         placeOf(title).bottom() + 8);
 }
 
+TEST_F(HistoryLook, ItLiesOnTheBackground) {
+    EXPECT_EQ(screen().root()->property("color").value<QColor>(), TARNEStyle::Colors::background);
+}
+
 TEST_F(HistoryLook, TheHeadsLinesAndTheFirstGroupStandApart) {
     showSessions();
     const QRectF title = placeOf(u"Session History"_s);

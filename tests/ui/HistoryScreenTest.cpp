@@ -137,6 +137,7 @@ TEST_F(HistoryScreenTest, AnEntryWithoutGoalsShowsItsDurationAndTheWordsForNoRef
     EXPECT_TRUE(screen().has(u"No reflection provided"_s));
     EXPECT_TRUE(screen().has(u"1 min"_s));
     EXPECT_FALSE(screen().has(u"0/0"_s));
+    EXPECT_EQ(screen().names(QAccessible::Button), QStringList()); // No coaching text either.
 }
 
 TEST_F(HistoryScreenTest, TenThousandGoalsOfOneEntryAreAllOnItsCard) {

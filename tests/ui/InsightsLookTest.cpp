@@ -75,6 +75,19 @@ TEST_F(InsightsLook, ThePaneHasTheNavigationTitle) {
     EXPECT_TRUE(screen().has(u"📊 Insights"_s, QAccessible::Pane));
 }
 
+TEST_F(InsightsLook, ThePageLiesOnTheBackgroundWithItsPaddings) {
+    view().appear();
+    EXPECT_EQ(screen().root()->property("color").value<QColor>(), TARNEStyle::Colors::background);
+    const QRectF title = test::placeOf(*screen().find(u"Insights"_s, QAccessible::Heading));
+    const QRectF subtitle = placeOf(u"Discover patterns and trends in your focus sessions"_s);
+    EXPECT_EQ(title.top(), 16);
+    EXPECT_EQ(subtitle.top(), title.bottom() + 8);
+    EXPECT_NEAR(subtitle.center().x(), 500, 0.5);
+    const QQuickItem &page = *test::around(&cardOf(u"Your Focus Journey"_s), "contentHeight");
+    EXPECT_EQ(page.property("contentHeight").toDouble(),
+              test::placeOf(cardOf(u"Your Focus Journey"_s)).bottom() + 16);
+}
+
 TEST_F(InsightsLook, EveryCardHasTheSameFrame) {
     view().appear();
     QColor shadow = SystemColors::black;
