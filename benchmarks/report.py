@@ -40,6 +40,8 @@ def run_benchmarks(folder):
                 results[name] = {"ms": run[clock] * factor,
                                  "slowest ms": run.get("slowest", 0),
                                  "bytes": run.get("bytes", 0),
+                                 "resident KiB": run.get("resident", 0) / 1024,
+                                 "before KiB": run.get("before", 0) / 1024,
                                  "MB/s": run.get("bytes_per_second", 0) / 1e6}
     return results
 
@@ -95,6 +97,19 @@ def supervision_rows(whole):
     ]
 
 
+def wrap_up_rows(results):
+    answer = results["answerOnScreen/1000000"]
+    return [
+        ("an answer of 1 MB on the screen, from its arrival", "16 ms", f"{answer['ms']:.1f} ms",
+         f"the slowest frame while its rest follows {answer['slowest ms']:.1f} ms; reading it, "
+         f"beside the main thread, {milliseconds(results, 'answerRead/1000000')}"),
+        ("memory over 1,000 presentations of the last sheets", "flat",
+         f"{results['wrapUpPresentation']['resident KiB']:+.0f} KiB",
+         f"of {results['wrapUpPresentation']['before KiB']:.0f} KiB after the first 200; one costs "
+         f"{milliseconds(results, 'wrapUpPresentation')}"),
+    ]
+
+
 def budget_rows(whole, results, api):
     """(what, budget, measured, reference)"""
     return [
@@ -125,6 +140,7 @@ def budget_rows(whole, results, api):
         ("memory of the tab for each of its entries", "-",
          f"{results['openHistoryTab/10000']['bytes']:.0f} bytes", "the document: 1,160 bytes"),
         *schedule_rows(results),
+        *wrap_up_rows(results),
         *goals_api_rows(api),
         ("disk writes, idle", "0", f"{whole['idle bytes/s'] / 1024:.1f} KiB/s", ""),
         ("disk writes, session running", "32 KiB/s",
