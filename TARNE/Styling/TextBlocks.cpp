@@ -64,7 +64,7 @@ void TextBlocks::addBlockLater() {
 
 qsizetype TextBlocks::nextLength() const {
     const qsizetype rest = m_text.size() - m_end;
-    if (rest <= blockLength)
+    if (rest <= longestBlock)
         return rest;
 
     QString slice = m_text.sliced(m_end, blockLength);

@@ -10,9 +10,9 @@ namespace tarne {
 
 /// A wrapped text as consecutive blocks of whole lines, for a view that lays out each by itself.
 ///
-/// One item with a text of a megabyte takes longer than a frame to lay out. Here the first block,
-/// more than a screen of lines, is there at once and the others follow, one in each turn of the
-/// event loop. A text of ordinary length is one block. Below each other, with no space between,
+/// One item with a text of a megabyte takes longer than a frame to lay out. Here the first block is
+/// there at once and the others follow, one in each turn of the event loop, of which several fit
+/// into the frame. A text of ordinary length is one block. Below each other, with no space between,
 /// the blocks look as the text in one piece would.
 class TextBlocks : public QAbstractListModel {
     Q_OBJECT
@@ -26,8 +26,11 @@ class TextBlocks : public QAbstractListModel {
 public:
     enum Role { Block = Qt::UserRole + 1 };
 
-    /// The length of a block, in characters: what is laid out within a few milliseconds.
-    static constexpr qsizetype blockLength = 3000;
+    /// The length of the blocks of a long text, in characters: what is laid out within a
+    /// millisecond. A frame has to hold the blocks of all texts of a screen.
+    static constexpr qsizetype blockLength = 1000;
+    /// A text, or the rest of one, that is no longer than this stays in one piece.
+    static constexpr qsizetype longestBlock = 3000;
 
     using QAbstractListModel::QAbstractListModel;
 

@@ -87,7 +87,13 @@ TEST_F(TextBlocksTest, OfALongTextTheFirstBlockIsThereAtOnce) {
     show(u"word "_s.repeated(5000));
     EXPECT_EQ(blocks().size(), 1);
     EXPECT_FALSE(m_blocks.isComplete());
-    EXPECT_GT(blocks()[0].size(), 2000);
+    EXPECT_GT(blocks()[0].size(), 800);
+}
+
+TEST_F(TextBlocksTest, ATextOfThreeThousandCharactersIsStillOneBlock) {
+    show(u"word "_s.repeated(600));
+    EXPECT_EQ(blocks().size(), 1);
+    EXPECT_TRUE(m_blocks.isComplete());
 }
 
 TEST_F(TextBlocksTest, BlocksHoldTheLinesOfTheTextInOnePiece) {
@@ -101,7 +107,7 @@ TEST_F(TextBlocksTest, BreaksOfTheTextStayBreaks) {
 TEST_F(TextBlocksTest, AWordOfManyLinesIsBrokenAnywhere) {
     expectLinesAsInOnePiece(u"x"_s.repeated(10'000));
     for (const QString &block : blocks())
-        EXPECT_LE(block.size(), TextBlocks::blockLength);
+        EXPECT_LE(block.size(), TextBlocks::longestBlock);
 }
 
 TEST_F(TextBlocksTest, NoCharacterIsCutInTwo) {
