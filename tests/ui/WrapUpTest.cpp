@@ -22,6 +22,11 @@ protected:
         EXPECT_TRUE(found) << qPrintable(name);
         return found ? *found : nothing;
     }
+    bool showsTextThatEndsWith(const QString &end) {
+        return std::ranges::any_of(ui().names(QAccessible::StaticText), [&](const QString &text) {
+            return text.trimmed().endsWith(end);
+        });
+    }
     /// The circle of the complete button, enabled or not.
     QQuickItem *circle() { return item(u"Complete reflection"_s).parentItem(); }
     QRectF place(const QString &name, QAccessible::Role role = QAccessible::NoRole) {
@@ -255,13 +260,17 @@ TEST_F(WrapUpTest, AnAnswerWithoutSectionsStandsRawInTheFirstCardAboveThreeEmpty
 TEST_F(WrapUpTest, ALongAnswerIsShownToItsEnd) {
     openFeedback(u"Review"_s);
     const QByteArray words = QByteArray("word ").repeated(10'000);
-    feedback.gemini.answer(FeedbackFakes::answerWith("**Advice:** " + words + "end."));
+    answerWith(FeedbackFakes::answerWith("**Advice:** " + words + "end."));
+    EXPECT_TRUE(ui().waitUntil([&] { return showsTextThatEndsWith(u"end."_s); }));
+}
+
+TEST_F(WrapUpTest, ALongErrorIsShownBitByBitToItsEnd) {
+    openFeedback(u"Review"_s);
+    feedback.gemini.fail(u"word "_s.repeated(10'000) + u"end."_s);
     time.runPending();
-    EXPECT_TRUE(ui().waitUntil([&] {
-        const QStringList texts = ui().names(QAccessible::StaticText);
-        return std::ranges::any_of(texts,
-                                   [](const QString &text) { return text.endsWith(u"end."_s); });
-    }));
+    EXPECT_TRUE(showsTextThatEndsWith(u"word"_s));
+    EXPECT_FALSE(showsTextThatEndsWith(u"end."_s)) << "laid out in one piece";
+    EXPECT_TRUE(ui().waitUntil([&] { return showsTextThatEndsWith(u"end."_s); }));
 }
 
 TEST_F(WrapUpTest, AfterACloseTheReflectionCanBeCompletedAgainAndAsksAnew) {
