@@ -37,6 +37,10 @@ TEST_F(LocalHTTPServerPorts, StoppingIsLoggedAndFreesThePort) {
     EXPECT_EQ(log.lines().last(), u"🛑 TARNE HTTP Server stopped"_s);
     QTcpServer other;
     EXPECT_TRUE(other.listen(QHostAddress::Any, port));
+    // There is no listener any more that could be stopped once more.
+    server->stop();
+    server.reset();
+    EXPECT_EQ(log.lines().filter(u"stopped"_s).size(), 1);
 }
 
 TEST_F(LocalHTTPServerPorts, StoppingIsHeardWhileThereIsAlwaysANextConnection) {
