@@ -74,6 +74,11 @@ ExpectedWarning::~ExpectedWarning() {
     expectation.reset();
 }
 
+bool ExpectedWarning::isMet() const {
+    const std::lock_guard lock(expectationMutex);
+    return expectation->met;
+}
+
 } // namespace tarne::test
 
 int main(int argc, char **argv) {

@@ -10,6 +10,8 @@ class ExpectedWarning {
 public:
     explicit ExpectedWarning(const QString &part);
     ~ExpectedWarning();
+    /// Whether it has come.
+    bool isMet() const;
     ExpectedWarning(const ExpectedWarning &) = delete;
     ExpectedWarning &operator=(const ExpectedWarning &) = delete;
 };

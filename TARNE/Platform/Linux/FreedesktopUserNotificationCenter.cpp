@@ -115,17 +115,20 @@ void FreedesktopUserNotificationCenter::showWhatIsDue() {
 
 void FreedesktopUserNotificationCenter::deliver(Delivery delivery) {
     ++delivery.attempts;
+    m_asking.push_back(std::move(delivery));
     // Asked each time: the daemon may be another one than last time. Where it does not say, the
     // body is escaped: a visible "&amp;" is better than text from outside read as markup.
-    m_daemon.call(u"GetCapabilities"_s, {}, this,
-                  [this, delivery = std::move(delivery)](const QDBusMessage &reply) {
-                      const bool answered = reply.type() == QDBusMessage::ReplyMessage &&
-                                            reply.signature() == "as"_L1;
-                      const bool escapesBody =
-                          !answered ||
-                          reply.arguments().constFirst().toStringList().contains("body-markup"_L1);
-                      notify(delivery, escapesBody);
-                  });
+    m_daemon.call(u"GetCapabilities"_s, {}, this, [this](const QDBusMessage &reply) {
+        const bool answered =
+            reply.type() == QDBusMessage::ReplyMessage && reply.signature() == "as"_L1;
+        const bool escapesBody =
+            !answered || reply.arguments().constFirst().toStringList().contains("body-markup"_L1);
+        // An answer may overtake an earlier one on its way from the bus's thread; the notifications
+        // keep their order.
+        Delivery next = std::move(m_asking.front());
+        m_asking.pop_front();
+        notify(std::move(next), escapesBody);
+    });
 }
 
 void FreedesktopUserNotificationCenter::notify(Delivery delivery, bool escapesBody) {

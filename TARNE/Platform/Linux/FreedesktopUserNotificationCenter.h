@@ -56,6 +56,7 @@ private:
     WallClockAlarm m_alarm;
     QTimer m_review;
 
+    std::deque<Delivery> m_asking;  ///< Due, and the daemon was asked what it can show.
     std::deque<Delivery> m_waiting; ///< Due, but there was no daemon to show them.
     quint64 m_owner = 0;            ///< Counts owners, to notice a change during a call.
     bool m_hasDaemon = false;       ///< An owner has appeared since the start and is still there.

@@ -286,6 +286,22 @@ TEST_F(FreedesktopNotifications, ARefusedNotificationCostsALineOnStandardError) 
     EXPECT_TRUE(m_daemon->waitForCalls(u"Notify"_s, 1));
     show(u"body"_s);
     EXPECT_TRUE(m_daemon->waitForCalls(u"Notify"_s, 2));
+    EXPECT_TRUE(serveUntil([&] { return warning.isMet(); }));
+}
+
+TEST_F(FreedesktopNotifications, AreShownInTheOrderOfTheirAdding) {
+    startDaemon();
+    constexpr int count = 300;
+    QStringList bodies;
+    for (int i = 0; i < count; ++i) {
+        bodies += QString::number(i);
+        show(bodies.constLast());
+    }
+    EXPECT_TRUE(m_daemon->waitForCalls(u"Notify"_s, count));
+    QStringList shown;
+    for (const QVariantList &call : m_daemon->calls(u"Notify"_s))
+        shown += call.at(4).toString();
+    EXPECT_EQ(shown, bodies);
 }
 
 TEST_F(FreedesktopNotifications, ABusThatVanishesIsReportedFromThenOn) {
