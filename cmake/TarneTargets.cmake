@@ -95,12 +95,12 @@ endfunction()
 add_custom_target(tarne_tests)
 
 # tarne_test(<name> SOURCES <files> LINKS <the layer under test> [LABELS <labels>] [GUI]
-# [SERIAL] [BOXED] [NOT_UNDER_TSAN] [ARGUMENTS <words>])
+# [SERIAL] [BOXED] [ARGUMENTS <words>])
 #
 # One program a folder. Tests run with a shared main that fails on any warning (tests/support), and
 # with BOXED in process and network namespaces of their own.
 function(tarne_test name)
-  cmake_parse_arguments(PARSE_ARGV 1 TEST "BOXED;GUI;NOT_UNDER_TSAN;SERIAL" "TIMEOUT" "ARGUMENTS;SOURCES;LINKS;LABELS")
+  cmake_parse_arguments(PARSE_ARGV 1 TEST "BOXED;GUI;SERIAL" "TIMEOUT" "ARGUMENTS;SOURCES;LINKS;LABELS")
   add_executable(${name} ${TEST_SOURCES})
   if(TEST_GUI)
     set(main tarne_test_main_gui)
@@ -132,11 +132,6 @@ function(tarne_test name)
   add_dependencies(tarne_tests ${name})
   set_tests_properties(${test} PROPERTIES TIMEOUT ${TEST_TIMEOUT} LABELS "${TEST_LABELS}"
     RUN_SERIAL "${TEST_SERIAL}")
-  # What the thread sanitizer reports of it now and then is about what it cannot see into: Qt's event
-  # queue and the bus's thread.
-  if(TEST_NOT_UNDER_TSAN AND TARNE_SANITIZE MATCHES "thread")
-    set_tests_properties(${test} PROPERTIES DISABLED ON)
-  endif()
 endfunction()
 
 # tarne_qml_module(<target> URI <uri> SOURCES <files> QML <files> LINKS <targets>)

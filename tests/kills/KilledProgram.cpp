@@ -1,0 +1,74 @@
+#include "KilledProgram.h"
+
+#include <QCoreApplication>
+#include <QDeadlineTimer>
+#include <QDir>
+#include <QFileInfo>
+#include <QTimer>
+
+#include <algorithm>
+#include <ctime>
+
+namespace tarne::test {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+double monotonicSeconds() {
+    timespec now{};
+    clock_gettime(CLOCK_MONOTONIC, &now);
+    return static_cast<double>(now.tv_sec) + static_cast<double>(now.tv_nsec) * 1e-9;
+}
+
+/// In memory where there is such a folder: what a kill leaves of a file is the same there, and the
+/// second is not spent on waiting for a disk that other programs keep busy.
+QString folderTemplate() {
+    const QString name = u"kill-XXXXXX"_s;
+    return QFileInfo(u"/dev/shm"_s).isWritable() ? u"/dev/shm/"_s + name
+                                                 : QDir::temp().filePath(name);
+}
+
+} // namespace
+
+KilledProgram::KilledProgram(QString program, std::chrono::milliseconds longestLife, unsigned seed,
+                             int kills)
+    : m_folder(folderTemplate()),
+      m_program(std::move(program)),
+      m_longestLife(longestLife),
+      m_random(seed),
+      m_killsLeft(kills) {
+    EXPECT_TRUE(m_folder.isValid());
+    QObject::connect(&m_process, &QProcess::finished, &m_process, [this] { finish(); });
+}
+
+void KilledProgram::start() {
+    m_process.start(m_program, arguments());
+    const auto longest = static_cast<int>(m_longestLife.count());
+    QTimer::singleShot(std::uniform_int_distribution(0, longest)(m_random), &m_process, [this] {
+        m_killed = monotonicSeconds();
+        m_process.kill();
+    });
+}
+
+void KilledProgram::finish() {
+    EXPECT_EQ(m_process.exitStatus(), QProcess::CrashExit);
+    EXPECT_EQ(m_process.readAllStandardError(), QByteArray());
+    auto lines = m_process.readAllStandardOutput().split('\n');
+    lines.removeLast(); // Cut short by the kill, or empty.
+    takeStock(lines);
+    if (--m_killsLeft > 0)
+        QTimer::singleShot(0, &m_process, [this] { start(); });
+}
+
+bool areOver(const std::vector<const KilledProgram *> &programs) {
+    const QDeadlineTimer deadline(std::chrono::minutes(4));
+    while (!deadline.hasExpired()) {
+        if (std::all_of(programs.begin(), programs.end(), [](auto *p) { return p->isOver(); }))
+            return true;
+        QCoreApplication::processEvents(QEventLoop::AllEvents | QEventLoop::WaitForMoreEvents, 50);
+    }
+    return false;
+}
+
+} // namespace tarne::test
