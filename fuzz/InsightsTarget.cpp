@@ -56,7 +56,7 @@ void requireGroups(const History &history, const Calendar &calendar, Date now) {
 } // namespace
 
 void insights(Input input) {
-    const auto history = decodeHistory(input);
+    const auto history = decodeHistory(input.toByteArray());
     if (!history)
         return;
     const Calendar calendar(QTimeZone("America/Sao_Paulo"), QLocale::c());

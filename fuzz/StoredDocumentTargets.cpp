@@ -17,7 +17,7 @@ namespace {
 
 template <class Decode, class Encode>
 void requireRoundTrip(Input input, const Decode &decode, const Encode &encode) {
-    const auto value = decode(input);
+    const auto value = decode(input.toByteArray());
     if (!value)
         return;
     const auto written = encode(*value);
@@ -39,7 +39,7 @@ void session(Input input) {
 
 void scheduledGoals(Input input) {
     requireRoundTrip(input, decodeScheduledGoals, encodeScheduledGoals);
-    const auto goals = decodeScheduledGoals(input);
+    const auto goals = decodeScheduledGoals(input.toByteArray());
     if (!goals)
         return;
     const Calendar calendar(QTimeZone("America/Sao_Paulo"), QLocale::c());

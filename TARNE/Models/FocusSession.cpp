@@ -39,7 +39,7 @@ std::vector<SessionGoal> FocusSession::parseGoals(const QString &from) {
     return goals;
 }
 
-std::optional<FocusSession> decodeFocusSession(QByteArrayView document) {
+std::optional<FocusSession> decodeFocusSession(const QByteArray &document) {
     return json::decode<FocusSession>(document);
 }
 

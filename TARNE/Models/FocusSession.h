@@ -5,7 +5,6 @@
 #include "SessionGoal.h"
 
 #include <QByteArray>
-#include <QByteArrayView>
 #include <QString>
 #include <QStringList>
 #include <QUuid>
@@ -39,7 +38,7 @@ struct FocusSession {
 
 /// The session of a JSON document, or none when it is unreadable: "endTime" and "reflection" may be
 /// missing or null, everything else has to be there.
-[[nodiscard]] std::optional<FocusSession> decodeFocusSession(QByteArrayView document);
+[[nodiscard]] std::optional<FocusSession> decodeFocusSession(const QByteArray &document);
 
 /// The JSON document of a session, or none when one of its numbers is not finite.
 [[nodiscard]] std::optional<QByteArray> encodeFocusSession(const FocusSession &session);

@@ -40,7 +40,7 @@ bool ScheduledGoal::isUpcoming(const Calendar &calendar, Date now) const {
     return date >= now && date <= end;
 }
 
-std::optional<std::vector<ScheduledGoal>> decodeScheduledGoals(QByteArrayView document) {
+std::optional<std::vector<ScheduledGoal>> decodeScheduledGoals(const QByteArray &document) {
     return json::decode<std::vector<ScheduledGoal>>(document);
 }
 

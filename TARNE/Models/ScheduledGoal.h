@@ -4,7 +4,6 @@
 #include "Date.h"
 
 #include <QByteArray>
-#include <QByteArrayView>
 #include <QString>
 #include <QUuid>
 
@@ -54,7 +53,7 @@ private:
 /// The goals of a JSON document in its order, or none when it is unreadable: one record that lacks
 /// any of its six keys makes the whole list so.
 [[nodiscard]] std::optional<std::vector<ScheduledGoal>>
-decodeScheduledGoals(QByteArrayView document);
+decodeScheduledGoals(const QByteArray &document);
 
 /// The JSON document of the goals, or none when one of their moments is not finite.
 [[nodiscard]] std::optional<QByteArray>

@@ -242,7 +242,7 @@ bool write(Writer &writer, const Type &value) {
 /// The value of a whole document, or none when it is unreadable: on the first violation of its
 /// form, on invalid JSON or UTF-8, and on anything but white space behind it.
 template <class Type>
-[[nodiscard]] std::optional<Type> decode(QByteArrayView document) {
+[[nodiscard]] std::optional<Type> decode(const QByteArray &document) {
     std::optional<Type> result(blank<Type>());
     const auto readResult = [&result](Value value) { return read(value, *result); };
     if (!readDocument(document, readResult))

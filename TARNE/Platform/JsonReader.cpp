@@ -1,5 +1,7 @@
 #include "JsonReader.h"
 
+#include "JsonPadding.h"
+
 #include <array>
 #include <charconv>
 #include <cmath>
@@ -189,9 +191,14 @@ bool isNull(Value value) {
     return !value.is_null().get(null) && null;
 }
 
-bool readDocument(QByteArrayView text, const std::function<bool(Value)> &read) {
-    // The parser reads past the end by as much.
-    const simdjson::padded_string padded(text.data(), static_cast<std::size_t>(text.size()));
+bool readDocument(QByteArray text, const std::function<bool(Value)> &read) {
+    static_assert(paddingOfDocuments >= simdjson::SIMDJSON_PADDING);
+    const auto &allocation = text.data_ptr();
+    if (allocation.freeSpaceAtEnd() < paddingOfDocuments)
+        text.reserve(text.size() + paddingOfDocuments);
+    const auto size = static_cast<std::size_t>(text.size());
+    const auto room = static_cast<std::size_t>(allocation.freeSpaceAtEnd());
+    const simdjson::padded_string_view padded(text.constData(), size, size + room);
     simdjson::ondemand::parser parser;
     simdjson::ondemand::document document;
     Value value;

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Date.h"
+#include "JsonPadding.h"
 
 #include <QByteArray>
 #include <QString>
@@ -32,7 +33,10 @@ public:
     [[nodiscard]] bool write(const QUuid &value);
 
     /// The text so far; the writer is empty afterwards.
-    [[nodiscard]] QByteArray take() { return std::move(m_text); }
+    [[nodiscard]] QByteArray take() {
+        m_text.reserve(m_text.size() + paddingOfDocuments); // For whoever reads it again.
+        return std::move(m_text);
+    }
 
 private:
     char *extend(qsizetype size);

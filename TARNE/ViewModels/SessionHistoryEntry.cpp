@@ -37,7 +37,7 @@ qsizetype expectedSize(const std::vector<SessionHistoryEntry> &history) {
 
 } // namespace
 
-std::optional<std::vector<SessionHistoryEntry>> decodeHistory(QByteArrayView document) {
+std::optional<std::vector<SessionHistoryEntry>> decodeHistory(const QByteArray &document) {
     return json::decode<std::vector<SessionHistoryEntry>>(document);
 }
 

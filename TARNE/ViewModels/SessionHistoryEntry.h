@@ -5,7 +5,6 @@
 #include "SessionGoal.h"
 
 #include <QByteArray>
-#include <QByteArrayView>
 #include <QString>
 #include <QUuid>
 
@@ -32,7 +31,7 @@ struct SessionHistoryEntry {
 /// The entries of a stored history, or none when the document is unreadable; one violation in one
 /// entry makes it so as a whole.
 [[nodiscard]] std::optional<std::vector<SessionHistoryEntry>>
-decodeHistory(QByteArrayView document);
+decodeHistory(const QByteArray &document);
 
 /// The document of a history, or none when one of its numbers is not finite.
 [[nodiscard]] std::optional<QByteArray>

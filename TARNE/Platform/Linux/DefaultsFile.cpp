@@ -2,6 +2,7 @@
 
 #include "DefaultsFault.h"
 #include "DefaultsSchema.h"
+#include "JsonPadding.h"
 #include "StoreLog.h"
 
 #include <SQLiteCpp/Backup.h>
@@ -75,8 +76,12 @@ StoredValue::Cell cellOf(const SQLite::Column &column) {
         return column.getDouble();
     case SQLITE_TEXT:
         return column.getString();
-    case SQLITE_BLOB:
-        return QByteArray(static_cast<const char *>(column.getBlob()), column.getBytes());
+    case SQLITE_BLOB: {
+        QByteArray data;
+        data.reserve(column.getBytes() + json::paddingOfDocuments); // Most are JSON documents.
+        data.append(static_cast<const char *>(column.getBlob()), column.getBytes());
+        return data;
+    }
     default:
         return std::monostate{};
     }
