@@ -8,7 +8,7 @@ Flickable {
     id: editor
 
     required property string accessibleName
-    property alias text: edit.text
+    property string text
     property alias font: edit.font
     property alias color: edit.color
     property alias readOnly: edit.readOnly
@@ -29,6 +29,12 @@ Flickable {
             contentY = rectangle.y;
         else if (rectangle.y + rectangle.height + 2 * verticalInset > contentY + height)
             contentY = rectangle.y + rectangle.height + 2 * verticalInset - height;
+    }
+
+    onTextChanged: {
+        // What comes back of an edit is there already, and is not to move the caret.
+        if (text !== editorDocument.text())
+            edit.text = text;
     }
 
     implicitHeight: edit.contentHeight + 2 * verticalInset
@@ -62,14 +68,16 @@ Flickable {
         onCursorRectangleChanged: editor.reveal(cursorRectangle)
         onTextChanged: {
             if (activeFocus)
-                editor.textEdited(text);
+                editor.textEdited(editorDocument.text());
         }
 
         HoverHandler {
             cursorShape: Qt.IBeamCursor
         }
     }
-    EditorLineSpacing {
+    EditorDocument {
+        id: editorDocument
+
         document: edit.textDocument
         spacing: editor.lineSpacing
     }

@@ -1,5 +1,8 @@
+#include "TARNEStyle.h"
 #include "TestMain.h"
 #include "UiDriver.h"
+
+#include <QQmlProperty>
 
 #include <gmock/gmock.h>
 
@@ -250,6 +253,22 @@ TEST(TextEditor, UndoTakesBackOneEditAtATime) {
     EXPECT_EQ(typed(ui), u"one"_s);
 }
 
+TEST(TextEditor, TellsNoBreakSpacesAndKeepsTheCaretWhenAnEditComesBack) {
+    UiDriver ui(column(u"TextEditor { width: 300; height: 60; accessibleName: 'Notes'; "
+                       "text: root.typed; onTextEdited: text => root.typed = text }"_s));
+    EXPECT_TRUE(ui.click(u"Notes"_s, QAccessible::EditableText));
+    ui.type(u"a\u00a0b"_s);
+    EXPECT_EQ(typed(ui), u"a\u00a0b"_s);
+    ui.key(Qt::Key_Left);
+    ui.type(u"x"_s);
+    ui.type(u"y"_s);
+    EXPECT_EQ(typed(ui), u"a\u00a0xyb"_s);
+    ui.root()->setProperty("typed", u"c\u00a0d"_s);
+    ui.type(u"e"_s);
+    EXPECT_EQ(typed(ui).size(), 4);
+    EXPECT_TRUE(typed(ui).contains(u"c\u00a0d"_s));
+}
+
 TEST(TextEditor, PastedMarkupStaysPlain) {
     UiDriver ui(column(
         u"TextEditor { width: 300; height: 60; accessibleName: 'Notes'; text: '<b>x</b>' }"_s));
@@ -300,6 +319,30 @@ TEST(Containers, ShowWhatTheyHold) {
     for (const QString &text :
          {u"in a card"_s, u"in a box"_s, u"About"_s, u"in a group"_s, u"Completed"_s})
         EXPECT_TRUE(ui.has(text, QAccessible::StaticText)) << qPrintable(text);
+}
+
+TEST(Card, UntouchedIsOfTheCardStyle) {
+    const UiDriver ui(column(u"Card { objectName: 'card'; PlainText { text: 'in a card' } }"_s));
+    const auto *card = ui.root()->findChild<QQuickItem *>(u"card"_s);
+    EXPECT_EQ(card->property("padding"), 16.0);
+    EXPECT_EQ(card->property("cornerRadius"), 8.0);
+    EXPECT_EQ(card->property("color").value<QColor>(), TARNEStyle::Colors::background);
+    EXPECT_EQ(card->property("shadowColor").value<QColor>(), TARNEStyle::Colors::shadow);
+    EXPECT_EQ(card->property("shadowRadius"), 4.0);
+    EXPECT_EQ(card->property("shadowOffset"), 2.0);
+    EXPECT_EQ(card->property("outlineWidth"), 0.0);
+}
+
+TEST(TextInputBox, IsOfTheTextInputStyle) {
+    const UiDriver ui(column(u"TextInputBox { objectName: 'box'; width: 200; height: 50 }"_s));
+    const auto *box = ui.root()->findChild<QQuickItem *>(u"box"_s);
+    EXPECT_EQ(box->property("font").value<QFont>(), TARNEStyle::Typography::body());
+    const auto *ground = box->property("background").value<QQuickItem *>();
+    EXPECT_EQ(ground->property("radius"), 8.0);
+    EXPECT_EQ(ground->property("color").value<QColor>(), TARNEStyle::Colors::background);
+    const QQmlProperty outline(const_cast<QQuickItem *>(ground), u"border.color"_s);
+    EXPECT_EQ(outline.read().value<QColor>(), TARNEStyle::Colors::border);
+    EXPECT_EQ(QQmlProperty::read(ground, u"border.width"_s), 1.0);
 }
 
 TEST(SymbolIcon, ReportsAnUnknownName) {

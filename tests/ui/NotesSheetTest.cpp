@@ -63,6 +63,12 @@ TEST_F(NotesSheetTest, TakesWhatIsTyped) {
     EXPECT_EQ(view().sessionNotes()->sessionGoal(), u" Write "_s);
 }
 
+TEST_F(NotesSheetTest, KeepsANoBreakSpace) {
+    openNotesSheet();
+    ui().type(u"Read 20\u00a0pages"_s);
+    EXPECT_EQ(view().sessionNotes()->sessionGoal(), u"Read 20\u00a0pages"_s);
+}
+
 TEST_F(NotesSheetTest, ShowsWhatLooksLikeMarkupAsItIs) {
     openWithLastGoal(u"<b>Write</b>"_s);
     EXPECT_EQ(ui().find(u"Session Goal"_s, QAccessible::EditableText)->property("text").toString(),
