@@ -12,6 +12,7 @@
 #include "ClipboardPasteboard.h"
 #include "DesktopBackgroundActivityScheduler.h"
 #include "ExecutableBundle.h"
+#include "ExitHook.h"
 #include "FeedbackdHaptics.h"
 #include "FreedesktopUserNotificationCenter.h"
 #include "GeminiAddresses.h"
@@ -209,7 +210,13 @@ int main(int argc, char **argv) {
         static_cast<Qt::ConnectionType>(Qt::QueuedConnection | Qt::SingleShotConnection));
     runLoop.asyncAfter(2s, std::ref(finishLaunching));
     quit = [&app] { app.quit(); };
+    // Without a display Qt ends the process; that is a termination like any other.
+    const auto terminate = [&] { delegate.applicationWillTerminate(); };
+    const ExitHook withoutDisplay([&] {
+        terminate();
+        defaults.close();
+    });
     const int status = QGuiApplication::exec();
-    delegate.applicationWillTerminate();
+    terminate();
     return status;
 }

@@ -34,7 +34,12 @@ SQLiteUserDefaults::SQLiteUserDefaults(const QString &folder, QStringList keysTo
 }
 
 SQLiteUserDefaults::~SQLiteUserDefaults() {
+    close();
+}
+
+void SQLiteUserDefaults::close() {
     handOver();
+    m_writer.reset();
 }
 
 std::optional<DefaultsValue> SQLiteUserDefaults::objectForKey(const QString &key) const {
@@ -96,7 +101,7 @@ void SQLiteUserDefaults::handOver() {
         if (!isAsBefore)
             batch.changes.push_back({key, now});
     }
-    if (!batch.changes.empty())
+    if (!batch.changes.empty() && m_writer)
         m_writer->commit(std::move(batch));
 }
 

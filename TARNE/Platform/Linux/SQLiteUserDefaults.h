@@ -41,6 +41,9 @@ public:
     void removeObjectForKey(const QString &key) override;
     void synchronize() override;
 
+    /// Saves what is not saved yet and waits for it. What is written afterwards is not saved.
+    void close();
+
 private:
     void touch(const QString &key);
     void handOverAfter(RunLoop::Seconds delay);
