@@ -64,6 +64,11 @@ IconButton {
         margins: 4
         // A press on the button closes it by way of the button, not before.
         closePolicy: T.Popup.CloseOnEscape | T.Popup.CloseOnPressOutsideParent
+        onClosed: {
+            // It leaves the focus to the window as a whole, where no key reaches anything.
+            if (button.Window.activeFocusItem === button.Window.contentItem)
+                button.forceActiveFocus(Qt.PopupFocusReason);
+        }
 
         Entry {
             text: "New Session"

@@ -59,7 +59,8 @@ private:
 };
 
 /// Calls `read(value)` with the whole document's value; false when it returns false, when the text
-/// is no JSON or no UTF-8, or when anything but white space stands behind the value. See JsonPadding.h.
+/// is no JSON or no UTF-8, or when anything but white space stands behind the value. See
+/// JsonPadding.h.
 [[nodiscard]] bool readDocument(QByteArray text, const std::function<bool(Value)> &read);
 
 } // namespace tarne::json

@@ -1,7 +1,9 @@
 #include "ModalLayer.h"
 
 #include <QCursor>
+#include <QGuiApplication>
 #include <QQuickWindow>
+#include <QStyleHints>
 
 namespace tarne {
 
@@ -95,6 +97,13 @@ void ModalLayer::fillWindow() {
 
 void ModalLayer::mousePressEvent(QMouseEvent *event) {
     event->accept();
+}
+void ModalLayer::mouseMoveEvent(QMouseEvent *event) {
+    // It covers what a window without a frame is moved by.
+    const QEventPoint &point = event->points().constFirst();
+    const QPointF way = point.scenePosition() - point.scenePressPosition();
+    if (way.manhattanLength() >= QGuiApplication::styleHints()->startDragDistance())
+        window()->startSystemMove();
 }
 void ModalLayer::wheelEvent(QWheelEvent *event) {
     event->accept();

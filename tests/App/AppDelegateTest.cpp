@@ -30,11 +30,15 @@ TEST_F(AppDelegateTest, TreatsTheWindowAfterTheServerHasStarted) {
     QQmlEngine engine;
     MainWindow window(&engine);
     window.setMinimumSize({1, 1});
+    window.setFlag(Qt::FramelessWindowHint, false);
+    window.setColor(Qt::black);
     QSize minimumAtStart;
     AppDelegate watching({.start = [&] { minimumAtStart = window.minimumSize(); }, .stop = {}});
     watching.applicationDidFinishLaunching(&window);
     EXPECT_EQ(minimumAtStart, QSize(1, 1));
     EXPECT_EQ(window.minimumSize(), QSize(800, 600));
+    EXPECT_TRUE(window.flags() & Qt::FramelessWindowHint);
+    EXPECT_EQ(window.color(), QColor(Qt::white));
 }
 
 TEST_F(AppDelegateTest, LivesOnWhenTheLastWindowCloses) {

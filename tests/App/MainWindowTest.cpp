@@ -4,6 +4,7 @@
 #include <QQmlEngine>
 #include <QScreen>
 #include <QSignalSpy>
+#include <QTest>
 
 #include <gtest/gtest.h>
 
@@ -74,6 +75,40 @@ TEST_F(MainWindowTest, SettingThePropertiesAgainMovesNothing) {
     EXPECT_EQ(window.geometry(), before);
     EXPECT_TRUE(window.isVisible());
 }
+
+/// A place of the window, and the cursor of what can be dragged there.
+struct Place {
+    const char *name;
+    QPoint at;
+    Qt::CursorShape shape;
+};
+
+class MainWindowEdges : public testing::TestWithParam<Place> {};
+
+TEST_P(MainWindowEdges, ShowWhereADragResizes) {
+    QQmlEngine engine;
+    MainWindow window(&engine);
+    window.placeOnScreen();
+    window.show();
+    QTest::mouseMove(&window, {500, 350});
+    QTest::mouseMove(&window, GetParam().at);
+    EXPECT_EQ(window.cursor().shape(), GetParam().shape);
+    QTest::mouseMove(&window, {500, 350});
+    EXPECT_EQ(window.cursor().shape(), Qt::ArrowCursor);
+}
+
+INSTANTIATE_TEST_SUITE_P(Places, MainWindowEdges,
+                         testing::Values(Place{"Left", {0, 350}, Qt::SizeHorCursor},
+                                         Place{"Right", {999, 350}, Qt::SizeHorCursor},
+                                         Place{"Top", {500, 0}, Qt::SizeVerCursor},
+                                         Place{"Bottom", {500, 699}, Qt::SizeVerCursor},
+                                         Place{"TopLeft", {4, 4}, Qt::SizeFDiagCursor},
+                                         Place{"BottomRight", {995, 695}, Qt::SizeFDiagCursor},
+                                         Place{"TopRight", {995, 4}, Qt::SizeBDiagCursor},
+                                         Place{"BottomLeft", {4, 695}, Qt::SizeBDiagCursor},
+                                         Place{"InsideTheLeft", {5, 350}, Qt::ArrowCursor},
+                                         Place{"InsideTheRight", {994, 350}, Qt::ArrowCursor}),
+                         [](const auto &place) { return place.param.name; });
 
 } // namespace
 } // namespace tarne

@@ -140,6 +140,39 @@ TEST_F(ShellScreen, TheMenuQuits) {
     EXPECT_EQ(quit.size(), 1);
 }
 
+TEST_F(ShellScreen, TheMenuIsUsedByTheKeyboardAlone) {
+    QSignalSpy quit(&app(), &TARNEApp::quitRequested);
+    while (ui().focusedName() != u"Menu"_s)
+        ui().tab();
+    ui().key(Qt::Key_Space);
+    ASSERT_TRUE(ui().waitUntil([&] { return ui().has(u"Quit TARNE"_s); }));
+    ui().key(Qt::Key_Escape);
+    ASSERT_TRUE(ui().waitUntil([&] { return !ui().has(u"Quit TARNE"_s); }));
+    EXPECT_TRUE(ui().waitUntil([&] { return ui().focusedName() == u"Menu"_s; }));
+    ui().key(Qt::Key_Space);
+    ASSERT_TRUE(ui().waitUntil([&] { return ui().has(u"Quit TARNE"_s); }));
+    for (int i = 0; i < 3; ++i)
+        ui().key(Qt::Key_Down);
+    EXPECT_EQ(quit.size(), 0);
+    ui().key(Qt::Key_Return);
+    EXPECT_TRUE(ui().waitUntil([&] { return quit.size() == 1; }));
+}
+
+TEST_F(ShellScreen, ControlQQuits) {
+    QSignalSpy quit(&app(), &TARNEApp::quitRequested);
+    ui().key(Qt::Key_Q, Qt::ControlModifier);
+    EXPECT_EQ(quit.size(), 1);
+}
+
+TEST_F(ShellScreen, ItsButtonsMinimizeAndCloseTheWindow) {
+    ui();
+    window.show();
+    ASSERT_TRUE(ui().click(u"Minimize window"_s));
+    EXPECT_TRUE(window.windowStates() & Qt::WindowMinimized);
+    ASSERT_TRUE(ui().click(u"Close window"_s));
+    EXPECT_FALSE(window.isVisible());
+}
+
 TEST_F(ShellScreen, ControlNDoesNothing) {
     ui();
     defaults.takeWrites();

@@ -10,7 +10,7 @@ CALL_TIMEOUT_MS = 20_000
 SCREEN_COORDINATES = 0
 
 # Bits of AtspiStateType.
-STATES = {"checked": 4, "editable": 7, "enabled": 8, "focusable": 11, "focused": 12,
+STATES = {"active": 1, "checked": 4, "editable": 7, "enabled": 8, "focusable": 11, "focused": 12,
           "selected": 23, "sensitive": 24, "showing": 25, "visible": 30}
 
 

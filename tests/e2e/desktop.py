@@ -108,6 +108,20 @@ class Desktop:
         keyring.stdin.close()
         eventually(lambda: self.owns("org.freedesktop.secrets"), "the key store is on the bus")
 
+    def start_window_manager(self):
+        self._start("openbox", "--config-file", "/etc/xdg/openbox/rc.xml", **self.environment)
+        eventually(lambda: "window id" in self.ask("xprop", "-root", "_NET_SUPPORTING_WM_CHECK"),
+                   "a window manager manages")
+
+    def show_another_window(self):
+        self._start("xev", **self.environment)
+        eventually(lambda: self.xdotool("search", "--onlyvisible", "--name", "Event Tester"),
+                   "another window is up")
+
+    def stop_display(self):
+        self._display.terminate()
+        self._display.wait()
+
     def ask(self, *command):
         """What another program of the desktop prints."""
         return subprocess.run(command, env=dict(os.environ, **self.environment), check=True,
@@ -131,8 +145,8 @@ class Desktop:
     def _start_display(self):
         # The box has a /tmp of its own, so the number is always free. No key repeats itself when
         # a busy machine takes its time between press and release.
-        self._start("Xvfb", DISPLAY, "-screen", "0", "1280x900x24", "-nolisten", "tcp", "-noreset",
-                    "-r")
+        self._display = self._start("Xvfb", DISPLAY, "-screen", "0", "1280x900x24", "-nolisten",
+                                    "tcp", "-noreset", "-r")
         eventually(lambda: self.xdotool("getdisplaygeometry"), "the display answers")
 
     def _start_bus(self):

@@ -1,0 +1,134 @@
+"""The window between the program and a real window manager, and the end of the display."""
+
+import re
+
+from test_server import ServerTestCase
+from fixture import TarneTestCase
+
+
+class UnderAWindowManager(TarneTestCase):
+    def setUp(self):
+        super().setUp()
+        self.desktop.start_window_manager()
+
+    def geometry(self):
+        """Left, top, width and height of the window."""
+        told = self.desktop.xdotool("getwindowgeometry", "--shell", self.window_id())
+        found = dict(re.findall(r"(\w+)=(-?\d+)", told))
+        return [int(found[name]) for name in ("X", "Y", "WIDTH", "HEIGHT")]
+
+    def states(self, window=None):
+        return self.desktop.ask("xprop", "-id", window or self.window_id(), "_NET_WM_STATE")
+
+    def knows_to_be_in_front(self):
+        application = self.desktop.accessibility.application(self.program.pid)
+        return application.children[0].has("active")
+
+    def request(self, states):
+        """What a key or a menu of the window manager asks for."""
+        self.desktop.ask("wmctrl", "-i", "-r", f"{int(self.window_id()):#x}", "-b", states)
+
+    def drag(self, start, by):
+        """As a hand does: the window follows before the button is let go."""
+        before = self.geometry()
+        self.desktop.xdotool("mousemove", *start, "mousedown", 1)
+        tenths = iter(range(1, 6))
+
+        def follows():
+            tenth = next(tenths, 5)
+            self.desktop.xdotool("mousemove", start[0] + by[0] * tenth // 10,
+                                 start[1] + by[1] * tenth // 10)
+            return self.geometry() != before
+
+        self.eventually(follows, "the window follows the pointer")
+        self.desktop.xdotool("mousemove", start[0] + by[0], start[1] + by[1], "mouseup", 1)
+
+    def assert_moved(self, before, by):
+        """A move begins some points after the press, when it is known for a drag."""
+        def is_moved():
+            now = self.geometry()
+            return now[2:] == before[2:] and all(
+                0.5 <= (now[side] - before[side]) / by[side] <= 1 for side in (0, 1))
+        self.eventually(is_moved, lambda: f"{before} is moved by {by}: {self.geometry()}")
+
+    def assert_geometry(self, expected):
+        self.eventually(lambda: self.geometry() == expected,
+                        lambda: f"the window is at {expected}, not at {self.geometry()}")
+
+    def test_it_is_neither_zoomed_nor_made_full_screen(self):
+        self.launch()
+        before = self.geometry()
+        self.assertEqual(before[2:], [1000, 700])
+        for states in ("add,maximized_vert,maximized_horz", "add,fullscreen"):
+            self.request(states)
+            # Once the next request is met, this one has been met or declined.
+            self.request("add,above")
+            self.eventually(lambda: "ABOVE" in self.states(), "the window is above")
+            self.eventually(lambda: not re.search("MAXIMIZED|FULLSCREEN", self.states()),
+                            "the window is as it was")
+            self.assert_geometry(before)
+            self.request("remove,above")
+            self.eventually(lambda: "ABOVE" not in self.states(), "the window is not above")
+
+    def test_it_is_moved_by_its_title_strip_and_sized_by_its_edges(self):
+        self.launch()
+        left, top, width, height = before = self.geometry()
+        self.drag((left + width // 2, top + 20), (-100, 80))
+        self.assert_moved(before, (-100, 80))
+        left, top, _, _ = self.geometry()
+        self.drag((left + width - 2, top + height // 2), (50, 0))
+        self.assert_geometry([left, top, width + 50, height])
+        self.drag((left + 300, top + height - 2), (0, -30))
+        self.assert_geometry([left, top, width + 50, height - 30])
+        # Not below its least size.
+        self.drag((left + width + 48, top + height - 32), (-600, -400))
+        self.assert_geometry([left, top, 800, 600])
+
+    def test_it_is_moved_while_a_sheet_is_up(self):
+        self.launch()
+        self.press("Start Session")
+        self.assert_shown("Select Session Duration")
+        left, top, width, height = before = self.geometry()
+        self.drag((left + width // 2, top + 20), (100, 80))
+        self.assert_moved(before, (100, 80))
+        self.assert_shown("Select Session Duration")
+
+    def test_minimized_it_leaves_the_session_running_and_a_second_start_brings_it_back(self):
+        self.launch()
+        self.start_session("Write report", minutes=5)
+        window = self.window_id()
+        self.press("Minimize window")
+        self.eventually(lambda: "HIDDEN" in self.states(window), "the window is minimized")
+        lines = len(self.program.log)
+        self.eventually(lambda: "Active=1" in "".join(self.program.log[lines:]),
+                        "the session goes on")
+        self.assertEqual(self.start().wait(), 0)
+        self.eventually(lambda: "HIDDEN" not in self.states(window), "the window is up again")
+
+    def test_the_notes_lose_the_keyboard_when_the_program_comes_back_to_the_front(self):
+        self.launch()
+        self.press("Start Session")
+        self.press("Continue")
+        self.type_into("Session Goal", "Write report")
+        editor = self.node("Session Goal", role="text")
+        self.desktop.show_another_window()
+        self.eventually(lambda: not self.knows_to_be_in_front(), "another window is in front")
+        self.desktop.ask("wmctrl", "-i", "-a", f"{int(self.window_id()):#x}")
+        self.eventually(self.knows_to_be_in_front, "the window is in front again")
+        self.eventually(lambda: not editor.has("focused"), "the editor has lost the keyboard")
+        self.desktop.xdotool("type", "--delay", "5", " unheard")
+        self.assertEqual(editor.text, "Write report")
+
+
+class TheEndOfTheDisplay(ServerTestCase):
+    def test_is_a_termination_that_stops_the_server_and_loses_nothing(self):
+        self.launch()
+        self.await_healthy(1)
+        self.start_session("Write report", minutes=5)
+        self.expect_error("The X11 connection broke")
+        self.desktop.stop_display()
+        self.assertNotEqual(self.program.wait(), 0)
+        self.assertIn("🔴", self.program.log[-1])
+        self.assertEqual(self.server_processes(), [])
+        timer = self.store.values(["TimerIsActive", "TimerSessionGoal"])
+        self.assertEqual(timer, {"TimerIsActive": 1, "TimerSessionGoal": "Write report"})
