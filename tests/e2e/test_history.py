@@ -1,8 +1,13 @@
 """The tabs that look back, over the real store."""
 
+import os
+import re
+import shutil
 import time
+import uuid
 
 from fixture import TarneTestCase
+from store import REFERENCE_DATE
 
 HISTORY_SAMPLES = ["Complete project proposal", "Review client feedback", "Research market trends",
                    "Draft presentation outline", "Update project timeline",
@@ -71,3 +76,51 @@ class LookingBack(TarneTestCase):
         # Of today's session and yesterday's sample.
         self.assert_shown("2")
         self.assert_gone("0")
+
+
+class AnotherTimeZone(TarneTestCase):
+    """The machine's zone is changed while the program runs, as a traveller's is."""
+
+    def setUp(self):
+        super().setUp()
+        # At noon UTC, which is evening in Tokyo and the same day.
+        self.clock.advance(43_200 - time.time() % 86_400)
+        self.etc = self.folder / "etc"
+        shutil.copytree("/etc", self.etc, symlinks=True)
+        self.set_zone("UTC")
+
+    def set_zone(self, name):
+        link = self.etc / "localtime.new"
+        link.symlink_to(f"/usr/share/zoneinfo/{name}")
+        os.replace(link, self.etc / "localtime")
+        (self.etc / "timezone").write_text(f"{name}\n")
+
+    def environment(self):
+        environment = super().environment()
+        del environment["TZ"]
+        return environment
+
+    def shown_hours(self):
+        """The hour of each time of day on the screen, of 24."""
+        hours = []
+        for node in self._visible_nodes():
+            if match := re.fullmatch(r"(\d?\d):\d\d(?::\d\d)?(?:\s?([AP])M)?", node.name):
+                hours.append(int(match[1]) % 12 + 12 * (match[2] == "P") if match[2]
+                             else int(match[1]))
+        return hours
+
+    def test_counts_from_the_next_look_on(self):
+        noon = time.time() + self.clock.offset - REFERENCE_DATE
+        texts = ["overallAssessment", "patternsObserved", "suggestions", "motivation", "reflection"]
+        self.store.plant("SessionHistory", [
+            {"id": str(uuid.uuid4()).upper(), "sessionDate": noon, "duration": 1500,
+             "goals": [{"id": str(uuid.uuid4()).upper(), "text": "Write report"}]}
+            | dict.fromkeys(texts, "")])
+        self.launch(binds=[(self.etc, "/etc")])
+        self.open_tab("History")
+        self.eventually(lambda: self.shown_hours() == [12], "the session ended at noon")
+        self.set_zone("Asia/Tokyo")
+        self.open_tab("Settings")
+        self.open_tab("History")
+        self.eventually(lambda: self.shown_hours() == [21],
+                        lambda: f"it ended at nine in the evening, not at {self.shown_hours()}")

@@ -49,6 +49,34 @@ TEST_F(GlowingOrbViewTest, PausingStopsThePulse) {
     EXPECT_FALSE(orb(ui)->pulseAnimation());
 }
 
+/// Counts what drives a movement.
+class FrameCounter final : public QObject {
+public:
+    explicit FrameCounter(QObject &item) { item.installEventFilter(this); }
+    int frames = 0;
+
+private:
+    bool eventFilter(QObject *, QEvent *event) override {
+        frames += event->type() == QEvent::Timer ? 1 : 0;
+        return false;
+    }
+};
+
+TEST_F(GlowingOrbViewTest, ComesToRestOverThreeTenthsOfASecondInAPauseAndHalfASecondOtherwise) {
+    constexpr double secondsAFrame = 0.07;
+    const auto secondsToRest = [](UiDriver &ui, const std::function<void()> &stop) {
+        EXPECT_TRUE(ui.waitUntil([&] { return orb(ui)->pulseScale() > 1.0; }));
+        stop();
+        const FrameCounter counter(*orb(ui));
+        EXPECT_TRUE(ui.waitUntil([&] { return !orb(ui)->isAnimating(); }));
+        return counter.frames * secondsAFrame;
+    };
+    UiDriver ui(document(u"isActive: true"_s));
+    EXPECT_NEAR(secondsToRest(ui, [&] { orb(ui)->setPaused(true); }), 0.3, secondsAFrame);
+    orb(ui)->setPaused(false);
+    EXPECT_NEAR(secondsToRest(ui, [&] { orb(ui)->setActive(false); }), 0.5, secondsAFrame);
+}
+
 TEST_F(GlowingOrbViewTest, EndingThePausePulsesOnlyWhileActive) {
     const UiDriver ui(document(u"isActive: false"_s));
     orb(ui)->setPaused(true);
