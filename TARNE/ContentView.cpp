@@ -11,7 +11,7 @@ ContentView::ContentView(std::unique_ptr<SessionViewModel> sessionViewModel, Scr
                          AppDelegate &delegate)
     : m_sessionViewModel(std::move(sessionViewModel)),
       m_screens(std::move(screens)),
-      m_delegate(delegate) {}
+      m_appDelegate(delegate) {}
 
 ContentView::~ContentView() = default;
 
@@ -39,7 +39,7 @@ void ContentView::appear() {
     m_isShown = true;
     // Windows of this desktop are not tabbed into one another: nothing to turn off.
     useLightAppearance();
-    m_delegate.sessionViewModel = m_sessionViewModel.get();
+    m_appDelegate.sessionViewModel = m_sessionViewModel.get();
     if (Screen *shown = screen(m_selectedTab))
         shown->appear();
 }

@@ -90,7 +90,7 @@ private:
 
     std::unique_ptr<SessionViewModel> m_sessionViewModel;
     Screens m_screens;
-    AppDelegate &m_delegate;
+    AppDelegate &m_appDelegate;
     int m_selectedTab = 0;
     bool m_isShown = false;
     std::unique_ptr<TimerView> m_timerView;

@@ -4,7 +4,7 @@ namespace tarne {
 
 TARNEApp::TARNEApp(Factories factories, AppDelegate &delegate)
     : m_factories(std::move(factories)),
-      m_delegate(delegate),
+      m_appDelegate(delegate),
       m_mainAppView(m_factories.makeMainAppView()) {
     connect(m_mainAppView.get(), &MainAppView::isOnboardingCompleteChanged, this,
             &TARNEApp::updateGate);
@@ -66,7 +66,7 @@ void TARNEApp::windowClosed() {
 }
 
 void TARNEApp::quit() {
-    if (m_delegate.applicationShouldTerminate())
+    if (m_appDelegate.applicationShouldTerminate())
         Q_EMIT quitRequested();
 }
 

@@ -68,7 +68,7 @@ private:
     void makeTabs();
 
     Factories m_factories;
-    AppDelegate &m_delegate;
+    AppDelegate &m_appDelegate;
     std::unique_ptr<MainAppView> m_mainAppView;
     std::unique_ptr<OnboardingView> m_onboardingView;
     std::unique_ptr<ContentView> m_contentView;

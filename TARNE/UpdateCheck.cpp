@@ -9,12 +9,12 @@ using namespace Qt::StringLiterals;
 namespace tarne {
 
 UpdateCheck::UpdateCheck(UpdaterController &updater, Workspace &workspace)
-    : m_updater(updater), m_workspace(workspace) {}
+    : m_updaterController(updater), m_workspace(workspace) {}
 
 void UpdateCheck::checkForUpdates() {
     if (std::exchange(m_isUnderWay, true))
         return;
-    m_updater.checkForUpdates([self = QPointer(this)](const UpdateCheckResult &result) {
+    m_updaterController.checkForUpdates([self = QPointer(this)](const UpdateCheckResult &result) {
         if (!self)
             return;
         self->m_isUnderWay = false;

@@ -43,7 +43,7 @@ Q_SIGNALS:
     void changed();
 
 private:
-    UpdaterController &m_updater;
+    UpdaterController &m_updaterController;
     Workspace &m_workspace;
     UpdateCheckResult m_result;
     bool m_isUnderWay = false;

@@ -98,7 +98,7 @@ int main(int argc, char **argv) {
                                              notificationCenter);
     PortalWorkspace workspace(QDBusConnection::sessionBus());
     UpdaterController::Done presentUpdate = [](const UpdateCheckResult &) {};
-    AppcastUpdaterController updater(
+    AppcastUpdaterController updaterController(
         AppcastUpdaterController::builtInFeed(), AppcastUpdaterController::builtInVersion(),
         [&presentUpdate](const UpdateCheckResult &result) { presentUpdate(result); });
 
@@ -162,11 +162,11 @@ int main(int argc, char **argv) {
             },
         .makeSettingsView =
             [&] { return std::make_unique<SettingsView>(serverManager, workspace); }};
-    AppDelegate delegate({.start = [&] { serverManager.startServer(); },
-                          .stop = [&] { serverManager.stopServer(); }});
+    AppDelegate appDelegate({.start = [&] { serverManager.startServer(); },
+                             .stop = [&] { serverManager.stopServer(); }});
     QGuiApplication::setQuitOnLastWindowClosed(
-        delegate.applicationShouldTerminateAfterLastWindowClosed());
-    UpdateCheck updateCheck(updater, workspace);
+        appDelegate.applicationShouldTerminateAfterLastWindowClosed());
+    UpdateCheck updateCheck(updaterController, workspace);
     presentUpdate = [&updateCheck](const UpdateCheckResult &found) { updateCheck.present(found); };
     TARNEApp app(
         {.makeMainAppView =
@@ -177,8 +177,8 @@ int main(int argc, char **argv) {
                                                          QUrl(u"qrc:/icons/com.tarne.app.svg"_s));
              },
          .makeContentView =
-             [&] { return std::make_unique<ContentView>(makeController(), screens, delegate); }},
-        delegate);
+             [&] { return std::make_unique<ContentView>(makeController(), screens, appDelegate); }},
+        appDelegate);
 
     // The window.
     QQmlEngine engine;
@@ -202,7 +202,7 @@ int main(int argc, char **argv) {
     // a screen that is locked or turned off no frame ever comes.
     auto finishLaunching = [&, isLaunched = false]() mutable {
         if (!std::exchange(isLaunched, true))
-            delegate.applicationDidFinishLaunching(&window);
+            appDelegate.applicationDidFinishLaunching(&window);
     };
     QObject::connect(
         &window, &QQuickWindow::frameSwapped, &app,
@@ -211,7 +211,7 @@ int main(int argc, char **argv) {
     runLoop.asyncAfter(2s, std::ref(finishLaunching));
     quit = [&app] { app.quit(); };
     // Without a display Qt ends the process; that is a termination like any other.
-    const auto terminate = [&] { delegate.applicationWillTerminate(); };
+    const auto terminate = [&] { appDelegate.applicationWillTerminate(); };
     const ExitHook withoutDisplay([&] {
         terminate();
         defaults.close();
