@@ -48,7 +48,7 @@ private:
     QProcess m_process;
 };
 
-/// Kills eight programs side by side, each 25 times, and returns them once all are over.
+/// Kills ten programs side by side, each 20 times, and returns them once all are over.
 template <typename Program>
 std::vector<std::unique_ptr<Program>> kill200Times();
 
@@ -57,8 +57,8 @@ std::vector<std::unique_ptr<Program>> kill200Times();
 
 template <typename Program>
 std::vector<std::unique_ptr<Program>> kill200Times() {
-    constexpr unsigned programs = 8;
-    constexpr int killsOfEach = 25;
+    constexpr unsigned programs = 10;
+    constexpr int killsOfEach = 20;
     std::vector<std::unique_ptr<Program>> running;
     std::vector<const KilledProgram *> all;
     for (unsigned seed = 1; seed <= programs; ++seed) {
