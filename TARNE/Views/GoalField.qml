@@ -29,9 +29,15 @@ Item {
                 field.view.isGoalTextFocused ? editor.forceActiveFocus() : editor.focus = false;
         }
         function onGoalTextChanged(): void {
-            if (editor.text !== field.view.goalText)
+            // What comes back of an edit is there already, and is not to move the caret.
+            if (typed.text() !== field.view.goalText)
                 editor.text = field.view.goalText;
         }
+    }
+    EditorDocument {
+        id: typed
+
+        document: editor.textDocument
     }
     FontMetrics {
         id: metrics
@@ -79,7 +85,7 @@ Item {
                 text = field.view.goalText;
                 cursorPosition = length;
             }
-            onTextChanged: field.view.goalText = text
+            onTextChanged: field.view.goalText = typed.text()
             onActiveFocusChanged: field.view.isGoalTextFocused = activeFocus
             onCursorRectangleChanged: box.reveal(cursorRectangle)
             Keys.onTabPressed: nextItemInFocusChain(true).forceActiveFocus(Qt.TabFocusReason)

@@ -24,6 +24,17 @@ TEST_F(TheAddGoalSheet, TypingAVisibleCharacterEnablesTheScheduleButton) {
     EXPECT_TRUE(ui().find(u"Schedule Goal"_s)->isEnabled());
 }
 
+TEST_F(TheAddGoalSheet, StoresAGoalExactlyAsItWasTyped) {
+    const QString text = u"  Read 20\u00a0pages "_s;
+    openSheet();
+    ui().type(text);
+    EXPECT_EQ(controller().goalText(), text);
+    ui().key(Qt::Key_Left);
+    ui().type(u"!"_s); // The caret has stayed where it was.
+    click(u"Schedule Goal"_s, QAccessible::Button);
+    EXPECT_EQ(controller().scheduledGoals().front().goal, u"  Read 20\u00a0pages! "_s);
+}
+
 TEST_F(TheAddGoalSheet, ADisabledScheduleButtonDoesNothing) {
     openSheet();
     ui().type(u"   "_s);
