@@ -3,7 +3,7 @@ import QtQuick
 import TARNE.Styling
 
 // A goal of the schedule: its time, and a card with tick, text and trash button. That a reminder is
-// set is said of every goal.
+// set is said of every goal. It runs from left to right in every script, as the whole screen does.
 Item {
     id: row
 
@@ -29,6 +29,7 @@ Item {
 
         PlainText {
             width: parent.width
+            horizontalAlignment: Text.AlignLeft
             wrapMode: Text.Wrap
             text: row.timeText
             font: Typography.system(14, Font.Medium)
@@ -78,6 +79,7 @@ Item {
             PlainText {
                 width: parent.width
                 text: row.goal
+                horizontalAlignment: Text.AlignLeft
                 wrapMode: Text.Wrap
                 font.family: Typography.system(16).family
                 font.pixelSize: 16

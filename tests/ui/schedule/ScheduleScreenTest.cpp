@@ -176,6 +176,19 @@ TEST_F(ScheduleScreen, WritesDatesAndTimesInTheLocale) {
     EXPECT_TRUE(ui().has(u"1 goals scheduled"_s, QAccessible::StaticText));
 }
 
+TEST_F(ScheduleScreen, RunsFromLeftToRightInEveryLocale) {
+    useLocale(u"ar_EG"_s);
+    const QString goal = u"كتابة التقرير"_s;
+    add(2, 14, goal);
+    for (const QString &words : {u"٢:٠٠ م"_s, goal}) {
+        const QQuickItem *const text = ui().find(words, QAccessible::StaticText);
+        ASSERT_NE(text, nullptr) << qPrintable(words);
+        EXPECT_EQ(text->property("effectiveHorizontalAlignment").toInt(), int(Qt::AlignLeft));
+    }
+    EXPECT_EQ(ui().find(u"٢:٠٠ م"_s)->mapToScene({}).x(),
+              ui().find(u"1h before"_s)->mapToScene({}).x());
+}
+
 TEST_F(ScheduleScreen, HasItsGroundsRulesAndSizes) {
     add(2, 14, u"Write"_s);
     EXPECT_EQ(ui().find(u"Close schedule"_s)->size(), QSizeF(44, 44));
