@@ -22,8 +22,12 @@ Rectangle {
         bottomPadding: Layout.spacingMedium
         spacing: Layout.spacingLarge
         activeFocusOnTab: true
+        Accessible.role: Accessible.Pane
+        Accessible.name: head.title
 
         PageHead {
+            id: head
+
             width: parent.width
             title: "Insights"
             subtitle: "Discover patterns and trends in your focus sessions"

@@ -63,6 +63,18 @@ TEST_F(InsightsScreenTest, ThereIsNothingToPress) {
     EXPECT_EQ(screen().names(QAccessible::Button), QStringList());
 }
 
+TEST_F(InsightsScreenTest, TheKeyboardsOneStopHasItsName) {
+    view().appear();
+    screen().tab();
+    EXPECT_EQ(screen().focusedName(), u"Insights"_s);
+    const QAccessible::State state =
+        QAccessible::queryAccessibleInterface(screen().view().activeFocusItem())->state();
+    EXPECT_TRUE(state.focusable && state.focused);
+    const QQuickItem *const stop = screen().view().activeFocusItem();
+    screen().tab();
+    EXPECT_EQ(screen().view().activeFocusItem(), stop);
+}
+
 TEST_F(InsightsScreenTest, AFinishedSessionChangesTheFiguresWhileItIsShown) {
     view().appear();
     EXPECT_TRUE(screen().has(u"6 sessions in the last year"_s));
