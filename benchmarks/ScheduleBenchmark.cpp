@@ -5,6 +5,7 @@
 //   scheduleCounters/N      both counters
 //   scheduleTick/N          ticking a goal off, up to the store in memory
 //   scheduleScreenTick/N    the same with all that the screen works out anew
+//   scheduleScreenKey/N     a character typed into the sheet, with all that the screen makes of it
 //   scheduleFirstFrame/N    opening the screen up to its first frame, in software
 
 #include "ScheduleFixture.h"
@@ -87,6 +88,17 @@ void tickOnTheScreen(benchmark::State &state) {
         view.toggleGoalCompletion(0);
 }
 
+/// A character more or less in the sheet's text.
+void typeOnTheScreen(benchmark::State &state) {
+    SchedulePlatformFakes fakes;
+    plant(fakes, state.range());
+    QProperty<bool> isPresented(true);
+    ScheduleView view(fakes.platform(), QBindable<bool>(&isPresented));
+    bool isLonger = false;
+    for (auto step : state)
+        view.addGoalSheet()->setGoalText((isLonger = !isLonger) ? u"Write"_s : u"Writ"_s);
+}
+
 /// From making the controller, which loads the goals, to the first frame, in an engine of its own.
 void firstFrame(benchmark::State &state) {
     SchedulePlatformFakes fakes;
@@ -121,6 +133,7 @@ SCHEDULE_BENCHMARK(listOfADay, "scheduleDay");
 SCHEDULE_BENCHMARK(bothCounters, "scheduleCounters");
 SCHEDULE_BENCHMARK(tick, "scheduleTick");
 SCHEDULE_BENCHMARK(tickOnTheScreen, "scheduleScreenTick");
+SCHEDULE_BENCHMARK(typeOnTheScreen, "scheduleScreenKey");
 SCHEDULE_BENCHMARK(firstFrame, "scheduleFirstFrame")->UseRealTime();
 
 } // namespace

@@ -10,6 +10,8 @@
 #include <QProperty>
 #include <qqmlregistration.h>
 
+#include <optional>
+
 namespace tarne {
 
 /// The planning screen: a calendar with two counters, and the goals of the selected day. It owns
@@ -55,7 +57,15 @@ Q_SIGNALS:
     void goalsShown();
 
 private:
+    /// The moments and the calendar for which what is shown is right.
+    struct Validity {
+        Calendar calendar;
+        Date from;
+        Date until; ///< No longer included: the next start or midnight.
+    };
+
     void show();
+    void showUnlessStillRight();
 
     ScheduleViewModel m_scheduleViewModel;
     QBindable<bool> m_isPresented;
@@ -66,6 +76,7 @@ private:
     ScheduledGoalModel m_goals;
     int m_todaysCount = 0;
     int m_upcomingCount = 0;
+    std::optional<Validity> m_validity;
 };
 
 } // namespace tarne

@@ -1,6 +1,7 @@
 #include "ScheduledGoalModel.h"
 
 #include "DateFormatter.h"
+#include "ScheduleDay.h"
 
 #include <algorithm>
 #include <utility>
@@ -28,10 +29,6 @@ int commonEnd(const Goals &a, const Goals &b, int start) {
     return static_cast<int>(end - a.rbegin());
 }
 
-bool writesAlike(const Calendar &a, const Calendar &b) {
-    return a.timeZone() == b.timeZone() && a.locale() == b.locale();
-}
-
 } // namespace
 
 ScheduledGoalModel::ScheduledGoalModel(const Calendar &calendar) : m_calendar(calendar) {}
@@ -51,7 +48,7 @@ void ScheduledGoalModel::setGoals(Goals goals, const Calendar &calendar) {
     else if (hasAdded)
         beginInsertRows({}, start, newEnd);
     const Goals former = std::exchange(m_goals, std::move(goals));
-    const bool writesAnew = !writesAlike(std::exchange(m_calendar, calendar), calendar);
+    const bool writesAnew = !areAlike(std::exchange(m_calendar, calendar), calendar);
     if (hasRemoved && hasAdded)
         endResetModel();
     else if (hasRemoved)

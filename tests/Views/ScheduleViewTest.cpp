@@ -8,6 +8,7 @@
 #include <gmock/gmock.h>
 
 #include <random>
+#include <utility>
 
 using testing::ElementsAre;
 using testing::IsEmpty;
@@ -244,6 +245,25 @@ TEST_F(AScheduleView, TheCountersFollowTheClockWithAnyChange) {
     EXPECT_EQ(view().todaysCount(), 0);
 }
 
+TEST_F(AScheduleView, TypingShowsNothingAnewUntilTimeHasChangedSomething) {
+    add(2, 11, u"soon"_s);
+    int shown = 0;
+    QObject::connect(&view(), &ScheduleView::goalsShown, [&] { ++shown; });
+    const auto showsAnewAt = [&](Date moment) {
+        m_fakes.time.setWallClock(moment);
+        sheet().setGoalText(sheet().goalText() + u'a');
+        return std::exchange(shown, 0) > 0;
+    };
+    EXPECT_FALSE(showsAnewAt(m_fakes.at(2, 10, 59, 59)));
+    EXPECT_TRUE(showsAnewAt(m_fakes.at(2, 11))); // It starts.
+    EXPECT_FALSE(showsAnewAt(m_fakes.at(2, 23, 59, 59)));
+    EXPECT_TRUE(showsAnewAt(m_fakes.at(3, 0)));  // Another day.
+    EXPECT_TRUE(showsAnewAt(m_fakes.at(2, 10))); // The clock is set back.
+    EXPECT_EQ(view().upcomingCount(), 1);
+    m_fakes.calendar = Calendar(QTimeZone("Asia/Tokyo"), m_fakes.calendar.locale());
+    EXPECT_TRUE(showsAnewAt(m_fakes.time.now()));
+}
+
 TEST_F(AScheduleView, MidnightMovesTheSheetsFirstDayWithAnyChange) {
     view();
     m_fakes.time.setWallClock(m_fakes.at(3, 0));
@@ -305,6 +325,32 @@ TEST_F(AScheduleView, RowsAreThoseOfTheControllerInAThousandRandomSteps) {
         else
             view().scheduleViewModel().setSelectedDate(m_fakes.at(2 + pick(3), 12));
         ASSERT_EQ(view().goals()->goals(), view().scheduleViewModel().goalsForSelectedDate());
+    }
+}
+
+TEST_F(AScheduleView, CountersAreThoseOfTheControllerInAThousandRandomSteps) {
+    std::mt19937 random(20260302);
+    const auto pick = [&](int count) {
+        return std::uniform_int_distribution<int>(0, count - 1)(random);
+    };
+    for (int step = 0; step < 1000; ++step) {
+        const int rows = view().goals()->count();
+        // On and back, most often by less than the goals lie apart.
+        m_fakes.time.setWallClock(m_fakes.at(2 + pick(4) / 3, pick(24), 30 * pick(2)));
+        if (const int what = pick(10); what == 0)
+            add(2 + pick(2), pick(24), u"goal"_s);
+        else if (what == 1 && rows > 0)
+            view().toggleGoalCompletion(pick(rows));
+        else if (what == 2 && rows > 0)
+            view().deleteGoal(pick(rows));
+        else if (what < 5)
+            sheet().timeFields()->step(0, 1);
+        else
+            sheet().setGoalText(QString::number(step));
+        const ScheduleViewModel &controller = view().scheduleViewModel();
+        ASSERT_EQ(view().todaysCount(), static_cast<int>(controller.todaysGoals().size())) << step;
+        ASSERT_EQ(view().upcomingCount(), static_cast<int>(controller.upcomingGoals().size()))
+            << step;
     }
 }
 
