@@ -55,6 +55,16 @@ TEST(InsightsHeatmap, OnASaturdayThereIsNoFutureCell) {
               told.calendar.startOfDay(told.now));
 }
 
+TEST(InsightsHeatmap, WhereTheCalendarEndsTheCellsBeyondAreLeftOut) {
+    Told told;
+    told.now = told.at({100'000, 12, 31, 12}); // A Sunday.
+    const std::vector<WeekData> weeks = told.figures().weeklyData();
+    ASSERT_THAT(weeks, SizeIs(52));
+    EXPECT_THAT(weeks[50].days, SizeIs(7));
+    ASSERT_THAT(weeks[51].days, SizeIs(1));
+    EXPECT_EQ(weeks[51].days[0].date, told.calendar.startOfDay(told.now));
+}
+
 TEST(InsightsHeatmap, AFutureCellHasNoIntensityWhateverHappenedThere) {
     Told told;
     told.session(told.daysAgo(-1));
