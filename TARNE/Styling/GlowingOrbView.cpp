@@ -114,10 +114,12 @@ void GlowingOrbView::updateGlow(double devicePixelRatio) {
     m_glowRatio = devicePixelRatio;
     m_glow.resize(glowEntries + 1);
     const double end = reach(now);
+    // A clock that was set back takes the progress below 0, and the intensity with it.
+    const double opacity = std::clamp(now.intensity, 0.0, 1.0);
     for (int entry = 0; entry < glowEntries; ++entry) {
         const double distance = end * std::sqrt((entry + 0.5) / glowEntries);
         const double coverage = orbCoverage(now, distance, devicePixelRatio);
-        const int alpha = static_cast<int>(std::lround(255 * now.intensity * coverage));
+        const int alpha = static_cast<int>(std::lround(255 * opacity * coverage));
         m_glow[static_cast<std::size_t>(entry)] =
             qPremultiply(qRgba(now.color.red(), now.color.green(), now.color.blue(), alpha));
     }
@@ -152,7 +154,7 @@ QImage GlowingOrbView::paintPicture(double devicePixelRatio) {
     image.setDevicePixelRatio(devicePixelRatio);
     QPainter painter(&image);
     painter.setRenderHint(QPainter::Antialiasing);
-    painter.setOpacity(m_glowLook.intensity * 0.3);
+    painter.setOpacity(std::max(0.0, m_glowLook.intensity) * 0.3);
     painter.setPen(Qt::NoPen);
     painter.setBrush(SystemColors::white);
     const double offset = m_glowLook.size * 0.1;

@@ -1,4 +1,5 @@
 #include "GlowingOrbView.h"
+#include "TARNEStyle.h"
 
 #include "UiDriver.h"
 
@@ -116,6 +117,104 @@ TEST_F(GlowingOrbViewTest, AProgressThatIsNoNumberIsNotTaken) {
     const UiDriver ui(document(u"progress: 0.5"_s));
     orb(ui)->setProgress(std::numeric_limits<double>::quiet_NaN());
     EXPECT_EQ(orb(ui)->look(), orbLook(0.5, false));
+}
+
+TEST_F(GlowingOrbViewTest, PulsesWheneverItAppearsAlsoInAPause) {
+    const UiDriver ui(document(u"isActive: true"_s));
+    orb(ui)->setPaused(true);
+    orb(ui)->setActive(false);
+    ASSERT_FALSE(orb(ui)->pulseAnimation());
+    orb(ui)->setVisible(false);
+    orb(ui)->setVisible(true);
+    EXPECT_TRUE(orb(ui)->pulseAnimation());
+}
+
+/// An orb whose time is in the test's hand, and its picture.
+class DrivenOrb final : public GlowingOrbView {
+public:
+    explicit DrivenOrb(double progress, bool isPaused = false) {
+        setProgress(progress);
+        setPaused(isPaused);
+    }
+    using GlowingOrbView::advance;
+
+    /// The colour `x` points to the right of its middle and `y` below it.
+    QColor at(int x, int y) {
+        const QImage picture = paintPicture(1.0);
+        return picture.pixelColor(picture.width() / 2 + x, picture.height() / 2 + y);
+    }
+    /// How much hides what lies behind.
+    double opacityAt(int x, int y) { return static_cast<double>(at(x, y).alphaF()); }
+    bool isInvisible() {
+        const QImage picture = paintPicture(1.0);
+        for (int y = 0; y < picture.height(); ++y) {
+            for (int x = 0; x < picture.width(); ++x) {
+                if (picture.pixelColor(x, y).alpha() != 0)
+                    return false;
+            }
+        }
+        return true;
+    }
+};
+
+TEST_F(GlowingOrbViewTest, ItsCircleIsOfItsSizeAndIntensity) {
+    DrivenOrb half(0.5);
+    EXPECT_NEAR(half.opacityAt(68, 0), 0.65, 0.01);
+    EXPECT_LT(half.opacityAt(72, 0), 0.35);
+    EXPECT_NEAR(half.at(68, 0).blueF(), SystemColors::cyan.blueF(), 0.02F);
+    DrivenOrb setup(0.1);
+    EXPECT_NEAR(setup.opacityAt(0, 44), 0.37, 0.01);
+    EXPECT_LT(setup.opacityAt(0, 48), 0.2);
+    EXPECT_NEAR(setup.at(0, 44).blueF(), SystemColors::blue.blueF(), 0.02F);
+    DrivenOrb paused(0.5, true);
+    EXPECT_NEAR(paused.opacityAt(54, 0), 0.39, 0.01);
+    EXPECT_LT(paused.opacityAt(58, 0), 0.2);
+    EXPECT_NEAR(paused.at(54, 0).redF(), SystemColors::orange.redF(), 0.02F);
+    EXPECT_NEAR(paused.at(54, 0).greenF(), SystemColors::orange.greenF(), 0.02F);
+}
+
+TEST_F(GlowingOrbViewTest, ItsGlowFadesOverItsRadius) {
+    DrivenOrb half(0.5);
+    EXPECT_NEAR(half.opacityAt(70 + 15, 0), 0.65 * 0.16, 0.015);
+    EXPECT_NEAR(half.opacityAt(70 + 30, 0), 0.65 * 0.02, 0.01);
+    DrivenOrb paused(0.5, true);
+    EXPECT_NEAR(paused.opacityAt(56 + 7, 0), 0.39 * 0.16, 0.015);
+    EXPECT_NEAR(paused.opacityAt(56 + 15, 0), 0.39 * 0.02, 0.01);
+}
+
+TEST_F(GlowingOrbViewTest, ItsHighlightIsThreeFifthsAsWideAndLiesATenthToTheUpperLeft) {
+    DrivenOrb orb(1);
+    constexpr QPoint middle(-20, -20);
+    for (const QPoint way : {QPoint(1, 0), QPoint(-1, 0), QPoint(0, 1), QPoint(0, -1)}) {
+        const QPoint inside = middle + 57 * way;
+        const QPoint outside = middle + 63 * way;
+        EXPECT_NEAR(orb.at(inside.x(), inside.y()).blueF(), 0.3, 0.01) << way.x() << way.y();
+        EXPECT_EQ(orb.at(outside.x(), outside.y()).blue(), 0) << way.x() << way.y();
+    }
+}
+
+TEST_F(GlowingOrbViewTest, ItsHighlightFadesWithItsIntensity) {
+    DrivenOrb orb(0.1);
+    constexpr double white = 0.3 * 0.37;
+    EXPECT_NEAR(orb.opacityAt(-9, -9), white + (1 - white) * 0.37, 0.01);
+}
+
+TEST_F(GlowingOrbViewTest, ThePulseSwellsTheCircleAndItsGlowAndNotTheHighlight) {
+    DrivenOrb orb(1);
+    EXPECT_LT(orb.opacityAt(103, 0), 0.5);
+    const double glow = orb.opacityAt(150, 0);
+    orb.startAnimations();
+    orb.advance(2);
+    EXPECT_EQ(orb.opacityAt(103, 0), 1);
+    EXPECT_LT(orb.opacityAt(107, 0), 0.5);
+    EXPECT_GT(orb.opacityAt(150, 0), 1.3 * glow);
+    EXPECT_NEAR(orb.at(38, -20).blueF(), 0.3, 0.01);
+    EXPECT_EQ(orb.at(42, -20).blue(), 0);
+}
+
+TEST_F(GlowingOrbViewTest, IsNotSeenWhereItsIntensityIsBelowNothing) {
+    EXPECT_TRUE(DrivenOrb(-0.44).isInvisible());
+    EXPECT_FALSE(DrivenOrb(-0.4).isInvisible());
 }
 
 TEST_F(GlowingOrbViewTest, IsDrawnInItsColourAtItsIntensityWithItsHighlight) {
