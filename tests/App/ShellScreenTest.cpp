@@ -1,4 +1,6 @@
 #include "AppFixture.h"
+#include "ItemLook.h"
+#include "LayoutProbe.h"
 #include "MainWindow.h"
 #include "UiDriver.h"
 #include "UpdateCheck.h"
@@ -47,6 +49,12 @@ protected:
 
     ContentView &content() { return *app().contentView(); }
 
+    /// What an assistive tool is told about a tab.
+    bool isSelected(const QString &tab) { return ui().accessible(tab)->state().selected; }
+    QString keysOf(const QString &entry) {
+        return ui().find(entry, QAccessible::MenuItem)->property("keys").toString();
+    }
+
     QQmlEngine engine;
     MainWindow window{&engine};
     NoFeed updater;
@@ -64,6 +72,44 @@ TEST_F(ShellScreen, ShowsFourTabsAndTheFirstTabsScreen) {
     EXPECT_EQ(ui().names(QAccessible::PageTab),
               (QStringList{u"Timer"_s, u"Insights"_s, u"History"_s, u"Settings"_s}));
     EXPECT_TRUE(ui().has(u"Session Setup"_s));
+}
+
+TEST_F(ShellScreen, ATabShowsItsSymbolAndItsLabelAndIsSelectedWhileItsScreenIsShown) {
+    const std::vector<std::pair<QString, QString>> tabs = {{u"Timer"_s, u"timer"_s},
+                                                           {u"Insights"_s, u"chart.bar"_s},
+                                                           {u"History"_s, u"book.closed"_s},
+                                                           {u"Settings"_s, u"gear"_s}};
+    for (const auto &[label, symbol] : tabs) {
+        const QQuickItem *const tab = ui().find(label, QAccessible::PageTab);
+        ASSERT_TRUE(tab) << qPrintable(label);
+        const auto looks = test::looksOf(test::symbolsIn(tab));
+        ASSERT_EQ(looks.size(), 1U) << qPrintable(label);
+        EXPECT_EQ(looks.front().symbol, symbol);
+        EXPECT_TRUE(test::LayoutProbe(ui()).text(label).isVisible());
+        ASSERT_TRUE(ui().click(label, QAccessible::PageTab));
+        for (const auto &[other, unused] : tabs)
+            EXPECT_EQ(isSelected(other), other == label) << qPrintable(other);
+    }
+}
+
+TEST_F(ShellScreen, EachTabsScreenLiesOnThePageOfItsIndex) {
+    const std::vector<std::pair<QString, QString>> tabs = {
+        {u"Timer"_s, u"Session Setup"_s},
+        {u"Insights"_s, u"Your Focus Journey"_s},
+        {u"History"_s, u"Session History"_s},
+        {u"Settings"_s, u"Configure your AI and server preferences"_s}};
+    for (std::size_t index = 0; index < tabs.size(); ++index) {
+        const auto &[label, heading] = tabs[index];
+        ASSERT_TRUE(ui().click(label, QAccessible::PageTab));
+        ASSERT_TRUE(ui().waitUntil([&] { return ui().has(heading); })) << qPrintable(heading);
+        const QQuickItem *const page = test::around(ui().find(heading), "identity");
+        ASSERT_TRUE(page) << qPrintable(heading);
+        EXPECT_EQ(page->property("identity").toString(), u"tab-%1"_s.arg(index));
+    }
+}
+
+TEST_F(ShellScreen, ShowsNoTitleOfTheWindow) {
+    EXPECT_FALSE(ui().has(u"TARNE"_s));
 }
 
 TEST_F(ShellScreen, OffersToCloseAndToMinimizeAndNothingElse) {
@@ -126,6 +172,14 @@ TEST_F(ShellScreen, TheMenuHoldsItsThreeEntriesInOrder) {
               (QStringList{u"New Session"_s, u"Check for Updates..."_s, u"Quit TARNE"_s}));
 }
 
+TEST_F(ShellScreen, TheMenuShowsTheKeysOfItsEntries) {
+    ASSERT_TRUE(ui().click(u"Menu"_s));
+    EXPECT_EQ(keysOf(u"New Session"_s), u"Ctrl+N"_s);
+    EXPECT_EQ(keysOf(u"Check for Updates..."_s), QString());
+    EXPECT_EQ(keysOf(u"Quit TARNE"_s), u"Ctrl+Q"_s);
+    EXPECT_TRUE(test::LayoutProbe(ui()).text(u"Ctrl+N"_s).isVisible());
+}
+
 TEST_F(ShellScreen, ASecondPressOnTheMenuButtonClosesTheMenu) {
     ASSERT_TRUE(ui().click(u"Menu"_s));
     ASSERT_TRUE(ui().waitUntil([&] { return ui().has(u"Quit TARNE"_s); }));
@@ -160,6 +214,14 @@ TEST_F(ShellScreen, TheMenuIsUsedByTheKeyboardAlone) {
 
 TEST_F(ShellScreen, ControlQQuits) {
     QSignalSpy quit(&app(), &TARNEApp::quitRequested);
+    ui().key(Qt::Key_Q, Qt::ControlModifier);
+    EXPECT_EQ(quit.size(), 1);
+}
+
+TEST_F(ShellScreen, ControlQQuitsWithASheetUpAsWell) {
+    QSignalSpy quit(&app(), &TARNEApp::quitRequested);
+    ASSERT_TRUE(ui().click(u"Start Session"_s));
+    ASSERT_TRUE(ui().has(u"Select Session Duration"_s));
     ui().key(Qt::Key_Q, Qt::ControlModifier);
     EXPECT_EQ(quit.size(), 1);
 }

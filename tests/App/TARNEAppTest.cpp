@@ -87,6 +87,17 @@ TEST_F(TARNEAppTest, ReadsTheOnboardingFlagAgainOnAppearing) {
     EXPECT_TRUE(app().contentView());
 }
 
+TEST_F(TARNEAppTest, AFlagThatAppearingFindsSetIsSavedWithTheRootViewsOwnCopy) {
+    app();
+    UserPreferences others;
+    others.hasCompletedOnboarding = true;
+    others.lastGoal = u"written meanwhile"_s;
+    others.save(defaults);
+    app().windowShown();
+    EXPECT_TRUE(UserPreferences::load(defaults).hasCompletedOnboarding);
+    EXPECT_EQ(UserPreferences::load(defaults).lastGoal, QString());
+}
+
 TEST_F(TARNEAppTest, TellsTheDelegateOfTheTabsControllerOnAppearing) {
     completeOnboardingBefore();
     app();

@@ -1,3 +1,4 @@
+#include "AnimationClock.h"
 #include "UiDriver.h"
 
 #include <gtest/gtest.h>
@@ -42,6 +43,33 @@ TEST_F(TabPage, ComesInFromTheTrailingEdgeAndFades) {
     EXPECT_TRUE(ui.waitUntil([&] { return page(1).x() > 0 && page(1).x() < 900; }));
     EXPECT_GT(page(1).opacity(), 0);
     EXPECT_TRUE(ui.waitUntil([&] { return page(1).x() == 0 && page(1).opacity() == 1; }));
+}
+
+/// Animations that move on by the test's hand, from before the window is made.
+class HeldAnimations {
+protected:
+    AnimationClock animations;
+};
+
+class TabPageTransition : public HeldAnimations, public TabPage {};
+
+TEST_F(TabPageTransition, TakesThreeTenthsOfASecondEasedInAndOutInBothDirections) {
+    for (const int to : {1, 0}) {
+        const int from = 1 - to;
+        select(to);
+        ui.settle();
+        animations.pass(75);
+        EXPECT_NEAR(page(to).x(), 871, 2);
+        EXPECT_NEAR(page(to).opacity(), 0.129, 0.002);
+        EXPECT_NEAR(page(from).x(), -129, 2);
+        EXPECT_NEAR(page(from).opacity(), 0.871, 0.002);
+        animations.pass(224);
+        EXPECT_TRUE(page(from).isVisible());
+        animations.pass(1);
+        EXPECT_FALSE(page(from).isVisible());
+        EXPECT_EQ(page(to).x(), 0);
+        EXPECT_EQ(page(to).opacity(), 1);
+    }
 }
 
 TEST_F(TabPage, GoesOutToTheLeadingEdgeAndFades) {

@@ -61,8 +61,7 @@ TEST(ColorFromHex, TheScanStopsAtTheFirstCharacterThatIsNoDigit) {
     EXPECT_EQ(colorFromHex(u"FFGF00"), QColor(0, 0, 255));
 }
 
-TEST(ColorFromHex, AnAlphaPrefixOfTheScanIsNoNumber) {
-    // "0x" is a prefix of two of the six characters to the scanner's eye: 0, then a letter.
+TEST(ColorFromHex, ThePrefixOfAHexadecimalNumberEndsTheScanAtItsLetter) {
     EXPECT_EQ(colorFromHex(u"0xFFFF"), QColor(0, 0, 0));
 }
 

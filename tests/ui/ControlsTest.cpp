@@ -105,17 +105,6 @@ INSTANTIATE_TEST_SUITE_P(
         ButtonCase{"Icon", u"IconButton { symbol: 'xmark'; accessibleLabel: 'Go'; % }"_s}),
     [](const auto &button) { return std::string(button.param.name); });
 
-TEST(PrimaryButton, StepsBackWhilePressedAndReturnsOverTwoTenthsOfASecond) {
-    UiDriver ui(column(u"PrimaryButton { text: 'Go' }"_s));
-    QQuickItem *const button = ui.find(u"Go"_s);
-    const QPointF middle = button->mapToScene(QPointF(10, 10));
-    ui.press(middle);
-    EXPECT_TRUE(ui.waitUntil([&] { return button->opacity() < 0.9001; }));
-    ui.release(middle);
-    EXPECT_LT(button->opacity(), 1.0);
-    EXPECT_TRUE(ui.waitUntil([&] { return button->opacity() == 1.0; }));
-}
-
 TEST(PrimaryButton, IsAtLeastAsWideAsAsked) {
     const UiDriver ui(column(u"PrimaryButton { text: 'Go'; minimumWidth: 140 }"_s));
     EXPECT_EQ(ui.find(u"Go"_s)->width(), 140);

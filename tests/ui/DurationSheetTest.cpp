@@ -1,5 +1,8 @@
 #include "DurationPickerView.h"
+#include "ItemLook.h"
+#include "LayoutProbe.h"
 #include "ScreenFixture.h"
+#include "TARNEStyle.h"
 
 #include <QProperty>
 
@@ -10,6 +13,8 @@ using testing::ElementsAre;
 
 namespace tarne::test {
 namespace {
+
+using Fonts = TARNEStyle::Typography;
 
 class DurationSheetTest : public TimerScreenTest {
 protected:
@@ -194,6 +199,39 @@ TEST_F(DurationPickerPanelTest, HasNothingToCloseAndNothingToGoOnTo) {
         ElementsAre(u"Select Session Duration"_s, u"Selected Duration:"_s, u"25 minutes"_s));
     EXPECT_EQ(ui.names(QAccessible::Button), (QStringList{u"15 min"_s, u"25 min"_s, u"45 min"_s,
                                                           u"60 min"_s, u"Custom Duration"_s}));
+}
+
+TEST_F(DurationPickerPanelTest, WritesItsTitleItsMessageAndItsSummaryInItsOwnFonts) {
+    picker.toggleCustomInput();
+    picker.setCustomDuration(u"200"_s);
+    ASSERT_TRUE(ui.waitUntil([&] { return ui.has(u"Duration must be at most 180 minutes"_s); }));
+    LayoutProbe probe(ui);
+    const QQuickItem &title = probe.item(u"Select Session Duration"_s);
+    EXPECT_EQ(LayoutProbe::font(title), Fonts::heading2());
+    EXPECT_EQ(LayoutProbe::place(title).top(), 16);
+    EXPECT_NEAR(LayoutProbe::place(title).center().x(), 180, 1);
+    const QQuickItem &error = probe.item(u"Duration must be at most 180 minutes"_s);
+    EXPECT_EQ(LayoutProbe::font(error), Fonts::form());
+    EXPECT_EQ(LayoutProbe::color(error), TARNEStyle::Colors::warning);
+    EXPECT_EQ(LayoutProbe::font(probe.item(u"Selected Duration:"_s)), Fonts::form());
+    EXPECT_EQ(LayoutProbe::font(probe.item(u"25 minutes"_s)), Fonts::bodyLarge());
+}
+
+TEST_F(DurationPickerPanelTest, LiesOnTheBackgroundWithASmallShadowThatFallsNowhere) {
+    const QQuickItem &shadow = *ui.root()->childItems().at(0);
+    EXPECT_EQ(LayoutProbe::color(shadow), TARNEStyle::Colors::shadow);
+    EXPECT_EQ(shadow.property("blurRadius"), 4);
+    EXPECT_EQ(shadow.property("offsetX"), 0);
+    EXPECT_EQ(shadow.property("offsetY"), 0);
+    const auto ground = groundOf(*ui.root()->childItems().at(1));
+    EXPECT_EQ(ground, std::pair(TARNEStyle::Colors::background, 8.0));
+}
+
+TEST_F(DurationPickerPanelTest, IsAsWideAsItsPlace) {
+    EXPECT_EQ(ui.find(u"15 min"_s)->width(), std::floor((360 - 2 * 16 - 3 * 8) / 4.0));
+    ui.view().resize(500, 300);
+    ui.settle();
+    EXPECT_EQ(ui.find(u"15 min"_s)->width(), std::floor((500 - 2 * 16 - 3 * 8) / 4.0));
 }
 
 TEST_F(DurationPickerPanelTest, StoresAChoiceAtOnce) {

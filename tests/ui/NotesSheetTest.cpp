@@ -115,6 +115,24 @@ TEST_F(NotesSheetTest, LosesTheFocusATenthOfASecondAfterTheApplicationCameBack) 
     EXPECT_EQ(view().sessionNotes()->sessionGoal(), u""_s);
 }
 
+TEST_F(NotesSheetTest, TakesTheFocusFromWhateverHasIt) {
+    openNotesSheet();
+    while (ui().focusedName() != u"Close"_s)
+        ui().tab();
+    center.post(notifications::didBecomeActive);
+    passAndSettle(0.1);
+    EXPECT_NE(ui().focusedName(), u"Close"_s);
+    ui().key(Qt::Key_Space);
+    EXPECT_TRUE(view().showSessionNotes());
+}
+
+TEST_F(NotesSheetTest, ShowsTheArrowAgainBesideTheCloseButton) {
+    openNotesSheet();
+    ASSERT_EQ(ui().cursorOver(u"Close"_s), Qt::PointingHandCursor);
+    ui().hover(ui().find(u"Close"_s)->mapToScene(QPointF(-20, 11)));
+    EXPECT_EQ(ui().view().cursor().shape(), Qt::ArrowCursor);
+}
+
 TEST_F(NotesSheetTest, IsReachedByTabAgainAfterItLostTheFocus) {
     openNotesSheet();
     center.post(notifications::didBecomeActive);

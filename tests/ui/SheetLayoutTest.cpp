@@ -1,8 +1,7 @@
+#include "AnimationClock.h"
 #include "LayoutProbe.h"
 #include "ScreenFixture.h"
 #include "TARNEStyle.h"
-
-#include <QFontMetricsF>
 
 using namespace Qt::StringLiterals;
 
@@ -26,6 +25,37 @@ class SheetLayout : public TimerScreenTest {
 protected:
     LayoutProbe probe() { return LayoutProbe(ui()); }
     QQuickItem &panel(const QString &name) { return probe().item(name, QAccessible::Dialog); }
+    QRectF summaryBox() {
+        return LayoutProbe::place(
+            *probe().item(u"Selected Duration:"_s).parentItem()->parentItem());
+    }
+
+    /// The shadow and the box that lie behind a preset's button.
+    std::pair<const QQuickItem &, const QQuickItem &> behindPreset(const QString &preset) {
+        const QQuickItem &button = probe().item(preset);
+        for (const QQuickItem *const child : button.childItems()) {
+            if (child->z() < -1)
+                return {*child->childItems().at(0), *child->childItems().at(1)};
+        }
+        ADD_FAILURE() << "nothing lies behind it";
+        return {button, button};
+    }
+
+    /// A bar of 36 by 5 points at the top, in the middle.
+    void expectDragIndicator(const QQuickItem &sheet) {
+        const QRectF place = LayoutProbe::place(sheet);
+        const QImage picture = ui().picture();
+        const auto shown = [&](double x, double y) {
+            return picture.pixelColor(QPointF(place.center().x() + x, place.top() + y).toPoint()) !=
+                   LayoutProbe::color(sheet);
+        };
+        for (const double x : {-16.0, 0.0, 15.0})
+            EXPECT_TRUE(shown(x, 7)) << x;
+        for (const double x : {-20.0, 20.0})
+            EXPECT_FALSE(shown(x, 7)) << x;
+        EXPECT_FALSE(shown(0, 3));
+        EXPECT_FALSE(shown(0, 12));
+    }
 };
 
 TEST_F(SheetLayout, TheDurationSheetLiesOnACardOfItsOwnNumbers) {
@@ -55,6 +85,24 @@ TEST_F(SheetLayout, TheDurationSheetKeepsItsPaddingAndItsSpacing) {
     EXPECT_EQ(go.bottom(), sheet.bottom() - 16);
     EXPECT_GE(go.width(), 100);
     EXPECT_EQ(probe().item(u"Continue"_s).property("minimumWidth"), 100);
+}
+
+TEST_F(SheetLayout, TheDurationSheetsRowsStandSixteenPointsApart) {
+    openDurationSheet();
+    const QRectF title = probe().place(u"Select Session Duration"_s, QAccessible::StaticText);
+    EXPECT_NEAR(probe().place(u"Close"_s).center().y(), title.center().y(), 0.5);
+    const QRectF presets = LayoutProbe::place(*probe().item(u"15 min"_s).parentItem());
+    EXPECT_EQ(presets.top(), title.bottom() + 16);
+    EXPECT_EQ(summaryBox().top(), probe().place(u"Custom Duration"_s).bottom() + 16);
+    EXPECT_EQ(probe().place(u"Continue"_s).top(), summaryBox().bottom() + 16);
+}
+
+TEST_F(SheetLayout, TheFirstTwoSheetsShowTheirDragIndicator) {
+    openDurationSheet();
+    expectDragIndicator(panel(u"Select Session Duration"_s));
+    ASSERT_TRUE(ui().click(u"Continue"_s));
+    passAndSettle(0.3);
+    expectDragIndicator(panel(u"Session Goal"_s));
 }
 
 TEST_F(SheetLayout, TheDurationSheetWritesInItsTokens) {
@@ -98,6 +146,22 @@ TEST_F(SheetLayout, TheSelectedPresetStandsOutAndTheOthersDoNot) {
     EXPECT_EQ(LayoutProbe::font(unit(u"25"_s)), Fonts::caption());
     EXPECT_EQ(LayoutProbe::color(unit(u"25"_s)), Colors::accent);
     EXPECT_EQ(LayoutProbe::color(unit(u"45"_s)), Colors::secondaryText);
+}
+
+TEST_F(SheetLayout, TheSelectedPresetHasAGroundAndAGlowAndTheOthersHaveNone) {
+    openDurationSheet();
+    const auto [shadow, ground] = behindPreset(u"25 min"_s);
+    EXPECT_EQ(LayoutProbe::color(shadow), faded(Colors::accent, 0.3F));
+    EXPECT_EQ(shadow.property("blurRadius"), 4);
+    EXPECT_EQ(shadow.property("cornerRadius"), 8);
+    EXPECT_EQ(shadow.property("offsetX"), 0);
+    EXPECT_EQ(shadow.property("offsetY"), 0);
+    EXPECT_EQ(LayoutProbe::color(ground), faded(Colors::accent, 0.1F));
+    EXPECT_EQ(ground.property("radius"), 8);
+    EXPECT_EQ(ground.parentItem()->opacity(), 1);
+    EXPECT_EQ(probe().item(u"25 min"_s).scale(), 1.05);
+    EXPECT_EQ(behindPreset(u"45 min"_s).second.parentItem()->opacity(), 0);
+    EXPECT_EQ(probe().item(u"45 min"_s).scale(), 1);
 }
 
 TEST_F(SheetLayout, AnotherPresetTakesItsLookOverTwoTenthsOfASecond) {
@@ -146,69 +210,76 @@ TEST_F(SheetLayout, SetIsDisabledByTheMessageOfAnEmptyFieldUntilTheNextGoodText)
     EXPECT_TRUE(ui().isEnabled(u"Set"_s));
 }
 
-TEST_F(SheetLayout, TheNotesSheetLiesOnACardOfItsOwnNumbers) {
-    openNotesSheet();
-    const QQuickItem &sheet = panel(u"Session Goal"_s);
-    EXPECT_EQ(sheet.size(), QSizeF(520, 400));
-    EXPECT_EQ(LayoutProbe::color(sheet), SystemColors::regularMaterial);
-    EXPECT_EQ(sheet.property("cornerRadius"), 16);
-    EXPECT_EQ(sheet.property("shadowColor").value<QColor>(), faded(Qt::black, 0.08F));
-    EXPECT_EQ(sheet.property("shadowRadius"), 24);
-    EXPECT_EQ(sheet.property("shadowOffset"), 8);
+/// The sheets with animations that move on by the test's hand.
+class SheetAnimation : public SheetLayout {
+protected:
+    /// Draws frames until everything has its place.
+    void layOut() {
+        for (int frame = 0; frame < 3; ++frame)
+            EXPECT_FALSE(ui().picture().isNull());
+    }
+
+    AnimationClock animations;
+};
+
+TEST_F(SheetAnimation, TheCustomRowStandsBetweenItsButtonAndTheSummary) {
+    openDurationSheet();
+    animations.pass(1000);
+    ASSERT_TRUE(ui().click(u"Custom Duration"_s));
+    animations.pass(350);
+    layOut();
+    const QRectF custom = probe().place(u"Custom Duration"_s);
+    const QRectF set = probe().place(u"Set"_s);
+    EXPECT_EQ(set.top(), custom.bottom() + 16);
+    EXPECT_NEAR(probe().place(u"5-180"_s).center().y(), set.center().y(), 0.5);
+    EXPECT_NEAR(probe().place(u"minutes"_s).center().y(), set.center().y(), 0.5);
+    EXPECT_EQ(probe().place(u"minutes"_s).left(), probe().place(u"5-180"_s).right() + 8);
+    EXPECT_EQ(set.left(), probe().place(u"minutes"_s).right() + 8);
+    EXPECT_EQ(summaryBox().top(), set.bottom() + 16);
+    view().durationSelection()->setCustomDuration(u"3"_s);
+    layOut();
+    animations.pass(350);
+    layOut();
+    const QRectF error = probe().place(u"Duration must be at least 5 minutes"_s);
+    EXPECT_GE(error.top(), probe().place(u"Set"_s).bottom());
+    EXPECT_EQ(summaryBox().top(), error.bottom() + 16);
 }
 
-TEST_F(SheetLayout, TheNotesSheetsTitleAndEditorAreAsTold) {
-    openNotesSheet();
-    const QRectF sheet = LayoutProbe::place(panel(u"Session Goal"_s));
-    const QQuickItem &title = probe().item(u"Session Goal"_s, QAccessible::StaticText);
-    EXPECT_EQ(LayoutProbe::place(title).left(), sheet.left() + 40);
-    EXPECT_EQ(LayoutProbe::font(title).pixelSize(), 24);
-    EXPECT_NEAR(LayoutProbe::font(title).letterSpacing(), -0.3, 0.01);
-    EXPECT_EQ(LayoutProbe::color(title), SystemColors::label);
-    const QQuickItem &editor = probe().item(u"Session Goal"_s, QAccessible::EditableText);
-    const QRectF area = LayoutProbe::place(*editor.parentItem()->parentItem());
-    EXPECT_EQ(area.height(), 280);
-    EXPECT_EQ(area.top(), LayoutProbe::place(title).bottom() + 40);
-    EXPECT_EQ(LayoutProbe::font(editor).pixelSize(), 17);
-    EXPECT_EQ(LayoutProbe::font(editor).weight(), QFont::Light);
-    EXPECT_EQ(LayoutProbe::color(editor), SystemColors::label);
+TEST_F(SheetAnimation, TheCustomRowComesAndGoesUnderTheDefaultAnimation) {
+    openDurationSheet();
+    animations.pass(1000);
+    ASSERT_TRUE(ui().click(u"Custom Duration"_s));
+    animations.pass(175);
+    const QQuickItem &row = *probe().item(u"Set"_s).parentItem()->parentItem();
+    EXPECT_NEAR(row.height(), row.property("fullHeight").toDouble() / 2, 1);
+    EXPECT_NEAR(row.opacity(), 0.5, 0.01);
+    animations.pass(175);
+    EXPECT_EQ(row.height(), row.property("fullHeight").toDouble());
+    EXPECT_EQ(row.opacity(), 1);
+    ASSERT_TRUE(ui().click(u"Custom Duration"_s));
+    animations.pass(175);
+    EXPECT_NEAR(row.opacity(), 0.5, 0.01);
+    animations.pass(175);
+    EXPECT_FALSE(row.isVisible());
 }
 
-TEST_F(SheetLayout, TheNotesSheetsLinesStandTwoPointsFurtherApart) {
-    openNotesSheet();
-    const QQuickItem &editor = probe().item(u"Session Goal"_s, QAccessible::EditableText);
-    ui().type(u"one"_s);
-    const double one = editor.property("contentHeight").toDouble();
-    ui().key(Qt::Key_Return);
-    ui().type(u"two"_s);
-    ui().settle();
-    const double line = QFontMetricsF(LayoutProbe::font(editor)).height();
-    EXPECT_NEAR(editor.property("contentHeight").toDouble() - one, line + 2, 1);
-}
-
-TEST_F(SheetLayout, TheStartButtonIsSmallAndGreyUntilThereIsAGoal) {
-    openNotesSheet();
-    const QQuickItem &start = probe().item(u"Start session"_s);
-    EXPECT_EQ(start.size(), QSizeF(36, 36));
-    EXPECT_EQ(start.parentItem()->scale(), 0.95);
-    const QPointF ground = LayoutProbe::place(start).center() + QPointF(0, 14);
-    const auto shown = [&] { return ui().picture().pixelColor(ground.toPoint()); };
-    EXPECT_NEAR(shown().red(), shown().blue(), 2);
-    ui().type(u"R"_s);
-    EXPECT_TRUE(ui().waitUntil([&] { return start.parentItem()->scale() == 1; }));
-    EXPECT_TRUE(ui().waitUntil([&] { return shown() == Colors::accent; }));
-}
-
-TEST_F(SheetLayout, TheNotesSheetsControlsStandAtTheLowerRight) {
-    openNotesSheet();
-    const QQuickItem &editor = probe().item(u"Session Goal"_s, QAccessible::EditableText);
-    const QRectF area = LayoutProbe::place(*editor.parentItem()->parentItem());
-    const QRectF start = probe().place(u"Start session"_s);
-    EXPECT_NEAR(start.center().y(), area.bottom() - 16 - 18, 0.01);
-    EXPECT_NEAR(start.center().x(), area.right() - 18, 0.01);
-    const QRectF close = probe().place(u"Close"_s);
-    EXPECT_EQ(close.width(), 22);
-    EXPECT_EQ(close.right(), area.right());
+TEST_F(SheetAnimation, ASelectedPresetGrowsAndGlowsOverTwoTenthsOfASecondEasedInAndOut) {
+    openDurationSheet();
+    const QQuickItem &next = probe().item(u"45 min"_s);
+    const QQuickItem &former = probe().item(u"25 min"_s);
+    const QQuickItem &glow = *behindPreset(u"45 min"_s).second.parentItem();
+    animations.pass(1000);
+    ASSERT_TRUE(ui().click(u"45 min"_s));
+    animations.pass(50);
+    EXPECT_NEAR(next.scale(), 1 + 0.05 * 0.129, 0.001);
+    EXPECT_NEAR(former.scale(), 1.05 - 0.05 * 0.129, 0.001);
+    EXPECT_NEAR(glow.opacity(), 0.129, 0.01);
+    animations.pass(149);
+    EXPECT_LT(next.scale(), 1.05);
+    animations.pass(1);
+    EXPECT_EQ(next.scale(), 1.05);
+    EXPECT_EQ(former.scale(), 1);
+    EXPECT_EQ(glow.opacity(), 1);
 }
 
 } // namespace

@@ -1,4 +1,6 @@
+#include "AnimationClock.h"
 #include "GlowingOrbView.h"
+#include "ItemLook.h"
 #include "LayoutProbe.h"
 #include "ScreenFixture.h"
 #include "TARNEStyle.h"
@@ -91,6 +93,16 @@ TEST_F(TimerLayout, PutsTheBadgeBetweenTitleAndDisplay) {
     expectDisplayBelow(badge.bottom(), u"00:25:00"_s);
 }
 
+TEST_F(TimerLayout, PadsItsStackAtTheSidesAndAtTheBottom) {
+    const QQuickItem *const face = probe().item(u"Start Session"_s).parentItem()->parentItem();
+    EXPECT_EQ(LayoutProbe::place(*face).left(), 16);
+    EXPECT_EQ(LayoutProbe::place(*face).right(), 1000 - 16);
+    const QQuickItem *const scroll = around(face, "contentHeight");
+    ASSERT_TRUE(scroll);
+    EXPECT_EQ(scroll->property("contentHeight").toDouble(), face->height() + 16);
+    EXPECT_EQ(LayoutProbe::color(*ui().root()), Colors::background);
+}
+
 TEST_F(TimerLayout, WritesInTheFontsAndColoursOfItsTokens) {
     EXPECT_EQ(LayoutProbe::font(probe().item(u"Session Setup"_s)), Fonts::heading1());
     const QQuickItem &line = probe().item(u"Configure your focus session and start stillhour"_s);
@@ -138,6 +150,15 @@ TEST_F(TimerLayout, TheOrbGrowsWithTheTimeThatHasPassed) {
     EXPECT_TRUE(orb().pulseAnimation());
 }
 
+TEST_F(TimerLayout, TheOrbOfSetupPulsesAgainAfterASession) {
+    startSession(u"Review"_s);
+    passAndSettle(60);
+    view().completeSession();
+    ui().settle();
+    EXPECT_EQ(orb().look(), orbLook(0.1, false));
+    EXPECT_TRUE(orb().pulseAnimation());
+}
+
 TEST_F(TimerLayout, TheOrbIsOrangeWhilePausedAndStillIsAfterAnotherTab) {
     startSession(u"Review"_s);
     ASSERT_TRUE(ui().click(u"Pause"_s));
@@ -160,6 +181,32 @@ TEST_F(TimerLayout, BothFirstSheetsShowADragIndicator) {
     passAndSettle(0.3);
     EXPECT_EQ(probe().item(u"Session Goal"_s, QAccessible::Dialog).property("hasDragIndicator"),
               true);
+}
+
+/// The screen with animations that move on by the test's hand.
+class TimerAnimation : public TimerLayout {
+protected:
+    AnimationClock animations;
+};
+
+TEST_F(TimerAnimation, TheBadgeComesAndGoesByScaleAndOpacity) {
+    startSession(u"Review"_s);
+    animations.pass(1000);
+    ASSERT_TRUE(ui().click(u"Pause"_s));
+    EXPECT_FALSE(ui().has(u"⏸️ Paused"_s));
+    animations.pass(175);
+    const QQuickItem &badge = *probe().item(u"⏸️ Paused"_s).parentItem();
+    EXPECT_THAT(badge.opacity(), DoubleNear(0.5, 0.01));
+    EXPECT_THAT(badge.scale(), DoubleNear(0.5, 0.01));
+    animations.pass(175);
+    EXPECT_EQ(badge.opacity(), 1);
+    EXPECT_EQ(badge.scale(), 1);
+    ASSERT_TRUE(ui().click(u"Resume"_s));
+    animations.pass(175);
+    EXPECT_THAT(badge.opacity(), DoubleNear(0.5, 0.01));
+    EXPECT_THAT(badge.scale(), DoubleNear(0.5, 0.01));
+    animations.pass(175);
+    EXPECT_FALSE(badge.isVisible());
 }
 
 } // namespace
