@@ -71,29 +71,54 @@ void QtRunLoop::runDueBlocks() {
 
 void QtRunLoop::armWakeUp() {
     const std::lock_guard lock(m_mutex);
-    if (m_entries.empty())
-        return;
-    const auto wait = ceil<milliseconds>(m_entries.top().due - steady_clock::now());
-    m_wakeUp.start(std::clamp<milliseconds>(wait, 0ms, longestWait));
+    if (!m_entries.empty())
+        startUntil(m_wakeUp, m_entries.top().due);
+}
+
+void QtRunLoop::startUntil(QTimer &timer, MonotonicTime due) {
+    const auto wait = ceil<milliseconds>(due - steady_clock::now());
+    timer.start(std::clamp<milliseconds>(wait, 0ms, longestWait));
 }
 
 RunLoop::Timer QtRunLoop::scheduleRepeating(Seconds interval, Block block) {
     const quint64 id = m_nextTimer++;
-    auto timer = std::make_unique<QTimer>();
+    auto repeating = std::make_unique<Repeating>();
+    repeating->interval = duration_cast<steady_clock::duration>(interval);
+    repeating->due = steady_clock::now() + repeating->interval;
+    repeating->block = std::move(block);
+    QTimer &timer = repeating->timer;
+    timer.setSingleShot(true);
     // Coarse timers are aligned to whole seconds, which would make all timers of an interval fire
-    // together, whatever their phase.
-    timer->setTimerType(Qt::PreciseTimer);
-    connect(timer.get(), &QTimer::timeout, this, std::move(block));
-    timer->start(duration_cast<milliseconds>(interval));
-    m_timers.emplace(id, std::move(timer));
+    // together, whatever their phase. Repeating ones fall into step as well: those that a busy
+    // thread made miss a firing begin anew together.
+    timer.setTimerType(Qt::PreciseTimer);
+    connect(&timer, &QTimer::timeout, this, [&fired = *repeating] { fire(fired); });
+    startUntil(timer, repeating->due);
+    m_timers.emplace(id, std::move(repeating));
     return Timer{id};
+}
+
+void QtRunLoop::fire(Repeating &repeating) {
+    const MonotonicTime now = steady_clock::now();
+    const bool isDue = now >= repeating.due;
+    if (isDue)
+        repeating.due = nextFiring(repeating.due, repeating.interval, now);
+    startUntil(repeating.timer, repeating.due);
+    // Last: the block may end the timer.
+    if (isDue)
+        repeating.block();
+}
+
+QtRunLoop::MonotonicTime QtRunLoop::nextFiring(MonotonicTime due, MonotonicTime::duration interval,
+                                               MonotonicTime now) {
+    return now < due ? due : due + ((now - due) / interval + 1) * interval;
 }
 
 void QtRunLoop::invalidate(Timer timer) {
     const auto found = m_timers.find(static_cast<quint64>(timer));
     if (found == m_timers.end())
         return;
-    found->second->stop();
+    found->second->timer.stop();
     // The block may be running right now, on the timer's own signal.
     m_endedTimers.push_back(std::move(found->second));
     m_timers.erase(found);

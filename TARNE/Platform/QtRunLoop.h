@@ -31,12 +31,17 @@ public:
     Timer scheduleRepeating(Seconds interval, Block block) override;
     void invalidate(Timer timer) override;
 
+    using MonotonicTime = std::chrono::steady_clock::time_point;
+
+    /// The moment after `now` at which a repeating timer that was due at `due` fires next: a whole
+    /// number of intervals after `due`, however late the thread is. `interval` is positive.
+    [[nodiscard]] static MonotonicTime
+    nextFiring(MonotonicTime due, MonotonicTime::duration interval, MonotonicTime now);
+
 protected:
     bool event(QEvent *event) override;
 
 private:
-    using MonotonicTime = std::chrono::steady_clock::time_point;
-
     struct Entry {
         MonotonicTime due;
         quint64 sequence;
@@ -48,9 +53,18 @@ private:
         }
     };
 
+    struct Repeating {
+        MonotonicTime due;
+        MonotonicTime::duration interval;
+        Block block;
+        QTimer timer; ///< For the next firing alone.
+    };
+
     void enqueue(MonotonicTime due, Block block);
     void runDueBlocks();
     void armWakeUp();
+    static void fire(Repeating &repeating);
+    static void startUntil(QTimer &timer, MonotonicTime due);
 
     std::mutex m_mutex;
     std::priority_queue<Entry> m_entries;
@@ -58,10 +72,10 @@ private:
     bool m_wakeUpPosted = false;
 
     QTimer m_wakeUp;
-    std::unordered_map<quint64, std::unique_ptr<QTimer>> m_timers;
+    std::unordered_map<quint64, std::unique_ptr<Repeating>> m_timers;
     quint64 m_nextTimer = 1;
     /// Invalidated timers, until none of them can be on the stack.
-    std::vector<std::unique_ptr<QTimer>> m_endedTimers;
+    std::vector<std::unique_ptr<Repeating>> m_endedTimers;
 };
 
 } // namespace tarne

@@ -31,8 +31,9 @@ public:
     /// centuries as a century. Callable from any thread.
     virtual void asyncAfter(Seconds delay, Block block) = 0;
 
-    /// Runs `block` every `interval`, first after one interval, until `invalidate`. Firings missed
-    /// while the thread was busy are not made up for. Main thread only.
+    /// Runs `block` every `interval`, which is positive, first after one interval, until
+    /// `invalidate`. Firings missed while the thread was busy are not made up for, and the later
+    /// ones keep their phase. Main thread only.
     [[nodiscard]] virtual Timer scheduleRepeating(Seconds interval, Block block) = 0;
 
     /// Ends a repeating timer, also from inside its own block. An ended or unknown timer is

@@ -14,9 +14,9 @@ using namespace std::chrono_literals;
 namespace tarne {
 namespace {
 
-/// Serves the event loop until `done` holds, for ten seconds at most.
+/// Serves the event loop until `done` holds, for twenty seconds at most.
 void serveUntil(const std::function<bool()> &done) {
-    const QDeadlineTimer deadline(10s);
+    const QDeadlineTimer deadline(20s);
     while (!done() && !deadline.hasExpired())
         QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents | QEventLoop::AllEvents, 50);
     ASSERT_TRUE(done());
@@ -88,6 +88,38 @@ TEST(QtRunLoop, ARepeatingTimerFiresUntilItIsInvalidatedFromItsOwnBlock) {
     loop.asyncAfter(100ms, [&] { later = true; });
     serveUntil([&] { return later; });
     EXPECT_EQ(fired, 3);
+}
+
+TEST(QtRunLoop, ARepeatingTimerFiresAtWholeIntervalsAfterItsStartHoweverLateItIs) {
+    const QtRunLoop::MonotonicTime due{10s};
+    const auto nextFiring = [&](QtRunLoop::MonotonicTime::duration late) {
+        return QtRunLoop::nextFiring(due, 1s, due + late) - due;
+    };
+    EXPECT_EQ(nextFiring(0s), 1s);
+    EXPECT_EQ(nextFiring(1ms), 1s);
+    EXPECT_EQ(nextFiring(999ms), 1s);
+    EXPECT_EQ(nextFiring(1s), 2s) << "the one that was missed is not made up for";
+    EXPECT_EQ(nextFiring(2400ms), 3s);
+    EXPECT_EQ(nextFiring(48h + 1ms), 48h + 1s);
+    EXPECT_EQ(nextFiring(-1ms), 0s) << "it is yet to come";
+}
+
+TEST(QtRunLoop, ARepeatingTimerKeepsItsPhaseWhenTheThreadWasBusy) {
+    using Clock = std::chrono::steady_clock;
+    constexpr auto interval = 100ms;
+    QtRunLoop loop;
+    const auto start = Clock::now();
+    bool wasBusy = false;
+    bool isInPhase = false;
+    const auto timer = loop.scheduleRepeating(interval, [&] {
+        const auto late = (Clock::now() - start) % interval;
+        isInPhase = wasBusy && late < interval / 5;
+        if (!std::exchange(wasBusy, true))
+            std::this_thread::sleep_until(start + interval * 7 / 2);
+    });
+    // Any firing that is on time will do: one that has lost its phase is not, time after time.
+    serveUntil([&] { return isInPhase; });
+    loop.invalidate(timer);
 }
 
 TEST(QtRunLoop, InvalidatingAnUnknownTimerDoesNothing) {
