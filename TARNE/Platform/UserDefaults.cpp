@@ -28,12 +28,16 @@ double leadingNumber(const QString &text) {
     const QByteArray latin = text.trimmed().toLatin1();
     const char *begin = latin.constData();
     const char *const end = begin + latin.size();
-    if (begin != end && *begin == '+')
+    const bool isNegative = begin != end && *begin == '-';
+    if (begin != end && (*begin == '+' || *begin == '-'))
         ++begin;
+    // Words such as "information" and "nano" begin with what is a number to the library.
+    if (begin == end || (*begin != '.' && (*begin < '0' || *begin > '9')))
+        return 0.0;
     double value = 0.0;
     if (std::from_chars(begin, end, value, std::chars_format::fixed).ec != std::errc())
         return 0.0;
-    return value;
+    return isNegative ? -value : value;
 }
 
 qint64 saturated(double value) {

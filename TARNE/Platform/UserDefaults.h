@@ -31,8 +31,8 @@ public:
     // Reads that coerce as the original store does; an absent or unfit value is the zero value of
     // the result, or none.
 
-    /// True for true, a number other than 0, and the texts "YES", "TRUE" (in any case) or a text
-    /// that begins with a number other than 0.
+    /// True for true, a number other than 0, and a text that begins, after white space, with "Y" or
+    /// "T" (in either case) or with a number other than 0.
     [[nodiscard]] bool boolForKey(const QString &key) const;
     /// The number, 1 for true, or the number that a text begins with; a double is truncated and
     /// saturated.
