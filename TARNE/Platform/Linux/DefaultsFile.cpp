@@ -25,7 +25,7 @@ namespace {
 /// at most.
 constexpr int busyTimeoutMilliseconds = 250;
 
-/// The length at which the log is merged into the file: 4 MiB, half an hour of a session.
+/// The length at which the log is merged into the file: 4 MiB, about four minutes of a session.
 constexpr int longLogPages = 512;
 
 DefaultsFault::Kind kindOf(const SQLite::Exception &exception) {

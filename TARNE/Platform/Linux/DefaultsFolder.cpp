@@ -120,9 +120,8 @@ QString DefaultsFolder::setAsideAndReplace(Date now) const {
     const QByteArray from = QFile::encodeName(file());
     const QByteArray aside = QFile::encodeName(m_path + u'/' + name);
     const QByteArray replacement = QFile::encodeName(scratchFile());
-    // A second name first, so that a kill in between leaves the damaged file to be found again, and
-    // not an empty place, which would read as a first start. Where the disk knows no second names,
-    // that has to be risked.
+    // A second name first, so that a kill in between leaves the damaged file to be found again and
+    // no empty place. Where the disk knows no second names, that has to be risked.
     if (::link(from.constData(), aside.constData()) != 0 &&
         ::rename(from.constData(), aside.constData()) != 0)
         throwSystemError("setting the file aside");

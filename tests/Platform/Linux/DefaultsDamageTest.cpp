@@ -91,6 +91,13 @@ TEST_F(DefaultsDamage, ByTruncationToNothingRestoresFromTheCopy) {
     expectOneLineThatSays("it is empty");
 }
 
+TEST_F(DefaultsDamage, ByDeletionOfTheFileRestoresFromTheCopy) {
+    ASSERT_TRUE(QFile::remove(file()));
+    open();
+    expectOnlyTheRestorableKeysOfTheCopy();
+    expectOneLineThatSays("it is empty");
+}
+
 TEST_F(DefaultsDamage, OfAFileThatIsNoDatabaseRestoresFromTheCopy) {
     ASSERT_TRUE(QFile::resize(file(), 0));
     overwrite(file(), 0,

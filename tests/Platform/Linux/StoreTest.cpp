@@ -48,7 +48,7 @@ QStringList StoreDiagnostics::lines() {
 }
 
 bool eventually(const std::function<bool()> &condition) {
-    const QDeadlineTimer deadline(10'000);
+    const QDeadlineTimer deadline(20'000);
     while (!condition()) {
         if (deadline.hasExpired())
             return false;

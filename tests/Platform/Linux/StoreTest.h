@@ -35,7 +35,7 @@ public:
     static QStringList lines();
 };
 
-/// Waits, without blocking the event loop, until `condition` holds; false after ten seconds.
+/// Waits, without blocking the event loop, until `condition` holds; false after twenty seconds.
 [[nodiscard]] bool eventually(const std::function<bool()> &condition);
 
 /// A store in a temporary folder with a real file, under a manual clock and run loop.

@@ -1,0 +1,52 @@
+// What a power cut would leave: what the system was told to bring to the disk.
+
+#include "StoreTest.h"
+
+#include <array>
+#include <atomic>
+#include <string_view>
+
+#include <sys/syscall.h>
+#include <unistd.h>
+
+namespace {
+
+std::atomic<int> logSyncs = 0;
+
+bool isLog(int file) {
+    std::array<char, 4096> path{};
+    const std::string link = "/proc/self/fd/" + std::to_string(file);
+    const ssize_t size = ::readlink(link.c_str(), path.data(), path.size());
+    return size > 0 &&
+           std::string_view(path.data(), static_cast<std::size_t>(size)).ends_with("-wal");
+}
+
+} // namespace
+
+/// Takes the place of the system's, for SQLite too, and notes what is done to the store's log.
+extern "C" [[gnu::visibility("default")]] int fdatasync(int file) {
+    const auto result = ::syscall(SYS_fdatasync, file);
+    if (result == 0 && isLog(file))
+        ++logSyncs;
+    return static_cast<int>(result);
+}
+
+namespace tarne::test {
+namespace {
+
+class DefaultsSync : public StoreTest {};
+
+TEST_F(DefaultsSync, EveryCommitIsOnTheDiskBeforeAnyoneSeesIt) {
+    open();
+    for (qint64 number = 1; number <= 5; ++number) {
+        const int before = logSyncs;
+        store().setObject(key, number);
+        store().synchronize();
+        runPosted();
+        ASSERT_TRUE(comesToHold(key, std::to_string(number)));
+        EXPECT_GT(logSyncs, before);
+    }
+}
+
+} // namespace
+} // namespace tarne::test
