@@ -159,10 +159,31 @@ TEST_F(SessionPreferences, RefuseALengthThatIsNoNumber) {
     EXPECT_FALSE(controller().updateSessionDuration(std::numeric_limits<double>::quiet_NaN()));
 }
 
+TEST_F(SessionPreferences, KeepAllButTheFieldThatAnOperationIsFor) {
+    UserPreferences expected{.defaultDuration = 900.0,
+                             .defaultBlockedApps = {u"Mail"_s},
+                             .defaultBlockedWebsites = {u"news.example"_s},
+                             .notificationsEnabled = false,
+                             .soundEnabled = false,
+                             .lastGoal = u"goal"_s,
+                             .lastReflection = u"reflection"_s,
+                             .hasCompletedOnboarding = true};
+    controller().updatePreferences(expected);
+    controller().updateSessionDuration(expected.defaultDuration = 1800.0);
+    EXPECT_EQ(controller().userPreferences(), expected);
+    controller().saveGoal(expected.lastGoal = u"another goal"_s);
+    EXPECT_EQ(controller().userPreferences(), expected);
+    controller().saveReflection(expected.lastReflection = u"another reflection"_s);
+    EXPECT_EQ(controller().userPreferences(), expected);
+    EXPECT_EQ(UserPreferences::load(defaults), expected);
+}
+
 TEST_F(SessionPreferences, FormatTheGivenOrTheDefaultLength) {
     EXPECT_EQ(controller().formattedDuration(3725.9), u"01:02:05"_s);
     EXPECT_EQ(controller().formattedDuration(), u"00:25:00"_s);
     EXPECT_EQ(controller().formattedDuration(0.0), u"00:00:00"_s);
+    controller().updateSessionDuration(5400);
+    EXPECT_EQ(controller().formattedDuration(), u"01:30:00"_s);
 }
 
 TEST_F(SessionPreferences, KeepTheLastGoalUntrimmed) {

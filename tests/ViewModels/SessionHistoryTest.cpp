@@ -1,5 +1,7 @@
 #include "SessionFixture.h"
 
+#include <limits>
+
 using namespace Qt::StringLiterals;
 
 namespace tarne {
@@ -176,12 +178,30 @@ TEST_F(SessionHistory, PostsOneNotificationForEachSaveAfterWriting) {
     EXPECT_THAT(sizes, ElementsAre(1u, 1u, 2u));
 }
 
-TEST_F(SessionHistory, SavingTheWholeListPostsNothing) {
+TEST_F(SessionHistory, PostsAlsoWhenTheListHasNoJsonForm) {
     int posts = 0;
     const auto observer =
         center.addObserver(notifications::sessionHistoryUpdated, [&] { ++posts; });
+    FocusSession endless = ended(u"Review"_s, 0);
+    endless.duration = std::numeric_limits<double>::infinity();
+    controller();
+    defaults.takeWrites();
+    log.takeLines();
+    controller().saveSessionToHistory(endless);
+    EXPECT_EQ(posts, 1);
+    EXPECT_THAT(defaults.takeWrites(), IsEmpty());
+    EXPECT_THAT(log.takeLines(), ElementsAre(u"📱 Added new session to history: Review"_s));
+}
+
+TEST_F(SessionHistory, SavingTheWholeListPostsAndLogsNothing) {
+    int posts = 0;
+    const auto observer =
+        center.addObserver(notifications::sessionHistoryUpdated, [&] { ++posts; });
+    controller();
+    log.takeLines();
     controller().saveSessionHistory({});
     EXPECT_EQ(posts, 0);
+    EXPECT_THAT(log.takeLines(), IsEmpty());
     EXPECT_TRUE(defaults.dataForKey(keys::sessionHistory));
 }
 
@@ -236,6 +256,14 @@ TEST_F(SessionHistory, ReplacingAReflectionChangesNothingElse) {
     controller().updateHistoryReflection(expected[0].id, u"new"_s);
     expected[0].reflection = u"new"_s;
     EXPECT_EQ(defaults.dataForKey(keys::sessionHistory), encodeHistory(expected));
+}
+
+TEST_F(SessionHistory, ReplacesTheReflectionOfTheFirstOfTwoEntriesWithOneId) {
+    const SessionHistoryEntry entry{.sessionDate = beginning, .reflection = u"old"_s};
+    controller().saveSessionHistory({entry, entry});
+    controller().updateHistoryReflection(entry.id, u"new"_s);
+    EXPECT_EQ(history()[0].reflection, u"new"_s);
+    EXPECT_EQ(history()[1].reflection, u"old"_s);
 }
 
 TEST_F(SessionHistory, ReplacingTheReflectionOfAnUnknownEntryWritesNothing) {

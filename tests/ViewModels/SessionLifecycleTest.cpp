@@ -37,6 +37,17 @@ TEST_F(SessionLifecycle, CreatingASessionDoesNotStartIt) {
     EXPECT_NE(first.id, second.id);
 }
 
+TEST_F(SessionLifecycle, CreatingASessionLeavesTheRunningOneAlone) {
+    start(u"Review"_s, 300);
+    pass(10);
+    const QUuid id = controller().currentSession()->id;
+    defaults.takeWrites();
+    std::ignore = controller().createSession(u"Write report"_s, 600);
+    EXPECT_EQ(controller().currentSession()->id, id);
+    EXPECT_EQ(controller().timeRemaining(), 290.0);
+    EXPECT_THAT(defaults.takeWrites(), ElementsAre(QString(keys::userPreferences)));
+}
+
 TEST_F(SessionLifecycle, StartingRunsTheCountdownFromNow) {
     const FocusSession session = controller().createSession(u"Review"_s, 300);
     pass(20);
@@ -81,6 +92,43 @@ TEST_F(SessionLifecycle, EndingSavesStopsAndClears) {
     EXPECT_EQ(history()[0].duration, 300.0) << "a session ended early keeps its planned length";
     EXPECT_EQ(texts(history()[0].goals), (QStringList{u"Write report"_s, u"Review"_s}));
     EXPECT_EQ(history()[0].reflection, QString());
+}
+
+TEST_F(SessionLifecycle, EndingAfterTheRunOutShowsTheLengthOfTheCountdownThatEnded) {
+    start(u"Review"_s, 300);
+    pass(320);
+    EXPECT_EQ(controller().timeRemaining(), 0.0);
+    EXPECT_EQ(controller().progress(), 0.0);
+    controller().endSession(std::nullopt, true);
+    EXPECT_EQ(controller().timeRemaining(), 300.0);
+    EXPECT_EQ(controller().progress(), 1.0);
+}
+
+TEST_F(SessionLifecycle, TellsTheObserversOfEachPropertyOfEachChange) {
+    QStringList told;
+    const auto note = [&](const QString &property, auto value) {
+        told += u"%1 %2"_s.arg(property).arg(value);
+    };
+    QObject::connect(&controller(), &SessionViewModel::timeRemainingChanged,
+                     [&](double seconds) { note(u"remaining"_s, seconds); });
+    QObject::connect(&controller(), &SessionViewModel::progressChanged,
+                     [&](double progress) { note(u"progress"_s, progress); });
+    QObject::connect(&controller(), &SessionViewModel::isTimerActiveChanged,
+                     [&](bool active) { note(u"active"_s, int{active}); });
+    QObject::connect(&controller(), &SessionViewModel::isTimerCompleteChanged,
+                     [&](bool complete) { note(u"complete"_s, int{complete}); });
+    start(u"Review"_s, 2);
+    EXPECT_THAT(std::exchange(told, {}), ElementsAre(u"remaining 2"_s, u"active 1"_s));
+    pass(1);
+    EXPECT_THAT(std::exchange(told, {}), ElementsAre(u"remaining 1"_s, u"progress 0.5"_s));
+    controller().pauseTimer();
+    controller().resumeTimer();
+    EXPECT_THAT(std::exchange(told, {}), ElementsAre(u"active 0"_s, u"active 1"_s));
+    pass(1);
+    EXPECT_THAT(std::exchange(told, {}),
+                ElementsAre(u"remaining 0"_s, u"progress 0"_s, u"active 0"_s, u"complete 1"_s));
+    controller().setTimerComplete(false);
+    EXPECT_THAT(told, ElementsAre(u"complete 0"_s));
 }
 
 TEST_F(SessionLifecycle, EndingLogsEachStepInItsOrder) {

@@ -33,6 +33,16 @@ TEST_F(SessionNotifications, TheScheduledNotificationTellsTheEndInCalendarCompon
     EXPECT_EQ(request.trigger, (DateComponents{2026, 3, 2, 13, 30, 0}));
 }
 
+TEST_F(SessionNotifications, TheScheduledNotificationTellsTheEndInTheUsersZoneToTheSecond) {
+    SessionPlatform inKolkata = platform();
+    inKolkata.calendar = [] { return Calendar(QTimeZone("Asia/Kolkata"), QLocale::c()); };
+    SessionViewModel there(inKolkata);
+    pass(7);
+    there.startSession(there.createSession(u"Review"_s, 12 * 3600 - 0.5));
+    ASSERT_EQ(userNotifications.pending.size(), 1u);
+    EXPECT_EQ(userNotifications.pending[0].trigger, (DateComponents{2026, 3, 3, 5, 30, 6}));
+}
+
 TEST_F(SessionNotifications, SchedulingRemovesEveryPendingRequestFirst) {
     controller();
     addReminder();

@@ -53,6 +53,13 @@ TEST_F(SessionPersistence, WritesTheFourKeysInTheirOrder) {
     EXPECT_EQ(defaults.stringForKey(keys::timerSessionGoal), u"Review"_s);
 }
 
+TEST_F(SessionPersistence, WritesTheFlagOfAPausedCountdownAsItIs) {
+    start(u"Review"_s, 300);
+    controller().pauseTimer();
+    controller().saveTimerState();
+    EXPECT_EQ(defaults.objectForKey(keys::timerIsActive), DefaultsValue(false));
+}
+
 TEST_F(SessionPersistence, WritesNothingWithoutACountdown) {
     controller();
     defaults.takeWrites();
@@ -115,6 +122,7 @@ TEST_F(SessionPersistence, ARelaunchWithTimeLeftGoesOnWhereTheWallClockPutsIt) {
     EXPECT_NE(restored.id, before.id);
     EXPECT_NE(restored.goals[0].id, before.goals[0].id);
     EXPECT_FALSE(restored.endTime);
+    EXPECT_FALSE(restored.reflection);
     EXPECT_FALSE(restored.completed);
     EXPECT_EQ(defaults.dateForKey(keys::timerStartTime), time.now() - 540);
 }
@@ -170,6 +178,16 @@ TEST_F(SessionPersistence, ARelaunchAfterTheEndPutsTheSessionIntoTheHistory) {
     EXPECT_EQ(controller().timeRemaining(), 0.0);
     EXPECT_EQ(controller().progress(), 1.0);
     EXPECT_FALSE(defaults.objectForKey(keys::timerStartTime));
+}
+
+TEST_F(SessionPersistence, ASessionThatRanOutWhileAwayIsInTheHistoryBeforeItsKeysAreCleared) {
+    storeCountdown(400, 300.5, u"Write report, Review"_s);
+    controller();
+    EXPECT_EQ(defaults.takeWrites(),
+              QStringList{u"SessionHistory"_s} + clearing() + clearing().sliced(4));
+    ASSERT_EQ(history().size(), 1u);
+    EXPECT_EQ(history()[0].duration, 300.5);
+    EXPECT_EQ(texts(history()[0].goals), (QStringList{u"Write report"_s, u"Review"_s}));
 }
 
 TEST_F(SessionPersistence, ARunOutThatWasNeverWrappedUpStaysOneEntryAfterARelaunch) {

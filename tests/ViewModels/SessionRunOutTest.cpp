@@ -48,6 +48,19 @@ TEST_F(SessionRunOut, RunningOutSavesAnEntryWithEmptyTextsAndLogsIt) {
     EXPECT_EQ(history()[0].reflection, QString());
 }
 
+TEST_F(SessionRunOut, WhoHearsOfTheEntryFindsTheFinishedSession) {
+    start(u"Review"_s, 300);
+    std::vector<bool> finished;
+    const auto observer = center.addObserver(notifications::sessionHistoryUpdated, [&] {
+        finished.push_back(controller().currentSession()->completed);
+        EXPECT_FALSE(controller().isTimerActive());
+        EXPECT_TRUE(controller().isTimerComplete());
+        EXPECT_EQ(controller().timeRemaining(), 0.0);
+    });
+    pass(300);
+    EXPECT_THAT(finished, ElementsAre(true));
+}
+
 TEST_F(SessionRunOut, RunningOutDropsTheReflectionAndTakesTheCountdownsLength) {
     FocusSession session = controller().createSession(u"Review"_s, 300);
     session.reflection = u"early thoughts"_s;

@@ -78,6 +78,14 @@ TEST_F(SessionSync, DoesNothingWhilePausedOrIdle) {
     EXPECT_EQ(time.pendingBlockCount(), pending);
 }
 
+TEST_F(SessionSync, DoesNothingForACountdownThatIsActiveWithoutAStart) {
+    controller().resumeTimer();
+    const auto pending = time.pendingBlockCount();
+    controller().syncTimerWithRealTime();
+    EXPECT_EQ(time.pendingBlockCount(), pending);
+    EXPECT_TRUE(controller().isTimerActive());
+}
+
 TEST_F(SessionSync, IsDroppedWhenTheControllerGoesBeforeTheHop) {
     start(u"Review"_s, 300);
     time.sleep(Seconds(400));
