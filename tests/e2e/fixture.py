@@ -105,7 +105,12 @@ class TarneTestCase(unittest.TestCase):
         self.expected_errors.append(text)
 
     def eventually(self, condition, what, within=PATIENCE):
-        return eventually(condition, self._state(what), within)
+        def look():
+            try:
+                return condition()
+            except GLib.Error:
+                return None  # What was looked at vanished under the look.
+        return eventually(look, self._state(what), within)
 
     # -- the screen -------------------------------------------------------------------------
 

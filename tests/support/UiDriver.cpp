@@ -203,7 +203,12 @@ QString UiDriver::focusedName() const {
 }
 
 bool UiDriver::waitUntil(const std::function<bool()> &condition) {
-    return QTest::qWaitFor(condition, 5000);
+    if (!QTest::qWaitFor(condition, 20'000))
+        return false;
+    // On a busy machine the last step of an animation is a long one: what it moves stands where it
+    // belongs once a frame has been laid out.
+    m_view->grabWindow();
+    return true;
 }
 
 void UiDriver::settle() {

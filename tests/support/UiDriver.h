@@ -60,7 +60,8 @@ public:
     /// The accessible name of what has the focus, or an empty text.
     [[nodiscard]] QString focusedName() const;
 
-    /// Handles what is pending until `condition` holds; false when it does not within five seconds.
+    /// Handles what is pending until `condition` holds, and lays out what has changed; false when
+    /// it does not within twenty seconds.
     [[nodiscard]] bool waitUntil(const std::function<bool()> &condition);
     /// Handles all events and draws one frame.
     void settle();
