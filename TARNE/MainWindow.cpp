@@ -97,10 +97,25 @@ Qt::Edges MainWindow::edgesAt(QPointF position) const {
 }
 
 void MainWindow::mousePressEvent(QMouseEvent *event) {
-    const Qt::Edges edges = edgesAt(event->position());
-    if (edges && event->button() == Qt::LeftButton && startSystemResize(edges))
+    m_pressedEdges = event->button() == Qt::LeftButton ? edgesAt(event->position()) : Qt::Edges();
+    if (!m_pressedEdges) {
+        QQuickView::mousePressEvent(event);
         return;
-    QQuickView::mousePressEvent(event);
+    }
+    // Input that waits comes before what is queued: were the button up again, a window manager
+    // would resize the window until the next click.
+    QMetaObject::invokeMethod(
+        this,
+        [this] {
+            if (m_pressedEdges)
+                startSystemResize(m_pressedEdges);
+        },
+        Qt::QueuedConnection);
+}
+
+void MainWindow::mouseReleaseEvent(QMouseEvent *event) {
+    m_pressedEdges = {};
+    QQuickView::mouseReleaseEvent(event);
 }
 
 void MainWindow::mouseMoveEvent(QMouseEvent *event) {

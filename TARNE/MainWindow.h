@@ -39,6 +39,7 @@ Q_SIGNALS:
 protected:
     bool event(QEvent *event) override;
     void mousePressEvent(QMouseEvent *event) override;
+    void mouseReleaseEvent(QMouseEvent *event) override;
     void mouseMoveEvent(QMouseEvent *event) override;
 
 private:
@@ -46,6 +47,7 @@ private:
     void undoZoom();
 
     Qt::Edges m_hoveredEdges;
+    Qt::Edges m_pressedEdges;
 };
 
 } // namespace tarne

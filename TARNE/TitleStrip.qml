@@ -14,14 +14,9 @@ Item {
 
     implicitHeight: 40
 
-    DragHandler {
-        target: null
-        onActiveChanged: {
-            if (active)
-                strip.window.startSystemMove();
-        }
+    WindowMoveArea {
+        anchors.fill: parent
     }
-
     MenuButton {
         objectName: "menuButton"
         x: 10

@@ -1,13 +1,11 @@
 #include "ModalLayer.h"
 
 #include <QCursor>
-#include <QGuiApplication>
 #include <QQuickWindow>
-#include <QStyleHints>
 
 namespace tarne {
 
-ModalLayer::ModalLayer(QQuickItem *parent) : QQuickItem(parent) {
+ModalLayer::ModalLayer(QQuickItem *parent) : WindowMoveArea(parent) {
     setVisible(false);
     setFlag(ItemIsFocusScope);
     setAcceptedMouseButtons(Qt::AllButtons);
@@ -95,16 +93,6 @@ void ModalLayer::fillWindow() {
     setSize(m_content->size());
 }
 
-void ModalLayer::mousePressEvent(QMouseEvent *event) {
-    event->accept();
-}
-void ModalLayer::mouseMoveEvent(QMouseEvent *event) {
-    // It covers what a window without a frame is moved by.
-    const QEventPoint &point = event->points().constFirst();
-    const QPointF way = point.scenePosition() - point.scenePressPosition();
-    if (way.manhattanLength() >= QGuiApplication::styleHints()->startDragDistance())
-        window()->startSystemMove();
-}
 void ModalLayer::wheelEvent(QWheelEvent *event) {
     event->accept();
 }

@@ -1,7 +1,8 @@
 #pragma once
 
+#include "WindowMoveArea.h"
+
 #include <QPointer>
-#include <QQuickItem>
 
 namespace tarne {
 
@@ -9,8 +10,8 @@ namespace tarne {
 /// that lay there before, and everything behind it is disabled: out of reach of the pointer, of the
 /// Tab key and of assistive tools, and counted as not shown, so that no animation runs there.
 /// Layers stack; each covers those presented before it. The focus goes into the layer and, when it
-/// leaves, back to where it was. A drag on the layer moves the window.
-class ModalLayer : public QQuickItem {
+/// leaves, back to where it was. It covers what the window is moved by, and moves it in its place.
+class ModalLayer : public tarne::WindowMoveArea {
     Q_OBJECT
     QML_ELEMENT
 
@@ -31,8 +32,6 @@ Q_SIGNALS:
 
 protected:
     void itemChange(ItemChange change, const ItemChangeData &value) override;
-    void mousePressEvent(QMouseEvent *event) override;
-    void mouseMoveEvent(QMouseEvent *event) override;
     void wheelEvent(QWheelEvent *event) override;
     void hoverMoveEvent(QHoverEvent *event) override;
 

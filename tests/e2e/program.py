@@ -1,5 +1,6 @@
 """The real program, started as its launcher starts it: in a process namespace of its own."""
 
+import contextlib
 import json
 import os
 import pathlib
@@ -108,6 +109,15 @@ class Program:
 
     def send(self, number):
         os.kill(self.pid, number)
+
+    @contextlib.contextmanager
+    def halted(self):
+        """Stops the program, so that what is sent to it waits."""
+        self.send(signal.SIGSTOP)
+        try:
+            yield
+        finally:
+            self.send(signal.SIGCONT)
 
     def wait(self, within=30):
         """Waits until the program has ended and returns its status, 128 + n for signal n."""

@@ -42,6 +42,14 @@ class UnderAWindowManager(TarneTestCase):
 
         self.eventually(follows, "the window follows the pointer")
         self.desktop.xdotool("mousemove", start[0] + by[0], start[1] + by[1], "mouseup", 1)
+        self.await_window_manager()
+
+    def await_window_manager(self):
+        """Once a request is met, the window manager has seen to all that came before."""
+        self.request("add,above")
+        self.eventually(lambda: "ABOVE" in self.states(), "the window is above")
+        self.request("remove,above")
+        self.eventually(lambda: "ABOVE" not in self.states(), "the window is not above")
 
     def assert_moved(self, before, by):
         """A move begins some points after the press, when it is known for a drag."""
@@ -61,14 +69,10 @@ class UnderAWindowManager(TarneTestCase):
         self.assertEqual(before[2:], [1000, 700])
         for states in ("add,maximized_vert,maximized_horz", "add,fullscreen"):
             self.request(states)
-            # Once the next request is met, this one has been met or declined.
-            self.request("add,above")
-            self.eventually(lambda: "ABOVE" in self.states(), "the window is above")
+            self.await_window_manager()
             self.eventually(lambda: not re.search("MAXIMIZED|FULLSCREEN", self.states()),
                             "the window is as it was")
             self.assert_geometry(before)
-            self.request("remove,above")
-            self.eventually(lambda: "ABOVE" not in self.states(), "the window is not above")
 
     def test_it_is_moved_by_its_title_strip_and_sized_by_its_edges(self):
         self.launch()
@@ -83,6 +87,27 @@ class UnderAWindowManager(TarneTestCase):
         # Not below its least size.
         self.drag((left + width + 48, top + height - 32), (-600, -400))
         self.assert_geometry([left, top, 800, 600])
+
+    def test_a_drag_that_is_over_before_the_program_sees_it_does_nothing(self):
+        self.launch()
+        left, top, width, height = before = self.geometry()
+        button = self.node("Start Session", role="push button").extents
+        for start in ((left + width // 2, top + 20), (left + width - 2, top + height // 2)):
+            with self.program.halted():
+                self.desktop.xdotool("mousemove", *start, "mousedown", 1)
+                for step in range(1, 6):
+                    self.desktop.xdotool("mousemove", start[0] - 20 * step, start[1] + 16 * step)
+                self.desktop.xdotool("mouseup", 1)
+                self.desktop.xdotool("mousemove", button[0] + button[2] // 2,
+                                     button[1] + button[3] // 2, "click", 1)
+            # What came later has been seen, so the drag has been seen as well.
+            self.assert_shown("Select Session Duration")
+            self.await_window_manager()
+            self.desktop.xdotool("mousemove", 10, 10)
+            self.await_window_manager()
+            self.assertEqual(self.geometry(), before)
+            self.press("Close")
+            self.assert_gone("Select Session Duration")
 
     def test_it_is_moved_while_a_sheet_is_up(self):
         self.launch()
