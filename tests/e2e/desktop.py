@@ -15,6 +15,8 @@ from waiting import eventually
 DISPLAY = ":1"
 MOCK = (sys.executable, "-m", "dbusmock")
 NOTIFICATIONS = "org.freedesktop.Notifications"
+KEY_STORE = "org.freedesktop.secrets"
+PASSWORD_DIALOGS = "org.gnome.keyring.SystemPrompter"
 
 # No service folder: nothing is started on demand, so no stray window lies over a control.
 BUS_CONFIGURATION = """<!DOCTYPE busconfig PUBLIC "-//freedesktop//DTD D-Bus Bus Configuration 1.0//EN"
@@ -43,6 +45,7 @@ class Desktop:
         self.runtime = self.folder / "run"
         self.runtime.mkdir(mode=0o700)
         self.notification_log = self.folder / "notifications.log"
+        self._dialog_log = self.folder / "dialogs.log"
         self._processes = []
         self._log = open(self.folder / "desktop.log", "wb")
         self._start_display()
@@ -99,14 +102,37 @@ class Desktop:
         return self.call("org.freedesktop.DBus", "/org/freedesktop/DBus", "org.freedesktop.DBus",
                          "NameHasOwner", GLib.Variant("(s)", (name,)))[0]
 
-    def start_key_store(self):
-        """Starts gnome-keyring with an open keyring that has nothing in it."""
-        keyring = self._start("gnome-keyring-daemon", "--foreground", "--unlock",
-                              "--components=secrets", stdin=subprocess.PIPE,
-                              HOME=str(self.folder / "keyring"), **self.environment)
-        keyring.stdin.write(b"password")
-        keyring.stdin.close()
-        eventually(lambda: self.owns("org.freedesktop.secrets"), "the key store is on the bus")
+    def start_key_store(self, is_open=True):
+        """Starts gnome-keyring. Open, its keyring is made, or unlocked where there is one."""
+        home = self.folder / "keyring"
+        self._key_store = self._start("gnome-keyring-daemon", "--foreground",
+                                      "--components=secrets", *["--unlock"] * is_open,
+                                      stdin=subprocess.PIPE, HOME=str(home),
+                                      XDG_DATA_HOME=str(home / "share"), **self.environment)
+        if is_open:
+            self._key_store.stdin.write(b"password")
+        self._key_store.stdin.close()
+        eventually(lambda: self.owns(KEY_STORE), "the key store is on the bus")
+
+    def stop_key_store(self):
+        self._key_store.kill()
+        self._key_store.wait()
+        eventually(lambda: not self.owns(KEY_STORE), "there is no key store")
+
+    def show_password_dialogs(self):
+        """From now on a locked keyring asks for its password, in a dialog before which nobody sits."""
+        path, interface = "/org/gnome/keyring/Prompter", "org.gnome.keyring.internal.Prompter"
+        self._start(*MOCK, "--session", PASSWORD_DIALOGS, path, interface,
+                    "--logfile", str(self._dialog_log), **self.environment)
+        eventually(lambda: self.owns(PASSWORD_DIALOGS), "somebody shows password dialogs")
+        for method in ("BeginPrompting", "StopPrompting"):
+            self.call(PASSWORD_DIALOGS, path, "org.freedesktop.DBus.Mock", "AddMethod",
+                      GLib.Variant("(sssss)", (interface, method, "o", "", "")))
+
+    def dialog_calls(self):
+        """What the password dialogs were asked to do so far, in order."""
+        calls = (line.split()[1] for line in self._dialog_log.read_text().splitlines())
+        return [call for call in calls if call.endswith("Prompting")]
 
     def start_window_manager(self):
         self._start("openbox", "--config-file", "/etc/xdg/openbox/rc.xml", **self.environment)
@@ -122,10 +148,10 @@ class Desktop:
         self._display.terminate()
         self._display.wait()
 
-    def ask(self, *command):
-        """What another program of the desktop prints."""
+    def ask(self, *command, typed=None):
+        """What another program of the desktop prints; `typed` is its standard input."""
         return subprocess.run(command, env=dict(os.environ, **self.environment), check=True,
-                              timeout=30, capture_output=True, text=True).stdout
+                              timeout=30, capture_output=True, text=True, input=typed).stdout
 
     def screenshot(self, path):
         subprocess.run(["import", "-display", DISPLAY, "-window", "root", str(path)],

@@ -37,41 +37,6 @@ class KeyTestCase(TarneTestCase):
         return (self.store.document("UserPreferences") or {}).get("hasCompletedOnboarding")
 
 
-class Onboarding(KeyTestCase):
-    has_seen_onboarding = False
-
-    def test_by_the_keyboard_alone_stores_the_key_and_never_returns(self):
-        self.launch()
-        self.assertIsNone(self.find("Start Session"))
-        self.assert_shown("AppIcon")
-        self.activate("Next")
-        self.assert_shown("Complete Setup")
-        self.tab_to(KEY_FIELD, role="text")
-        self.desktop.xdotool("type", "--delay", "5", "typed key ")
-        self.activate("Start Focusing")
-        self.assert_shown("Setup Complete", "Start Using TARNE")
-        self.desktop.xdotool("key", "Return")
-        self.assert_shown("Start Session")
-        self.assertEqual(self.stored_key(), "typed key")
-
-        self.assertEqual(self.program.terminate(), 0)
-        self.launch()
-        self.assert_shown("Start Session")
-        self.assertIsNone(self.find("Next"))
-
-    def test_by_names_and_killed_while_the_closing_alert_is_up_never_returns(self):
-        self.launch()
-        self.press("Next")
-        self.type_key("named key")
-        self.press("Start Focusing")
-        self.assert_shown("Start Using TARNE")
-        self.eventually(self.has_completed_onboarding, "it is stored that onboarding is done")
-        self.program.kill()
-        self.assertEqual(self.stored_key(), "named key")
-        self.launch()
-        self.assert_shown("Start Session")
-
-
 class ServerTestCase(KeyTestCase):
     """With a server where the program looks for it."""
 
@@ -114,6 +79,45 @@ class ServerTestCase(KeyTestCase):
         self.eventually(lambda: len(self.runs()) == count, f"the server's start number {count}")
         self.eventually(lambda: self.program.log.count("✅ Server health check passed") >= count,
                         "the server is healthy")
+
+
+class Onboarding(ServerTestCase):
+    has_seen_onboarding = False
+
+    def test_by_the_keyboard_alone_gives_the_server_its_key_and_never_returns(self):
+        self.launch()
+        self.await_healthy(1)
+        self.assertIsNone(self.runs()[0]["GEMINI_API_KEY"])
+        self.assertIsNone(self.find("Start Session"))
+        self.assert_shown("AppIcon")
+        self.activate("Next")
+        self.assert_shown("Complete Setup")
+        self.tab_to(KEY_FIELD, role="text")
+        self.desktop.xdotool("type", "--delay", "5", "typed key ")
+        self.activate("Start Focusing")
+        self.assert_shown("Setup Complete", "Start Using TARNE")
+        self.desktop.xdotool("key", "Return")
+        self.assert_shown("Start Session")
+        self.assertEqual(self.stored_key(), "typed key")
+        self.await_healthy(2)
+        self.assertEqual(self.runs()[1]["GEMINI_API_KEY"], "typed key")
+
+        self.assertEqual(self.program.terminate(), 0)
+        self.launch()
+        self.assert_shown("Start Session")
+        self.assertIsNone(self.find("Next"))
+
+    def test_by_names_and_killed_while_the_closing_alert_is_up_never_returns(self):
+        self.launch()
+        self.press("Next")
+        self.type_key("named key")
+        self.press("Start Focusing")
+        self.assert_shown("Start Using TARNE")
+        self.eventually(self.has_completed_onboarding, "it is stored that onboarding is done")
+        self.program.kill()
+        self.assertEqual(self.stored_key(), "named key")
+        self.launch()
+        self.assert_shown("Start Session")
 
 
 class TheServer(ServerTestCase):
