@@ -1,5 +1,7 @@
 #include "NetworkHealthProbe.h"
 
+#include "TransportErrorText.h"
+
 #include <QNetworkProxy>
 #include <QNetworkReply>
 
@@ -33,7 +35,7 @@ void NetworkHealthProbe::get(const QString &address, std::function<void(Reply)> 
         if (status.isValid() && !redirectRefused)
             done(status.toInt());
         else
-            done(Failure{reply->errorString()});
+            done(Failure{transportErrorText(reply->error())});
         m_network->clearConnectionCache();
     });
 }

@@ -87,12 +87,19 @@ TEST_F(NetworkHealthProbeTest, AnEndlessBodyIsNotReadOn) {
 
 TEST_F(NetworkHealthProbeTest, AClosedPortIsAFailure) {
     server.close();
-    EXPECT_FALSE(failure(probe(u"http://localhost:1/health"_s)).isEmpty());
+    EXPECT_EQ(failure(probe(u"http://localhost:1/health"_s)),
+              u"The server refused the connection."_s);
 }
 
 TEST_F(NetworkHealthProbeTest, AServerThatSaysNothingIsAFailureAfterTheLimit) {
     answer.clear();
-    EXPECT_FALSE(failure(probe()).isEmpty());
+    EXPECT_EQ(failure(probe()), u"The request timed out."_s);
+}
+
+TEST_F(NetworkHealthProbeTest, AServerThatClosesWithoutAnAnswerIsAFailure) {
+    answer.clear();
+    closes = true;
+    EXPECT_EQ(failure(probe()), u"The connection was lost before the answer was complete."_s);
 }
 
 TEST_F(NetworkHealthProbeTest, AnAnswerThatIsNoHttpIsAFailure) {
@@ -103,7 +110,7 @@ TEST_F(NetworkHealthProbeTest, AnAnswerThatIsNoHttpIsAFailure) {
 
 TEST_F(NetworkHealthProbeTest, ARedirectToAnotherOriginIsAFailure) {
     answer = "HTTP/1.1 302 Found\r\nLocation: http://127.0.0.1:1/\r\nContent-Length: 0\r\n\r\n";
-    EXPECT_FALSE(failure(probe()).isEmpty());
+    EXPECT_EQ(failure(probe()), u"The server sent the request elsewhere."_s);
 }
 
 TEST_F(NetworkHealthProbeTest, APortThatDoesNotExistIsAFailure) {
