@@ -72,6 +72,17 @@ TEST_F(LocalHTTPServerBacklog, ARequestLargerThanOneReceiveGetsItsAnswer) {
     EXPECT_TRUE(log.lines().isEmpty());
 }
 
+TEST_F(LocalHTTPServerBacklog, AReceiveHolds8192BytesAndNoMore) {
+    const QByteArray head = "GET /goals HTTP/1.1\r\n";
+    const auto within = connect();
+    send(*within, head + QByteArray(8191 - head.size(), 'x') + '\xff');
+    const auto behind = connect();
+    send(*behind, head + QByteArray(8192 - head.size(), 'x') + '\xff');
+    release();
+    EXPECT_TRUE(readToEnd(*within).startsWith("HTTP/1.1 400 Bad Request\r\n"));
+    EXPECT_TRUE(readToEnd(*behind).startsWith("HTTP/1.1 200 OK\r\n"));
+}
+
 TEST_F(LocalHTTPServerBacklog, APeerThatHalfClosedAfterItsRequestGetsItsAnswer) {
     const auto socket = connect();
     send(*socket, goals);

@@ -1,6 +1,8 @@
 #include "LocalHTTPServerFixture.h"
 
 #include <atomic>
+#include <functional>
+#include <memory>
 #include <utility>
 #include <vector>
 
@@ -11,7 +13,36 @@ using namespace Qt::StringLiterals;
 namespace tarne {
 namespace {
 
-class LocalHTTPServerPorts : public LocalHTTPServerTest {};
+class LocalHTTPServerPorts : public LocalHTTPServerTest {
+protected:
+    /// The lower one of two neighbours.
+    static quint16 firstOfTwoFreePorts() {
+        while (true) {
+            QTcpServer first;
+            QTcpServer second;
+            EXPECT_TRUE(first.listen(QHostAddress::Any));
+            const int next = first.serverPort() + 1;
+            if (next < 65535 && second.listen(QHostAddress::Any, static_cast<quint16>(next)))
+                return first.serverPort();
+        }
+    }
+};
+
+/// Hands each line on and then does what the test wants done at that moment.
+class WatchedLog final : public Log {
+public:
+    WatchedLog(Log &log, std::function<void()> watcher)
+        : m_log(log), m_watcher(std::move(watcher)) {}
+
+    void line(const QString &text) override {
+        m_log.line(text);
+        m_watcher();
+    }
+
+private:
+    Log &m_log;
+    std::function<void()> m_watcher;
+};
 
 TEST_F(LocalHTTPServerPorts, ThePortIs8080UnlessAnotherIsGiven) {
     EXPECT_EQ(LocalHTTPServer(time, log).getPort(), 8080);
@@ -116,16 +147,35 @@ INSTANTIATE_TEST_SUITE_P(Addresses, TakenPort,
                                          QHostAddress::Any, QHostAddress::LocalHost));
 
 TEST_F(LocalHTTPServerPorts, WhereNoListenerCanBeMadeAllSixCandidatesAreTriedInOrder) {
-    LocalHTTPServer other(time, log);
-    {
-        const DescriptorLimit none(0);
-        other.start();
+    for (const auto &[asked, candidates] :
+         {std::pair<quint16, QList<int>>{8080, {8080, 8081, 8082, 8081, 8082, 8083}},
+          {9000, {9000, 9001, 9002, 8081, 8082, 8083}}}) {
+        LocalHTTPServer other(time, log, asked);
+        {
+            const DescriptorLimit none(0);
+            other.start();
+        }
+        QStringList expected;
+        for (const int candidate : candidates)
+            expected += u"⚠️  Port %1 unavailable: Too many open files"_s.arg(candidate);
+        expected += u"❌ Failed to start TARNE HTTP Server on any available port"_s;
+        EXPECT_EQ(log.takeLines(), expected);
+        EXPECT_EQ(other.getPort(), asked);
     }
-    QStringList expected;
-    for (const int candidate : {8080, 8081, 8082, 8081, 8082, 8083})
-        expected += u"⚠️  Port %1 unavailable: Too many open files"_s.arg(candidate);
-    expected += u"❌ Failed to start TARNE HTTP Server on any available port"_s;
-    EXPECT_EQ(log.lines(), expected);
+}
+
+TEST_F(LocalHTTPServerPorts, TheFirstCandidateWhoseListenerCanBeMadeBecomesThePort) {
+    const quint16 asked = firstOfTwoFreePorts();
+    const quint16 next = asked + 1;
+    auto limit = std::make_unique<DescriptorLimit>(0);
+    WatchedLog watched(log, [&] { limit.reset(); });
+    LocalHTTPServer other(time, watched, asked);
+    other.start();
+    ASSERT_TRUE(waitForLine(u"started on port"_s));
+    EXPECT_EQ(log.lines(),
+              (QStringList{u"⚠️  Port %1 unavailable: Too many open files"_s.arg(asked),
+                           u"🌐 TARNE HTTP Server started on port %1"_s.arg(next)}));
+    EXPECT_TRUE(waitUntil([&] { return other.getPort() == next; }));
 }
 
 TEST_F(LocalHTTPServerPorts, APortWithoutRoomForTwoMoreEndsTheProcess) {

@@ -71,6 +71,14 @@ TEST_F(ServerStartTest, AStoredKeyIsInTheServersEnvironmentAndNowhereInTheLog) {
     EXPECT_FALSE(log.lines().join(u'\n').contains(u"very-secret"_s));
 }
 
+TEST_F(ServerStartTest, TheKeyIsReadLastBeforeTheLaunch) {
+    QString lineBefore;
+    keychain.beforeCopy = [&] { lineBefore = journal.last(); };
+    manager->startServer();
+    EXPECT_EQ(keychain.calls(), QStringList{u"copy"_s});
+    EXPECT_EQ(lineBefore, u"🔍 Starting server with arguments: [\"3000\"]"_s);
+}
+
 TEST_F(ServerStartTest, AnEmptyStoredKeyIsTreatedLikeNone) {
     keychain.items[{u"com.tarne.app"_s, u"GeminiAPIKey"_s}] = "";
     manager->startServer();
@@ -110,6 +118,17 @@ TEST_F(ServerStartTest, EachStartBeginsItsPortSearchAnew) {
     time.runPending();
     manager->startServer();
     EXPECT_EQ(launcher.last().launch.arguments, QStringList{u"3000"_s});
+}
+
+TEST_F(ServerStartTest, EachSweepBeginsWithPort3000WhateverTheLastPortWas) {
+    ports.busy = {3000};
+    start();
+    launcher.last().exit(0);
+    time.runPending();
+    manager->startServer();
+    EXPECT_EQ(tools.calls.first(3),
+              (QStringList{u"/usr/bin/lsof -ti :3000"_s, u"/usr/bin/lsof -ti :3000"_s,
+                           u"/usr/bin/lsof -ti :3001"_s}));
 }
 
 TEST_F(ServerStartTest, RunningIsReportedThroughTheMainQueue) {

@@ -31,6 +31,15 @@ TEST_F(ServerStopTest, AChildThatIgnoresTerminateIsKilledAndNotWaitedFor) {
                            u"forceKill"_s, u"🔴 Server process terminated"_s}));
 }
 
+TEST_F(ServerStopTest, AChildThatExitsAsTheWaitEndsIsNotKilled) {
+    start();
+    launcher.ignoresTerminate = true;
+    launcher.exitsBehindTheWait = true;
+    manager->stopServer();
+    EXPECT_EQ(journal, (QStringList{u"🔴 Stopping server..."_s, u"terminate"_s, u"wait 3000 ms"_s,
+                                    u"🔴 Server process terminated"_s}));
+}
+
 TEST_F(ServerStopTest, TheStoppedStateIsReportedThroughTheMainQueue) {
     start();
     manager->stopServer();
@@ -160,6 +169,7 @@ TEST_F(ServerStopTest, ARestartWithNothingRunningStarts) {
 }
 
 TEST_F(ServerStopTest, ForceCleanupStopsThenSweepsThenSleepsASecondAndStartsNothing) {
+    ports.busy = {3000}; // The sweep begins with port 3000, not with the server's.
     start();
     manager->forceCleanup();
     QStringList expected{u"🧹 Force cleaning up all server processes..."_s,

@@ -32,6 +32,8 @@ public:
     std::optional<QByteArray> copy(const QString &service, const QString &account) override {
         const std::lock_guard lock(m_mutex);
         m_calls += QStringLiteral("copy");
+        if (beforeCopy)
+            beforeCopy();
         const auto item = items.find({service, account});
         if (failsToCopy || item == items.end())
             return std::nullopt;
@@ -44,7 +46,9 @@ public:
     }
 
     std::map<Address, QByteArray> items;
-    std::function<void()> beforeAdd; ///< Looks at what its user has done by then.
+    // Look at what its user has done by then.
+    std::function<void()> beforeAdd;
+    std::function<void()> beforeCopy;
     bool failsToAdd = false;
     bool failsToRemove = false;
     bool failsToCopy = false;

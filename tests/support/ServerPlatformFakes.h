@@ -125,7 +125,10 @@ public:
             m_family.note(QStringLiteral("wait %1 ms").arg(limit.count()));
             if (!m_family.ignoresTerminate)
                 exit(m_family.statusOnTerminate);
-            return !m_running;
+            const bool hasExited = !m_running;
+            if (m_family.exitsBehindTheWait)
+                exit(0);
+            return hasExited;
         }
 
         void exit(int status) {
@@ -157,6 +160,7 @@ public:
     std::optional<QString> failure;  ///< Why no child can be launched.
     std::optional<int> statusAtOnce; ///< Children exit before the launch returns.
     bool ignoresTerminate = false;
+    bool exitsBehindTheWait = false; ///< Where it has outlasted it.
     int statusOnTerminate = 0;
 };
 

@@ -111,6 +111,15 @@ TEST_F(SettingsScreen, AStoredKeyStandsInTheFieldMaskedByDotsUntilTheEyeIsPresse
     EXPECT_TRUE(ui().has(u"Hide key"_s));
 }
 
+TEST_F(SettingsScreen, AppearingAgainReplacesWhatWasTypedByTheStoredKey) {
+    keychain.items[address] = "stored";
+    type(u" and more"_s);
+    ASSERT_EQ(field()->property("text").toString(), u"stored and more"_s);
+    view.disappear();
+    view.appear();
+    EXPECT_EQ(field()->property("text").toString(), u"stored"_s);
+}
+
 TEST_F(SettingsScreen, SavingStoresTheKeyAndShowsTheAlertAlsoWithAStoppedServer) {
     type(u"new key"_s);
     ASSERT_TRUE(ui().click(u"Save API Key"_s));

@@ -129,6 +129,7 @@ protected:
 
 TEST_F(QProcessLauncherTest, TheChildGetsItsArgumentsAndOurEnvironmentWithTheAdditions) {
     qputenv("TARNE_INHERITED", "from us");
+    qputenv("PORT", "80"); // What is added takes precedence.
     ChildLaunch launch = shell(u"printf '%s|' \"$@\" \"$TARNE_INHERITED\" \"$PORT\""_s);
     launch.arguments += {u"name"_s, u"3000"_s};
     launch.environment = {{u"PORT"_s, u"3001"_s}};

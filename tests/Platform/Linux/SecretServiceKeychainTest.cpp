@@ -154,6 +154,19 @@ TEST_F(SecretServiceKeychainTest, FindsAndRemovesWhatAnotherToolStored) {
     EXPECT_EQ(secretTool(QStringList{u"lookup"_s} + address), "");
 }
 
+TEST_F(SecretServiceKeychainTest, RemovesEveryItemWithTheAddress) {
+    keyring.start(true);
+    for (const char *const more : {"first", "second"}) {
+        secretTool(QStringList{u"store"_s, u"--label=key"_s} + address +
+                       QStringList{u"more"_s, QString::fromLatin1(more)},
+                   more);
+    }
+    const QStringList search = QStringList{u"search"_s, u"--all"_s} + address;
+    ASSERT_EQ(secretTool(search).count("secret = "), 2);
+    EXPECT_EQ(remove(), Removal::Removed);
+    EXPECT_EQ(secretTool(search).count("secret = "), 0);
+}
+
 TEST_F(SecretServiceKeychainTest, KeepsEveryByteOfASecret) {
     keyring.start(true);
     for (const QByteArray &secret :
