@@ -15,10 +15,12 @@ constexpr int yearOfYearlessTexts = -5;
 
 /// A number in the locale's digits or in ASCII ones, without signs or separators.
 std::optional<int> number(QStringView text) {
-    if (text.isEmpty() || text.size() > 6)
+    // Not counted in 16-bit units: some scripts' digits take two.
+    const QList<uint> characters = text.toUcs4();
+    if (characters.isEmpty() || characters.size() > 6)
         return std::nullopt;
     int value = 0;
-    for (const char32_t c : text.toUcs4()) {
+    for (const uint c : characters) {
         const int digit = QChar::digitValue(c);
         if (digit < 0)
             return std::nullopt;

@@ -188,3 +188,30 @@ TEST(HistoryGrouping, TheRequiredOrderHoldsInEveryLocale) {
             << qPrintable(locale);
     }
 }
+
+TEST(HistoryGrouping, LabelsAreReadBackInEveryLocaleThatThereIs) {
+    const QList<QLocale> locales =
+        QLocale::matchingLocales(QLocale::AnyLanguage, QLocale::AnyScript, QLocale::AnyTerritory);
+    ASSERT_GT(locales.size(), 500);
+    for (const QLocale &locale : locales) {
+        const Look look(locale.bcp47Name());
+        QStringList yearless;
+        for (int month = 1; month <= 12; ++month) {
+            const Date dated = look.at({2025, month, 28});
+            EXPECT_EQ(look.grouping.parseGroupingDate(look.grouping.formatDateForGrouping(dated)),
+                      dated)
+                << qPrintable(locale.bcp47Name());
+            yearless += look.label({2026, month, 20});
+        }
+        const Date lowest = look.at({1, 1, 1});
+        Date last = look.at({-1000, 1, 1});
+        for (const QString &label : yearless) {
+            const Date date = look.grouping.parseGroupingDate(label);
+            EXPECT_GT(date, last) << qPrintable(locale.bcp47Name() + u' ' + label);
+            EXPECT_LT(date, lowest) << qPrintable(locale.bcp47Name() + u' ' + label);
+            last = date;
+        }
+        EXPECT_LT(look.grouping.parseGroupingDate(look.label({2026, 3, 5, 12})), lowest)
+            << qPrintable(locale.bcp47Name());
+    }
+}
