@@ -4,6 +4,8 @@
 
 #include <QCoreApplication>
 
+#include <algorithm>
+
 namespace tarne {
 namespace {
 
@@ -85,11 +87,10 @@ int AccessibleWindow::indexOfChild(const QAccessibleInterface *child) const {
 QAccessibleInterface *AccessibleWindow::childAt(int x, int y) const {
     const QList<QAccessibleInterface *> known = children();
     // The last one lies on top.
-    for (auto node = known.crbegin(); node != known.crend(); ++node) {
-        if ((*node)->rect().contains(x, y) && !(*node)->state().invisible)
-            return *node;
-    }
-    return nullptr;
+    const auto node = std::find_if(known.crbegin(), known.crend(), [&](QAccessibleInterface *one) {
+        return one->rect().contains(x, y) && !one->state().invisible;
+    });
+    return node == known.crend() ? nullptr : *node;
 }
 
 QAccessibleInterface *AccessibleWindow::focusChild() const {

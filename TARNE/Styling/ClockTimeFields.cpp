@@ -16,7 +16,7 @@ struct Bounds {
 
 } // namespace
 
-ClockTimeFields::ClockTimeFields(QLocale locale) : m_locale(std::move(locale)) {
+ClockTimeFields::ClockTimeFields(const QLocale &locale) : m_locale(locale) {
     readFormat();
 }
 

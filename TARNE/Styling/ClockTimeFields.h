@@ -30,7 +30,7 @@ public:
         Maximum,
     };
 
-    explicit ClockTimeFields(QLocale locale);
+    explicit ClockTimeFields(const QLocale &locale);
 
     /// Of which only hour and minute count.
     [[nodiscard]] QTime time() const { return m_time; }

@@ -131,7 +131,7 @@ QImage GlowingOrbView::paintPicture(double devicePixelRatio) {
     const QSizeF points = pictureRect().size();
     QImage image((points * devicePixelRatio).toSize(), QImage::Format_ARGB32_Premultiplied);
     const double end = reach(m_glowLook) * devicePixelRatio * m_pulse.scale();
-    const float entriesPerSquare = static_cast<float>(glowEntries / (end * end));
+    const auto entriesPerSquare = static_cast<float>(glowEntries / (end * end));
     const float last = glowEntries;
     const float middle = static_cast<float>(image.width()) / 2 - 0.5F;
     const int side = image.width();

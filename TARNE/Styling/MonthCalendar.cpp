@@ -35,8 +35,8 @@ QString withoutDay(QString between) {
 
 } // namespace
 
-MonthCalendar::MonthCalendar(QLocale locale, Range range, std::function<QDate()> today)
-    : m_locale(std::move(locale)),
+MonthCalendar::MonthCalendar(const QLocale &locale, Range range, std::function<QDate()> today)
+    : m_locale(locale),
       m_range(range),
       m_today(std::move(today)),
       m_selected(m_today()),

@@ -43,7 +43,7 @@ public:
     static constexpr int rows = 42;
 
     /// `today` is asked anew whenever something is shown or picked.
-    MonthCalendar(QLocale locale, Range range, std::function<QDate()> today);
+    MonthCalendar(const QLocale &locale, Range range, std::function<QDate()> today);
 
     [[nodiscard]] QDate selectedDay() const { return m_selected; }
     void setSelectedDay(QDate day);

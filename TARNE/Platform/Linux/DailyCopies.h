@@ -6,6 +6,8 @@
 #include <QString>
 #include <QStringList>
 
+#include <utility>
+
 namespace tarne {
 
 class DefaultsFile;
@@ -15,7 +17,7 @@ class DailyCopies {
 public:
     static constexpr int kept = 7;
 
-    explicit DailyCopies(const DefaultsFolder &folder) : m_folder(folder) {}
+    explicit DailyCopies(DefaultsFolder folder) : m_folder(std::move(folder)) {}
 
     /// Copies the file unless the day has its copy already, and removes the oldest beyond seven. A
     /// failure costs the day's copy and a line on standard error.

@@ -4,13 +4,15 @@
 
 #include <QString>
 
+#include <utility>
+
 namespace tarne {
 
 /// The files of the store and their names. Only the user can read them: folders are made with mode
 /// 0700, files with 0600.
 class DefaultsFolder {
 public:
-    explicit DefaultsFolder(const QString &path) : m_path(path) {}
+    explicit DefaultsFolder(QString path) : m_path(std::move(path)) {}
 
     QString file() const;
     QString copies() const;      ///< The folder of the daily copies.

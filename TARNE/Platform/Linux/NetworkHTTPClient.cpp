@@ -83,10 +83,10 @@ bool isSameOrigin(const QUrl &a, const QUrl &b) {
 /// One request and its answer. Deletes itself behind its completion.
 class Exchange final : public QObject {
 public:
-    Exchange(QNetworkRequest request, QByteArray body, qint64 bodyLimit,
+    Exchange(const QNetworkRequest &request, QByteArray body, qint64 bodyLimit,
              HTTPClient::Completion done, QObject *parent)
         : QObject(parent),
-          m_request(std::move(request)),
+          m_request(request),
           m_requestBody(std::move(body)),
           m_bodyLimit(bodyLimit),
           m_done(std::move(done)) {

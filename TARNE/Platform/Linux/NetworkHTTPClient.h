@@ -25,7 +25,7 @@ public:
         /// counts as silence, so it has this long.
         std::chrono::milliseconds idle{std::chrono::seconds(60)};
         /// The longest body of an answer, in bytes, after decompression.
-        qint64 body = 64 * 1024 * 1024;
+        qint64 body = qint64{64} * 1024 * 1024;
     };
 
     NetworkHTTPClient();

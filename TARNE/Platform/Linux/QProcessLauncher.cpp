@@ -104,7 +104,8 @@ QString launchFailure(const QString &errorString) {
                                                           : errorString;
 }
 
-void connectHandlers(QProcess *process, const ChildLaunch &launch, std::shared_ptr<Exit> exit) {
+void connectHandlers(QProcess *process, const ChildLaunch &launch,
+                     const std::shared_ptr<Exit> &exit) {
     QObject::connect(process, &QProcess::readyReadStandardOutput, process,
                      [process, handler = launch.standardOutput] {
                          forward(process->readAllStandardOutput(), handler);

@@ -187,8 +187,8 @@ public:
     }
 
     bool unlock(GDBusProxy *object) const {
-        const char *paths[]{g_dbus_proxy_get_object_path(object)};
-        return call("Unlock", g_variant_new("(@ao)", g_variant_new_objv(paths, 1)), "(@ao&o)");
+        const char *const path = g_dbus_proxy_get_object_path(object);
+        return call("Unlock", g_variant_new("(@ao)", g_variant_new_objv(&path, 1)), "(@ao&o)");
     }
 
     bool open(SecretItem *item) const {

@@ -5,7 +5,7 @@
 #include <functional>
 #include <memory>
 
-typedef struct _GCancellable GCancellable;
+#include <gio/gio.h>
 
 namespace tarne {
 
