@@ -11,7 +11,7 @@ Column {
     property font font: Typography.body
     property color color: Colors.primaryText
     property real lineSpacing: 0
-    // Otherwise a text begins on the side that its script begins on.
+    // Otherwise its lines begin at the left edge, whatever its script.
     property bool isCentered: false
 
     // The blocks are lines of one text.
@@ -32,7 +32,7 @@ Column {
             font: longText.font
             color: longText.color
             lineSpacing: longText.lineSpacing
-            horizontalAlignment: longText.isCentered ? Text.AlignHCenter : undefined
+            horizontalAlignment: longText.isCentered ? Text.AlignHCenter : Text.AlignLeft
             wrapMode: Text.Wrap
         }
     }

@@ -10,7 +10,8 @@ Text {
     font: Typography.body
     color: Colors.primaryText
     textFormat: Text.PlainText
-    lineHeight: lineSpacing > 0 ? 1 + lineSpacing / (font.pixelSize * 1.21) : 1
+    // A line of the system's font is that many whole points high.
+    lineHeight: lineSpacing > 0 ? 1 + lineSpacing / Math.ceil(font.pixelSize * 1.21) : 1
     // Below the last line there is no next one.
     bottomPadding: -lineSpacing
     Accessible.role: Accessible.StaticText

@@ -3,12 +3,28 @@
 #include <QTextLayout>
 #include <QTextOption>
 
+using namespace Qt::StringLiterals;
+
 namespace tarne {
+namespace {
+
+/// `text` with a line feed for every line break, of which a view knows but one or two.
+QString withLineFeeds(QString text) {
+    text.replace("\r\n"_L1, "\n"_L1);
+    for (QChar &c : text) {
+        if ((c >= u'\v' && c <= u'\r') || c == u'\u0085' || c == u'\u2028' || c == u'\u2029')
+            c = u'\n';
+    }
+    return text;
+}
+
+} // namespace
 
 void TextBlocks::setText(const QString &text) {
-    if (m_text == text)
+    const QString lines = withLineFeeds(text);
+    if (m_text == lines)
         return;
-    m_text = text;
+    m_text = lines;
     restart();
 }
 

@@ -13,7 +13,7 @@ namespace tarne {
 /// One item with a text of a megabyte takes longer than a frame to lay out. Here the first block is
 /// there at once and the others follow, one in each turn of the event loop, of which several fit
 /// into the frame. A text of ordinary length is one block. Below each other, with no space between,
-/// the blocks look as the text in one piece would.
+/// the blocks look as the text in one piece would. A line ends at every line break of Unicode's.
 class TextBlocks : public QAbstractListModel {
     Q_OBJECT
     QML_ELEMENT

@@ -38,6 +38,7 @@ Item {
         text: row.goalText
         font: Typography.system(15, Font.Medium)
         color: Colors.label
+        horizontalAlignment: Text.AlignLeft
         wrapMode: Text.Wrap
     }
     Badge {

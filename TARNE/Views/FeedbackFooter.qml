@@ -39,7 +39,9 @@ Rectangle {
                 weight: Font.Medium
                 color: Colors.label
             }
+            // Whole points, so that neither button is drawn beyond its edge.
             PlainText {
+                width: Math.ceil(implicitWidth)
                 text: share.text
                 font: Typography.system(14, Font.Medium)
                 color: Colors.label

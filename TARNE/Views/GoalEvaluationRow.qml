@@ -20,6 +20,7 @@ Column {
         text: row.goalText
         font: Typography.system(14, Font.Medium)
         color: Colors.label
+        horizontalAlignment: Text.AlignLeft
         wrapMode: Text.Wrap
     }
     Row {

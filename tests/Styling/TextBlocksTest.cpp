@@ -104,6 +104,11 @@ TEST_F(TextBlocksTest, BreaksOfTheTextStayBreaks) {
     expectLinesAsInOnePiece(u"A line\n\nand another, which is a little longer\n"_s.repeated(300));
 }
 
+TEST_F(TextBlocksTest, EveryLineBreakIsOne) {
+    show(u"a\r\nb\rc\vd\fe\u0085f\u2028g\u2029h"_s);
+    EXPECT_EQ(blocks(), QStringList{u"a\nb\nc\nd\ne\nf\ng\nh"_s});
+}
+
 TEST_F(TextBlocksTest, AWordOfManyLinesIsBrokenAnywhere) {
     expectLinesAsInOnePiece(u"x"_s.repeated(10'000));
     for (const QString &block : blocks())

@@ -2,6 +2,8 @@
 
 #include <QFontMetricsF>
 
+#include <cmath>
+
 using namespace Qt::StringLiterals;
 
 namespace tarne::test {
@@ -98,6 +100,41 @@ TEST_F(FeedbackCardsLayout, ASectionsLinesStandFourPointsFurtherApart) {
     open();
     answerWith(FeedbackFakes::answerWith("one\\ntwo"));
     expectTwoLines(u"one\ntwo"_s);
+}
+
+TEST_F(FeedbackCardsLayout, ALongSectionWrapsToItsFullHeight) {
+    open();
+    const QString words = u"word "_s.repeated(60) + u"end"_s;
+    answerWith(FeedbackFakes::answerWith("**Advice:** " + words.toLatin1()));
+    const int lines = textItem(words).property("lineCount").toInt();
+    EXPECT_GT(lines, 2);
+    EXPECT_LE(textItem(words).property("contentWidth").toDouble(), 580 - 2 * 32 - 2 * 16);
+    const double line = std::ceil(QFontMetricsF(Fonts::system(14)).height());
+    EXPECT_NEAR(text(words).height(), lines * (line + 4) - 4, 0.01);
+    EXPECT_NEAR(card(words).bottom() - text(words).bottom(), 16, 0.01);
+}
+
+TEST_F(FeedbackCardsLayout, TwentyPointsAreDrawnBetweenTheCards) {
+    open();
+    answer();
+    const QImage shown = ui().picture();
+    for (const QString &title : {u"Overall Assessment"_s, u"Patterns Observed"_s}) {
+        const QPoint end = card(title).bottomLeft().toPoint() + QPoint(100, 0);
+        EXPECT_EQ(shown.pixelColor(end - QPoint(0, 1)), SystemColors::controlBackground);
+        EXPECT_EQ(shown.pixelColor(end), SystemColors::regularMaterial) << qPrintable(title);
+        EXPECT_EQ(shown.pixelColor(end + QPoint(0, 19)), SystemColors::regularMaterial);
+        EXPECT_EQ(shown.pixelColor(end + QPoint(0, 20)), SystemColors::controlBackground);
+    }
+}
+
+TEST_F(FeedbackCardsLayout, ATextOfAnyScriptBeginsAtTheLeadingSide) {
+    open();
+    answerWith(FeedbackFakes::answerWith("**Advice:** שלום"));
+    sheet().feedback()->setReflection(u"عالم"_s);
+    layOut();
+    for (const QString &written : {u"שלום"_s, u"عالم"_s})
+        EXPECT_EQ(textItem(written).property("effectiveHorizontalAlignment").toInt(),
+                  Qt::AlignLeft);
 }
 
 TEST_F(FeedbackCardsLayout, ASectionWithoutContentIsItsTitleAlone) {

@@ -27,6 +27,9 @@ TEST_F(FeedbackSheetLayout, HeadsItselfWithTitleProgressAndTheCloseControl) {
     EXPECT_EQ(text(u"1 of 2 tasks completed"_s).topLeft(),
               text(u"Session Feedback"_s).bottomLeft() + QPointF(0, 4));
     expectCloseControl();
+    EXPECT_NEAR(
+        probe().place(u"Close"_s).center().y(),
+        (text(u"Session Feedback"_s).top() + text(u"1 of 2 tasks completed"_s).bottom()) / 2, 0.5);
 }
 
 TEST_F(FeedbackSheetLayout, FillsTheProgressBarByTheShareInItsTint) {
@@ -36,6 +39,7 @@ TEST_F(FeedbackSheetLayout, FillsTheProgressBarByTheShareInItsTint) {
     EXPECT_EQ(bar.width(), 80);
     EXPECT_EQ(fill.width(), 40);
     EXPECT_EQ(LayoutProbe::color(fill), SystemColors::orange);
+    EXPECT_EQ(LayoutProbe::place(bar).right(), probe().place(u"Close"_s).left() - 8);
     EXPECT_EQ(LayoutProbe::place(bar).center().y(), text(u"1 of 2 tasks completed"_s).center().y());
 }
 
@@ -112,6 +116,11 @@ TEST_F(FeedbackSheetLayout, ShowsEachGoalWithItsMarkAndItsBadge) {
     }
 }
 
+TEST_F(FeedbackSheetLayout, AGoalOfAnyScriptStandsBesideItsMark) {
+    open(u"שלום"_s);
+    EXPECT_EQ(textItem(u"שלום"_s).property("effectiveHorizontalAlignment").toInt(), Qt::AlignLeft);
+}
+
 TEST_F(FeedbackSheetLayout, SaveAndShareIsASymbolAndATextOnAFaintFill) {
     open();
     const QString name = u"Save & Share"_s;
@@ -142,6 +151,16 @@ TEST_F(FeedbackSheetLayout, FinishSessionIsATextAndACheckmarkOnTheAccent) {
     EXPECT_EQ(text(label).bottom(), button.bottom() - 12);
     EXPECT_EQ(background(name).property("radius"), 8);
     EXPECT_EQ(LayoutProbe::color(background(name)), TARNEStyle::Colors::accent);
+}
+
+TEST_F(FeedbackSheetLayout, FinishSessionIsDrawnUpToTheMargin) {
+    open();
+    const QRectF button = probe().place(u"Finish session"_s);
+    const QPoint margin(static_cast<int>(panel().right()) - 32,
+                        static_cast<int>(button.center().y()));
+    const QImage shown = ui().picture();
+    EXPECT_EQ(shown.pixelColor(margin - QPoint(1, 0)), TARNEStyle::Colors::accent);
+    EXPECT_EQ(shown.pixelColor(margin), SystemColors::regularMaterial);
 }
 
 TEST_F(FeedbackSheetLayout, TheFooterLiesOnTheMaterial) {

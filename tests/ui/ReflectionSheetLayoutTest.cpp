@@ -43,6 +43,17 @@ TEST_F(ReflectionSheetLayout, HeadsItselfWithItsTitleAndTheCloseControl) {
     expectLook(ui(), u"How did you do with your goals?"_s, Fonts::system(22, QFont::DemiBold),
                SystemColors::label);
     expectCloseControl();
+    EXPECT_NEAR(probe().place(u"Close"_s).center().y(),
+                text(u"How did you do with your goals?"_s).center().y(), 0.5);
+}
+
+TEST_F(ReflectionSheetLayout, AGoalOfAnyScriptBeginsAtTheLeadingSide) {
+    openReflection(u"שלום"_s);
+    EXPECT_EQ(probe()
+                  .item(u"שלום"_s, QAccessible::StaticText)
+                  .property("effectiveHorizontalAlignment")
+                  .toInt(),
+              Qt::AlignLeft);
 }
 
 TEST_F(ReflectionSheetLayout, SetsTheGoalsAndTheReflectionApartAsTold) {
