@@ -53,6 +53,20 @@ TEST(ParsedFeedback, ALineWithTwoLabelsGoesToTheEarlierSection) {
               (ParsedFeedback{.advice = u"**Motivation:** go  rest"_s}));
 }
 
+TEST(ParsedFeedback, OfSeveralLabelsInOneLineTheFirstInTheAnswersOrderCounts) {
+    EXPECT_EQ(parseFeedbackText(u"**Advice:** a **Patterns Observed:** p"_s),
+              (ParsedFeedback{.patternsObserved = u"**Advice:** a  p"_s}));
+    EXPECT_EQ(parseFeedbackText(u"**Motivation:** m **Patterns Observed:** p "
+                                "**Advice:** a **Overall Assessment:** o"_s),
+              ParsedFeedback{.overallAssessment = u"**Motivation:** m **Patterns Observed:** p "
+                                                  "**Advice:** a  o"_s});
+}
+
+TEST(ParsedFeedback, ALabelThatIsLeftWhereOneWasCutOutIsText) {
+    EXPECT_EQ(parseFeedbackText(u"**Adv**Advice:**ice:** rest"_s),
+              (ParsedFeedback{.advice = u"**Advice:** rest"_s}));
+}
+
 TEST(ParsedFeedback, CutsEveryOccurrenceOfTheLabelOutOfItsLine) {
     EXPECT_EQ(parseFeedbackText(u"**Advice:**a**Advice:** b **Advice:**"_s),
               (ParsedFeedback{.advice = u"a b"_s}));

@@ -41,6 +41,11 @@ TEST(SessionSummary, LeavesOutWhatIsEmpty) {
               "**Suggestions:** Rest.\n\n"_s);
 }
 
+TEST(SessionSummary, HoldsAReflectionOfBlanks) {
+    EXPECT_EQ(createSessionSummary({}, u" "_s, std::nullopt),
+              u"# Stillhour Session Summary\n\n## Goals\n\n## Reflection\n \n"_s);
+}
+
 TEST(SessionSummary, NamesTheCoachingEvenWhenAllItsSectionsAreEmpty) {
     EXPECT_TRUE(createSessionSummary({}, {}, ParsedFeedback{}).endsWith(u"\n## AI Feedback\n\n"));
 }

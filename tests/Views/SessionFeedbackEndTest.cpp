@@ -15,6 +15,7 @@ TEST_F(SessionFeedbackEndTest, SaveAndShareCopiesASummaryAndNothingElse) {
     feedback();
     answerInFourSections();
     feedback().setReflection(u"Edited"_s);
+    defaults.takeWrites();
     feedback().saveAndShareFeedback();
     EXPECT_EQ(pasteboard.calls, QStringList({u"clear"_s, u"set"_s}));
     EXPECT_EQ(pasteboard.text, u"# Stillhour Session Summary\n\n## Goals\n- ✅ A\n- 🔶 B\n"
@@ -24,7 +25,7 @@ TEST_F(SessionFeedbackEndTest, SaveAndShareCopiesASummaryAndNothingElse) {
                                "**Motivation:** Go on.\n\n"_s);
     EXPECT_EQ(log.takeLines(), QStringList(u"Session summary copied to clipboard"_s));
     EXPECT_TRUE(isPresented);
-    EXPECT_TRUE(history().empty());
+    EXPECT_EQ(defaults.takeWrites(), QStringList());
 }
 
 TEST_F(SessionFeedbackEndTest, SaveAndShareLeavesTheFeedbackOutUntilItIsThere) {
@@ -78,6 +79,41 @@ TEST_F(SessionFeedbackEndTest, FinishUpdatesTheEntryOfARunOutAndTellsItsReaders)
     EXPECT_EQ(history()[0].suggestions, u"Rest."_s);
 }
 
+TEST_F(SessionFeedbackEndTest, FinishStoresTheReflectionThenTheCoachingAndThenCloses) {
+    reflectOn(u"A"_s, {completed}, u"Fine"_s);
+    feedback();
+    answerInFourSections();
+    feedback().setReflection(u"Edited"_s);
+    int posts = 0;
+    const auto registration = center.addObserver(notifications::sessionHistoryUpdated, [&] {
+        ++posts;
+        EXPECT_EQ(controller().loadLastReflection(), u"Edited"_s);
+        EXPECT_TRUE(isPresented);
+        EXPECT_EQ(completions, 0);
+    });
+    feedback().finishSession();
+    EXPECT_EQ(posts, 1);
+}
+
+TEST_F(SessionFeedbackEndTest, FinishWritesAReflectionOfBlanksBack) {
+    reflectOn(u"A"_s, {}, u"Fine"_s);
+    feedback().setReflection(u" "_s);
+    feedback().finishSession();
+    EXPECT_EQ(controller().loadLastReflection(), u" "_s);
+}
+
+TEST_F(SessionFeedbackEndTest, FinishOfASessionThatIsGoneAddsNothingToTheHistory) {
+    reflectOn(u"A"_s, {completed}, u"Fine"_s);
+    feedback();
+    answerInFourSections();
+    controller().endSession(std::nullopt, true);
+    feedback().finishSession();
+    ASSERT_EQ(history().size(), 1U);
+    EXPECT_EQ(history()[0].suggestions, QString());
+    EXPECT_FALSE(isPresented);
+    EXPECT_EQ(completions, 1);
+}
+
 TEST_F(SessionFeedbackEndTest, FinishDoesNotWriteAnEmptiedReflectionBack) {
     reflectOn(u"A"_s, {}, u"Fine"_s);
     feedback().setReflection(QString());
@@ -128,17 +164,13 @@ TEST_F(SessionFeedbackEndTest, FinishWhileLoadingIsAsAfterAFailure) {
     EXPECT_EQ(history()[0].motivation, QString());
 }
 
-TEST_F(SessionFeedbackEndTest, FinishTakesTheSessionsEndThatMayDestroyTheSheet) {
+TEST_F(SessionFeedbackEndTest, TheGoalsStayWhileTheSheetLeavesThoughTheSessionIsGone) {
     reflectOn(u"A"_s, {completed}, {});
-    feedback();
-    answerInFourSections();
-    bool shownAfterwards = false;
     SessionFeedbackView view(controller(), feedbackPlatform(), &isPresented,
                              [this] { controller().endSession(std::nullopt, true); });
     view.finishSession();
-    shownAfterwards = view.hasGoals();
-    EXPECT_TRUE(shownAfterwards) << "the sheet goes empty while it leaves";
     EXPECT_FALSE(controller().currentSession());
+    EXPECT_TRUE(view.hasGoals());
 }
 
 TEST_F(SessionFeedbackEndTest, CloseOnlyCloses) {

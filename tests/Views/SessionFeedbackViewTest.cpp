@@ -137,6 +137,16 @@ TEST_F(SessionFeedbackViewTest, TellsWhyThereIsNoAnswerUntilItGoesAway) {
     EXPECT_EQ(gemini.requests.size(), 1U) << "asked again";
 }
 
+TEST_F(SessionFeedbackViewTest, AFailureThatIsToldInNoWordIsOneAllTheSame) {
+    reflectOn(u"A"_s, {}, {});
+    feedback();
+    gemini.answer(R"({"error":{"message":""}})", 400);
+    time.runPending();
+    EXPECT_EQ(feedback().panel(), Panel::Error);
+    EXPECT_EQ(feedback().feedbackError(), QString());
+    EXPECT_EQ(feedback().feedback(), QString());
+}
+
 TEST_F(SessionFeedbackViewTest, TellsWhatTheServiceSays) {
     reflectOn(u"A"_s, {}, {});
     feedback();
@@ -225,24 +235,29 @@ TEST_F(SessionFeedbackViewTest, ShowsHowEachGoalWent) {
 struct Progress {
     std::vector<GoalStatus> statuses;
     QString text;
+    double share;
     QColor color;
 };
 
 TEST_F(SessionFeedbackViewTest, MeasuresProgressByCompletedGoals) {
     const std::vector<Progress> table{
-        {{completed, completed, notCompleted}, u"2 of 3 tasks completed"_s, SystemColors::orange},
-        {{completed, completed, completed}, u"3 of 3 tasks completed"_s, SystemColors::green},
-        {{completed}, u"1 of 3 tasks completed"_s, SystemColors::red},
+        {{completed, completed, notCompleted},
+         u"2 of 3 tasks completed"_s,
+         2.0 / 3.0,
+         SystemColors::orange},
+        {{completed, completed, completed}, u"3 of 3 tasks completed"_s, 1.0, SystemColors::green},
+        {{completed}, u"1 of 3 tasks completed"_s, 1.0 / 3.0, SystemColors::red},
         {{partiallyCompleted, partiallyCompleted, partiallyCompleted},
          u"0 of 3 tasks completed"_s,
+         0.0,
          SystemColors::red}};
     for (const Progress &row : table) {
         reflectOn(u"A, B, C"_s, row.statuses, {});
         presentFeedback();
         EXPECT_EQ(feedback().progressText(), row.text);
+        EXPECT_DOUBLE_EQ(feedback().progressValue(), row.share) << qPrintable(row.text);
         EXPECT_EQ(feedback().progressColor(), row.color) << qPrintable(row.text);
     }
-    EXPECT_DOUBLE_EQ(feedback().progressValue(), 0.0);
 }
 
 TEST_F(SessionFeedbackViewTest, ProgressTurnsOrangeAtAHalfAndGreenAtFourFifths) {
@@ -264,6 +279,17 @@ TEST_F(SessionFeedbackViewTest, BeginsWithTheSessionsReflection) {
     reflectOn(u"A"_s, {}, u"Went well."_s);
     EXPECT_EQ(feedback().reflection(), u"Went well."_s);
     EXPECT_FALSE(feedback().isEditingReflection());
+}
+
+TEST_F(SessionFeedbackViewTest, HasTheReflectionBeforeItAsks) {
+    reflectOn(u"A"_s, {}, u"Went well."_s);
+    SessionFeedbackView view(controller(), feedbackPlatform(), &isPresented, [] {});
+    std::optional<std::size_t> requestsBefore;
+    QObject::connect(&view, &SessionFeedbackView::reflectionChanged,
+                     [&] { requestsBefore = gemini.requests.size(); });
+    view.appear();
+    EXPECT_EQ(requestsBefore, 0U);
+    EXPECT_EQ(gemini.requests.size(), 1U);
 }
 
 TEST_F(SessionFeedbackViewTest, EditingReachesNothingButTheSheet) {

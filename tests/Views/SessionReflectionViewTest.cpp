@@ -121,6 +121,21 @@ TEST_F(SessionReflectionViewTest, CompletionStoresVerdictsAndReflectionThenAsksF
     EXPECT_TRUE(gemini.requests[0].body.contains("- Reflection: Fine"));
 }
 
+TEST_F(SessionReflectionViewTest, CompletionStoresTheVerdictsThenTheReflectionThenShowsFeedback) {
+    start(u"A"_s, 1500.0);
+    sheet().rate(0, 0);
+    sheet().setReflection(u"Fine"_s);
+    QStringList order;
+    QObject::connect(&controller(), &SessionViewModel::currentSessionChanged, [&] {
+        EXPECT_TRUE(controller().currentSession()->goals[0].status);
+        order += controller().currentSession()->reflection.value_or(u"verdicts"_s);
+    });
+    QObject::connect(&sheet(), &SessionReflectionView::showingFeedbackChanged,
+                     [&] { order += u"feedback"_s; });
+    sheet().completeReflection();
+    EXPECT_EQ(order, QStringList({u"verdicts"_s, u"Fine"_s, u"feedback"_s}));
+}
+
 TEST_F(SessionReflectionViewTest, CompletionStoresAlsoAnEmptyReflection) {
     controller().saveReflection(u"old"_s);
     start(u"A"_s, 1500.0);
