@@ -4,6 +4,7 @@
 #include <QDeadlineTimer>
 #include <QJsonArray>
 #include <QJsonDocument>
+#include <QScopeGuard>
 #include <QSemaphore>
 #include <QThread>
 
@@ -230,6 +231,16 @@ TEST_F(NetworkHTTPClientTest, AServerThatIsNotThereIsTold) {
     // A name that no name server is asked for: one part of it is too long.
     EXPECT_EQ(transportError(postTo(u"https://"_s + QString(64, u'x') + u".example/"_s)),
               u"The server could not be found. Is this computer online?"_s);
+}
+
+TEST_F(NetworkHTTPClientTest, TheSystemsProxyIsForOtherMachinesThanThis) {
+    const int nobody = QUrl(standIn->endpoint(u"refused"_s)).port();
+    qputenv("https_proxy", "http://127.0.0.1:" + QByteArray::number(nobody));
+    const auto restored = qScopeGuard([] { qunsetenv("https_proxy"); });
+    // Looked up without the proxy, the name would not be found.
+    EXPECT_EQ(transportError(postTo(u"https://gemini.example/"_s)),
+              u"The network connection failed."_s);
+    EXPECT_TRUE(std::holds_alternative<HTTPResponse>(post(u"good"_s)));
 }
 
 TEST_F(NetworkHTTPClientTest, NoErrorTellsTheAddress) {
