@@ -1,38 +1,12 @@
 #pragma once
 
 #include "FeedbackFakes.h"
-#include "ManualTime.h"
-#include "MemoryDefaults.h"
-#include "RecordingLog.h"
-#include "RecordingPlatform.h"
-#include "SessionViewModel.h"
-
-#include <QLocale>
-#include <QTimeZone>
+#include "SessionFakes.h"
 
 namespace tarne::shots {
 
 /// A machine of fakes and a session controller on it.
-struct OfflineSession {
-    SessionPlatform platform() {
-        return {.clock = time,
-                .runLoop = time,
-                .log = log,
-                .defaults = defaults,
-                .notificationCenter = center,
-                .userNotifications = userNotifications,
-                .backgroundActivities = activities,
-                .haptics = haptics,
-                .calendar = [] { return Calendar(QTimeZone::utc(), QLocale::c()); }};
-    }
-
-    test::ManualTime time;
-    test::RecordingLog log;
-    test::MemoryDefaults defaults;
-    NotificationCenter center;
-    test::RecordingUserNotifications userNotifications;
-    test::RecordingBackgroundActivities activities;
-    test::CountingHaptics haptics;
+struct OfflineSession : test::SessionFakes {
     SessionViewModel controller{platform()};
     test::FeedbackFakes feedback{time, log};
 };

@@ -1,13 +1,7 @@
 #pragma once
 
-#include "ManualTime.h"
-#include "MemoryDefaults.h"
-#include "RecordingLog.h"
-#include "RecordingPlatform.h"
-#include "SessionViewModel.h"
+#include "SessionFakes.h"
 #include "StoredKeys.h"
-
-#include <QTimeZone>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -17,21 +11,9 @@
 namespace tarne::test {
 
 /// A controller over a manual clock and a store in memory, and the words to talk about it.
-class SessionTest : public testing::Test {
+class SessionTest : public testing::Test, protected SessionFakes {
 protected:
     using Seconds = RunLoop::Seconds;
-
-    SessionPlatform platform() {
-        return {.clock = time,
-                .runLoop = time,
-                .log = log,
-                .defaults = defaults,
-                .notificationCenter = center,
-                .userNotifications = userNotifications,
-                .backgroundActivities = activities,
-                .haptics = haptics,
-                .calendar = [] { return Calendar(QTimeZone::utc(), QLocale::c()); }};
-    }
 
     /// The controller of the run; made on first use, so that a test can prepare the store.
     SessionViewModel &controller() {
@@ -66,14 +48,6 @@ protected:
             result += goal.text;
         return result;
     }
-
-    ManualTime time;
-    RecordingLog log;
-    MemoryDefaults defaults;
-    NotificationCenter center;
-    RecordingUserNotifications userNotifications;
-    RecordingBackgroundActivities activities;
-    CountingHaptics haptics;
 
 private:
     std::unique_ptr<SessionViewModel> m_controller;
