@@ -43,6 +43,7 @@ TEST_F(SessionLifecycle, CreatingASessionLeavesTheRunningOneAlone) {
     const QUuid id = controller().currentSession()->id;
     defaults.takeWrites();
     std::ignore = controller().createSession(u"Write report"_s, 600);
+    ASSERT_TRUE(controller().currentSession());
     EXPECT_EQ(controller().currentSession()->id, id);
     EXPECT_EQ(controller().timeRemaining(), 290.0);
     EXPECT_THAT(defaults.takeWrites(), ElementsAre(QString(keys::userPreferences)));
