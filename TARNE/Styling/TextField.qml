@@ -23,6 +23,7 @@ T.TextField {
     selectionColor: Colors.withOpacity(Colors.accent, 0.3)
     selectedTextColor: Colors.primaryText
     selectByMouse: true
+    maximumLength: 2147483647 // In place of 32767: a paste is never cut.
     verticalAlignment: TextInput.AlignVCenter
     Accessible.name: placeholderText
 

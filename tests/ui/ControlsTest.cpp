@@ -2,6 +2,8 @@
 #include "TestMain.h"
 #include "UiDriver.h"
 
+#include <QClipboard>
+#include <QGuiApplication>
 #include <QQmlProperty>
 
 #include <gmock/gmock.h>
@@ -176,6 +178,16 @@ void recordAnnouncement(QAccessibleEvent *event) {
         announcedTexts << static_cast<QAccessibleTextUpdateEvent *>(event)->textInserted();
     else if (event->type() == QAccessible::ValueChanged)
         announcedTexts << static_cast<QAccessibleValueChangeEvent *>(event)->value().toString();
+}
+
+TEST(SecureField, TakesAllOfALongKeyThatIsPasted) {
+    UiDriver ui(column(secureField));
+    EXPECT_TRUE(ui.click(u"Enter your key"_s, QAccessible::EditableText));
+    const QString key(100'000, u'k');
+    QGuiApplication::clipboard()->setText(key);
+    ui.key(Qt::Key_V, Qt::ControlModifier);
+    EXPECT_TRUE(typed(ui) == key);
+    QGuiApplication::clipboard()->clear();
 }
 
 TEST(SecureField, AnnouncesNothingOfWhatIsTyped) {
