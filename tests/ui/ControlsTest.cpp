@@ -5,6 +5,9 @@
 #include <QClipboard>
 #include <QGuiApplication>
 #include <QQmlProperty>
+#include <QQuickTextDocument>
+#include <QTextBlock>
+#include <QTextDocument>
 
 #include <gmock/gmock.h>
 
@@ -268,6 +271,21 @@ TEST(TextEditor, TellsNoBreakSpacesAndKeepsTheCaretWhenAnEditComesBack) {
     ui.type(u"e"_s);
     EXPECT_EQ(typed(ui).size(), 4);
     EXPECT_TRUE(typed(ui).contains(u"c\u00a0d"_s));
+}
+
+TEST(TextEditor, SetsManyLinesApartInOneEdit) {
+    const UiDriver ui(column(u"TextEditor { width: 300; height: 60; accessibleName: 'Notes'; "
+                             "lineSpacing: 3; text: root.typed }"_s));
+    const auto *const source =
+        ui.find(u"Notes"_s)->property("textDocument").value<QQuickTextDocument *>();
+    const QTextDocument &document = *source->textDocument();
+    int edits = 0;
+    QObject::connect(&document, &QTextDocument::contentsChanged, source, [&] { ++edits; });
+    ui.root()->setProperty("typed", u"line\n"_s.repeated(200));
+    EXPECT_LE(edits, 4) << "each edit lays out what stands below it";
+    EXPECT_EQ(document.blockCount(), 201);
+    for (QTextBlock line = document.begin(); line.isValid(); line = line.next())
+        EXPECT_EQ(line.blockFormat().lineHeight(), 3) << line.blockNumber();
 }
 
 TEST(TextEditor, PastedMarkupStaysPlain) {
