@@ -32,10 +32,10 @@ QByteArray outline(QLatin1StringView file, int weight) {
     QByteArray svg = resource.readAll();
     if (weight > QFont::Normal) {
         const double width = (weight - QFont::Normal) / 100.0 * strokePerWeightStep;
-        svg.replace("fill=\"currentColor\"", "fill=\"black\" stroke=\"black\" stroke-width=\"" +
-                                                 QByteArray::number(width) + '"');
+        svg.replace(R"(fill="currentColor")", R"(fill="black" stroke="black" stroke-width=")" +
+                                                  QByteArray::number(width) + '"');
     } else {
-        svg.replace("fill=\"currentColor\"", "fill=\"black\"");
+        svg.replace(R"(fill="currentColor")", R"(fill="black")");
     }
     return svg;
 }
@@ -53,7 +53,7 @@ void drawOutline(QPainter &painter, const QRectF &target, QLatin1StringView file
 } // namespace
 
 SymbolIcon::SymbolIcon(QQuickItem *parent)
-    : TextureItem(parent), m_color(TARNEStyle::Colors::primaryText), m_weight(QFont::Normal) {
+    : TextureItem(parent), m_color(TARNEStyle::Colors::primaryText) {
     setSymbolSize(TARNEStyle::Typography::FontSize::body);
 }
 

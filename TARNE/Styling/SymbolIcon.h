@@ -3,6 +3,7 @@
 #include "TextureItem.h"
 
 #include <QColor>
+#include <QFont>
 
 namespace tarne {
 
@@ -49,7 +50,7 @@ private:
     QString m_symbol;
     double m_size = 0;
     QColor m_color;
-    int m_weight;
+    int m_weight = QFont::Normal;
     bool m_isHierarchical = false;
 };
 

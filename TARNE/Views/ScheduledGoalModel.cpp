@@ -31,7 +31,7 @@ int commonEnd(const Goals &a, const Goals &b, int start) {
 
 } // namespace
 
-ScheduledGoalModel::ScheduledGoalModel(const Calendar &calendar) : m_calendar(calendar) {}
+ScheduledGoalModel::ScheduledGoalModel(Calendar calendar) : m_calendar(std::move(calendar)) {}
 
 void ScheduledGoalModel::setGoals(Goals goals, const Calendar &calendar) {
     const int start = commonStart(m_goals, goals);

@@ -25,7 +25,7 @@ public:
         IsCompleted,
     };
 
-    explicit ScheduledGoalModel(const Calendar &calendar);
+    explicit ScheduledGoalModel(Calendar calendar);
 
     /// `calendar` is that of the times' texts.
     void setGoals(std::vector<ScheduledGoal> goals, const Calendar &calendar);
