@@ -3,16 +3,29 @@
 #include <QTextLayout>
 #include <QTextOption>
 
+#include <utility>
+
 using namespace Qt::StringLiterals;
 
 namespace tarne {
 namespace {
 
+/// Whether a line ends at `c`, a line feed aside.
+bool isOtherBreak(QChar c) {
+    return (c >= u'\v' && c <= u'\r') || c == u'\u0085' || c == u'\u2028' || c == u'\u2029';
+}
+
 /// `text` with a line feed for every line break, of which a view knows but one or two.
 QString withLineFeeds(QString text) {
+    // A megabyte is looked through in much less time than it is copied.
+    bool hasOthers = false;
+    for (const QChar c : std::as_const(text))
+        hasOthers |= isOtherBreak(c);
+    if (!hasOthers)
+        return text;
     text.replace("\r\n"_L1, "\n"_L1);
     for (QChar &c : text) {
-        if ((c >= u'\v' && c <= u'\r') || c == u'\u0085' || c == u'\u2028' || c == u'\u2029')
+        if (isOtherBreak(c))
             c = u'\n';
     }
     return text;
