@@ -1,15 +1,20 @@
 #include "PortalWorkspace.h"
 
 #include "DesktopLogging.h"
+#include "LauncherPages.h"
 
 #include <QDesktopServices>
+
+#include <unistd.h>
 
 namespace tarne {
 
 using namespace Qt::StringLiterals;
 
 PortalWorkspace::PortalWorkspace(QDBusConnection sessionBus)
-    : PortalWorkspace(std::move(sessionBus), QDesktopServices::openUrl) {}
+    : PortalWorkspace(std::move(sessionBus), [](const QUrl &url) {
+          return LauncherPages(STDIN_FILENO).open(url) || QDesktopServices::openUrl(url);
+      }) {}
 
 PortalWorkspace::PortalWorkspace(QDBusConnection sessionBus, Opener fallback)
     : m_portal(std::move(sessionBus),

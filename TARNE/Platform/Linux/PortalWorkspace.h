@@ -16,7 +16,7 @@ public:
     /// Opens a page in some other way; false when nobody wants it.
     using Opener = std::function<bool(const QUrl &url)>;
 
-    /// With Qt's own way of opening a page as the fallback.
+    /// With our launcher as the fallback, and where there is none Qt's own way of opening a page.
     explicit PortalWorkspace(QDBusConnection sessionBus);
     PortalWorkspace(QDBusConnection sessionBus, Opener fallback);
 
