@@ -26,7 +26,7 @@ def enter(script, program):
     if os.environ.pop("TARNE_TEST_BOX", None) == "entered":
         return
     box = ["bwrap", "--dev-bind", "/", "/", "--unshare-pid", "--proc", "/proc", "--unshare-net",
-           "--tmpfs", "/dev/shm", "--tmpfs", "/tmp", "--die-with-parent",
+           "--tmpfs", "/dev/shm", "--perms", "1777", "--tmpfs", "/tmp", "--die-with-parent",
            "--size", str(SMALL_DISK_BYTES), "--tmpfs", str(SMALL_DISK)]
     for folder in {SOURCES, pathlib.Path(program).resolve().parents[1]}:
         if folder.is_relative_to("/tmp"):

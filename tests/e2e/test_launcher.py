@@ -4,6 +4,8 @@ import os
 import pathlib
 import signal
 import subprocess
+import types
+import unittest
 
 import box
 from fixture import PROGRAM, TarneTestCase
@@ -82,21 +84,125 @@ class TheLauncher(LauncherTestCase):
         self.assertNotEqual(os.readlink(f"/proc/{program}/ns/pid"), os.readlink("/proc/self/ns/pid"))
 
 
+class APageThatIsOpened(LauncherTestCase):
+    """On a desktop without a portal."""
+
+    def setUp(self):
+        super().setUp()
+        self.record = self.folder / "opened"
+        tools = self.folder / "tools"
+        tools.mkdir()
+        browser = tools / "xdg-open"
+        browser.write_text(f"""#!/bin/sh
+echo "$1 $$ $(readlink /proc/self/ns/pid) $(ls /proc/self/fd | wc -w)" >{self.record}.new
+mv {self.record}.new {self.record}
+exec sleep 1000
+""")
+        browser.chmod(0o755)
+        self.extra_environment = {"PATH": f"{tools}:/usr/bin:/bin"}
+
+    def test_lies_outside_the_programs_namespace_and_outlives_the_program(self):
+        launcher = self.launch_by(LAUNCHER, PROGRAM)
+        process, = self.program_ids()
+        self.program = types.SimpleNamespace(pid=process)
+        self.open_tab("Settings")
+        self.press("Get API Key")
+        self.eventually(self.record.exists, "a browser has been started")
+        page, browser, namespace, descriptors = self.record.read_text().split()
+        self.addCleanup(os.kill, int(browser), signal.SIGKILL)
+        self.assertEqual(page, "https://aistudio.google.com/app/apikey")
+        self.assertEqual(namespace, os.readlink("/proc/self/ns/pid"))
+        # Its own three, and the one by which they are counted.
+        self.assertEqual(descriptors, "4")
+        launcher.terminate()
+        self.assertEqual(launcher.wait(30), 0)
+        self.assertEqual(self.program_ids(), [])
+        os.kill(int(browser), 0)
+
+
 class AMachineWithoutADesktop(LauncherTestCase):
-    def test_gets_a_bus_a_key_store_and_a_picture_of_the_window(self):
-        picture = self.folder / "tarne.png"
+    def setUp(self):
+        super().setUp()
+        self.picture = self.folder / "tarne.png"
+        (self.folder / "bare").mkdir(mode=0o700)
+
+    def bare_environment(self, **added):
         environment = self.environment_of_a_user()
         for name in ("DISPLAY", "DBUS_SESSION_BUS_ADDRESS", "DBUS_SYSTEM_BUS_ADDRESS"):
             del environment[name]
-        environment["XDG_RUNTIME_DIR"] = str(self.folder / "bare")
-        (self.folder / "bare").mkdir(mode=0o700)
-        script = self.run_script(RUN_ON_DESKTOP, PROGRAM, picture, environment=environment)
-        self.eventually(lambda: f"The picture of its window: {picture}" in self.output.read_text(),
-                        lambda: f"the picture is told: {self.tail()}", within=60)
-        size = subprocess.run(["identify", "-format", "%wx%h", picture], capture_output=True,
+        return environment | {"XDG_RUNTIME_DIR": str(self.folder / "bare")} | added
+
+    def run_on_desktop(self, *surroundings, **added):
+        script = self.run_script(*surroundings, RUN_ON_DESKTOP, PROGRAM, self.picture,
+                                 environment=self.bare_environment(**added))
+        self.await_told(f"The picture of its window: {self.picture}")
+        return script
+
+    def await_told(self, text):
+        self.eventually(lambda: text in self.output.read_text(),
+                        lambda: f"it is told: {text}: {self.tail()}", within=60)
+
+    def environment_of_the_program(self):
+        program, = self.program_ids()
+        pairs = pathlib.Path(f"/proc/{program}/environ").read_bytes().rstrip(b"\0").split(b"\0")
+        return dict(pair.decode().split("=", 1) for pair in pairs)
+
+    def ask_key_store(self, *arguments, typed=None):
+        """As the program would: as its user, on its bus."""
+        program, = self.program_ids()
+        command = ["secret-tool", *arguments, "service", "com.tarne.app", "account", "x"]
+        user = os.stat(f"/proc/{program}").st_uid
+        if user != os.getuid():
+            command = ["setpriv", f"--reuid={user}", "--regid=nogroup", "--clear-groups", *command]
+        done = subprocess.run(command, env=self.environment_of_the_program(), input=typed,
+                              timeout=30, capture_output=True, text=True)
+        self.assertEqual(done.returncode, 0, done.stderr)
+        return done.stdout
+
+    def test_gets_a_bus_a_key_store_and_a_picture_of_the_window(self):
+        script = self.run_on_desktop()
+        size = subprocess.run(["identify", "-format", "%wx%h", self.picture], capture_output=True,
                               text=True, check=True).stdout
         self.assertEqual(size, "1000x700")
         self.assertIn("No session bus: starting one", self.output.read_text())
         script.terminate()
         self.assertEqual(script.wait(30), 0)
         self.assertEqual(self.program_ids(), [])
+
+    def test_gets_a_keyring_of_its_own_with_a_password_that_is_told_and_keeps_it(self):
+        own = self.home / "share" / "keyrings"
+        own.mkdir(parents=True)
+        (own / "login.keyring").write_text("the user's own")
+        for run in range(2):
+            script = self.run_on_desktop()
+            self.assertIn('Its password is "tarne"', self.output.read_text())
+            if run == 0:
+                self.ask_key_store("store", "--label=TARNE", typed="a key")
+            self.assertEqual(self.ask_key_store("lookup"), "a key")
+            script.terminate()
+            self.assertEqual(script.wait(30), 0)
+        self.assertEqual([file.name for file in own.iterdir()], ["login.keyring"])
+        self.assertEqual((own / "login.keyring").read_text(), "the user's own")
+
+    def test_says_which_display_does_not_answer_and_gets_another(self):
+        self.run_on_desktop(DISPLAY=":77", WAYLAND_DISPLAY="wayland-77")
+        self.assertIn("The X display :77 does not answer (DISPLAY).", self.output.read_text())
+        self.assertIn("The Wayland display wayland-77 does not answer (WAYLAND_DISPLAY).",
+                      self.output.read_text())
+        self.assertNotIn("WAYLAND_DISPLAY", self.environment_of_the_program())
+
+    @unittest.skipUnless(os.getuid() == 0, "needs root, which gives way to somebody else")
+    def test_where_root_gives_way_the_bus_and_the_key_store_are_the_other_users_as_well(self):
+        tools = self.folder / "tools"
+        tools.mkdir()
+        (tools / "bwrap").symlink_to("/bin/false")
+        state = self.folder / "state"
+        state.mkdir()
+        self.folder.chmod(0o755)
+        self.run_on_desktop("/usr/bin/bwrap", "--dev-bind", "/", "/", "--bind", state, "/var/lib",
+                            PATH=f"{tools}:/usr/bin:/bin")
+        self.assertIn("TARNE runs as the user nobody", self.output.read_text())
+        self.ask_key_store("store", "--label=TARNE", typed="a key")
+        self.assertEqual(self.ask_key_store("lookup"), "a key")
+        kept = state / "tarne" / ".local" / "share" / "com.tarne.app-without-display" / "keyrings"
+        self.assertTrue((kept / "login.keyring").exists())
