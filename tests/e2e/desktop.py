@@ -18,13 +18,14 @@ NOTIFICATIONS = "org.freedesktop.Notifications"
 KEY_STORE = "org.freedesktop.secrets"
 PASSWORD_DIALOGS = "org.gnome.keyring.SystemPrompter"
 
-# No service folder: nothing is started on demand, so no stray window lies over a control.
+# Without a service folder nothing is started on demand, so no stray window lies over a control.
 BUS_CONFIGURATION = """<!DOCTYPE busconfig PUBLIC "-//freedesktop//DTD D-Bus Bus Configuration 1.0//EN"
  "http://www.freedesktop.org/standards/dbus/1.0/busconfig.dtd">
 <busconfig>
   <type>session</type>
   <listen>unix:path={socket}</listen>
   <auth>EXTERNAL</auth>
+  {services}
   <policy context="default">
     <allow send_destination="*" eavesdrop="true"/>
     <allow eavesdrop="true"/>
@@ -44,6 +45,10 @@ class Desktop:
         self.folder = pathlib.Path(folder)
         self.runtime = self.folder / "run"
         self.runtime.mkdir(mode=0o700)
+        # What a desktop's programs write about themselves is not left with who runs the tests.
+        home = self.folder / "desktop"
+        self._own_home = {"HOME": str(home)} | {
+            f"XDG_{kind}_HOME": str(home / kind.lower()) for kind in ("DATA", "CONFIG", "CACHE")}
         self.notification_log = self.folder / "notifications.log"
         self._dialog_log = self.folder / "dialogs.log"
         self._processes = []
@@ -162,9 +167,10 @@ class Desktop:
                               capture_output=True, env=dict(os.environ, DISPLAY=DISPLAY))
         return done.stdout.strip() if done.returncode == 0 else ""
 
-    def _start(self, *command, stdin=subprocess.DEVNULL, **environment):
-        process = subprocess.Popen(command, stdin=stdin, stdout=self._log,
-                                   stderr=self._log, env=dict(os.environ, **environment))
+    def _start(self, *command, stdin=subprocess.DEVNULL, stdout=None, **environment):
+        process = subprocess.Popen(command, stdin=stdin, stdout=stdout or self._log,
+                                   stderr=self._log,
+                                   env=os.environ | self._own_home | environment)
         self._processes.append(process)
         return process
 
@@ -175,13 +181,24 @@ class Desktop:
                                     "tcp", "-noreset", "-r")
         eventually(lambda: self.xdotool("getdisplaygeometry"), "the display answers")
 
+    def start_bus(self, name, services=None, **environment):
+        """Starts a bus that starts programs as a folder of service files tells; its address.
+
+        The bus tells its address when it listens. Its socket's file is there before that."""
+        socket = self.runtime / name
+        configuration = self.folder / f"{name}.conf"
+        configuration.write_text(BUS_CONFIGURATION.format(
+            socket=socket, services=f"<servicedir>{services}</servicedir>" if services else ""))
+        bus = self._start("dbus-daemon", f"--config-file={configuration}", "--nofork",
+                          "--print-address=1", stdout=subprocess.PIPE, **environment)
+        with bus.stdout:
+            address = bus.stdout.readline().decode().strip()
+        if not address:
+            raise AssertionError("the bus does not come up")
+        return address
+
     def _start_bus(self):
-        socket = self.runtime / "bus"
-        configuration = self.folder / "bus.conf"
-        configuration.write_text(BUS_CONFIGURATION.format(socket=socket))
-        self._start("dbus-daemon", f"--config-file={configuration}", "--nofork")
-        self.bus_address = f"unix:path={socket}"
-        eventually(socket.exists, "the bus listens")
+        self.bus_address = self.start_bus("bus")
         self.bus = Gio.DBusConnection.new_for_address_sync(
             self.bus_address, Gio.DBusConnectionFlags.AUTHENTICATION_CLIENT
             | Gio.DBusConnectionFlags.MESSAGE_BUS_CONNECTION, None, None)

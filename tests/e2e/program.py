@@ -9,7 +9,8 @@ import subprocess
 
 from waiting import eventually
 
-FAKETIME_LIBRARY = "/usr/lib/x86_64-linux-gnu/faketime/libfaketimeMT.so.1"
+# The dynamic linker puts the machine's own folder of libraries in place of $LIB.
+FAKETIME_LIBRARY = "/usr/$LIB/faketime/libfaketimeMT.so.1"
 
 
 class WallClock:
