@@ -49,10 +49,13 @@ class LauncherTestCase(TarneTestCase):
 
     def program_ids(self):
         """The ids of the processes that run the program itself."""
+        return self.ids_of(PROGRAM)
+
+    def ids_of(self, executable):
         found = []
         for process in pathlib.Path("/proc").iterdir():
             try:
-                if process.name.isdigit() and os.readlink(process / "exe") == PROGRAM:
+                if process.name.isdigit() and os.readlink(process / "exe") == str(executable):
                     found.append(int(process.name))
             except OSError:
                 continue
