@@ -97,12 +97,13 @@ endfunction()
 add_custom_target(tarne_tests)
 
 # tarne_test(<name> SOURCES <files> LINKS <the layer under test> [LABELS <labels>] [GUI]
-# [SERIAL] [BOXED] [ARGUMENTS <words>])
+# [SERIAL] [BOXED] [SYSTEM] [ARGUMENTS <words>])
 #
 # One program a folder. Tests run with a shared main that fails on any warning (tests/support), and
-# with BOXED in process and network namespaces of their own.
+# with BOXED in process and network namespaces of their own. Those of the SYSTEM run once more as an
+# ordinary user where root runs the tests, since root may do what users may not.
 function(tarne_test name)
-  cmake_parse_arguments(PARSE_ARGV 1 TEST "BOXED;GUI;SERIAL" "" "ARGUMENTS;SOURCES;LINKS;LABELS")
+  cmake_parse_arguments(PARSE_ARGV 1 TEST "BOXED;GUI;SERIAL;SYSTEM" "" "ARGUMENTS;SOURCES;LINKS;LABELS")
   add_executable(${name} ${TEST_SOURCES})
   if(TEST_GUI)
     set(main tarne_test_main_gui)
@@ -132,6 +133,15 @@ function(tarne_test name)
   # Far above what any of them takes, since they run beside others on machines of any speed.
   set_tests_properties(${test} PROPERTIES TIMEOUT 600 LABELS "${TEST_LABELS}"
     RUN_SERIAL "${TEST_SERIAL}")
+  if(TEST_SYSTEM AND NOT TARNE_SANITIZE)
+    tarne_test_as_user(${test} ${box} $<TARGET_FILE:${name}> ${TEST_ARGUMENTS})
+  endif()
+endfunction()
+
+# tarne_test_as_user(<test> <command>...): the same test, as tests/support/as-plain-user runs it.
+function(tarne_test_as_user test)
+  add_test(NAME ${test}.user COMMAND ${PROJECT_SOURCE_DIR}/tests/support/as-plain-user ${ARGN})
+  set_tests_properties(${test}.user PROPERTIES TIMEOUT 600 LABELS user SKIP_RETURN_CODE 77)
 endfunction()
 
 # tarne_qml_module(<target> URI <uri> SOURCES <files> QML <files> LINKS <targets>)

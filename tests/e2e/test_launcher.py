@@ -1,8 +1,11 @@
 """The launcher and the way in on a machine without a desktop."""
 
+import json
 import os
 import pathlib
+import shutil
 import signal
+import socket
 import subprocess
 import types
 import unittest
@@ -11,6 +14,7 @@ import box
 from fixture import PROGRAM, TarneTestCase
 
 LAUNCHER = box.SOURCES / "packaging" / "own-namespace"
+STAND_IN = pathlib.Path(__file__).with_name("stand_in_program.py")
 RUN_ON_DESKTOP = box.SOURCES / "scripts" / "run-on-desktop"
 
 
@@ -193,6 +197,24 @@ class AMachineWithoutADesktop(LauncherTestCase):
         self.assertIn("The Wayland display wayland-77 does not answer (WAYLAND_DISPLAY).",
                       self.output.read_text())
         self.assertNotIn("WAYLAND_DISPLAY", self.environment_of_the_program())
+
+    def test_needs_no_other_display_where_a_wayland_display_listens(self):
+        stand_in = self.folder / "stand-in"
+        shutil.copy(STAND_IN, stand_in)
+        stand_in.chmod(0o755)
+        environment = self.bare_environment(WAYLAND_DISPLAY="wayland-1", DISPLAY=":77")
+        with socket.socket(socket.AF_UNIX) as display:
+            display.bind(str(self.folder / "bare" / "wayland-1"))
+            display.listen()
+            script = self.run_script(RUN_ON_DESKTOP, stand_in, self.picture,
+                                     environment=environment)
+            self.assertEqual(script.wait(60), 7)
+        told = self.output.read_text()
+        self.assertIn("The X display :77 does not answer (DISPLAY).", told)
+        self.assertNotIn("WAYLAND_DISPLAY)", told)
+        facts = json.loads(next(line for line in told.splitlines() if line.startswith("{")))
+        self.assertEqual(facts["environment"].get("WAYLAND_DISPLAY"), "wayland-1")
+        self.assertNotIn("DISPLAY", facts["environment"])
 
     @unittest.skipUnless(os.getuid() == 0, "needs root, which gives way to somebody else")
     def test_where_root_gives_way_the_bus_and_the_key_store_are_the_other_users_as_well(self):

@@ -1,5 +1,6 @@
 #include "TestMain.h"
 
+#include <QDir>
 #include <QTemporaryDir>
 #ifdef TARNE_TEST_GUI
 #include <QGuiApplication>
@@ -11,6 +12,7 @@
 #include <gtest/gtest.h>
 
 #include <cstdio>
+#include <cstdlib>
 #include <mutex>
 #include <optional>
 
@@ -49,6 +51,9 @@ void isolate(const QTemporaryDir &home) {
     qputenv("XDG_CONFIG_HOME", home.filePath(QStringLiteral("config")).toUtf8());
     qputenv("XDG_CACHE_HOME", home.filePath(QStringLiteral("cache")).toUtf8());
     qputenv("XDG_RUNTIME_DIR", home.path().toUtf8());
+    // A test that has the process die leaves its files in here, and they go with the folder.
+    QDir(home.path()).mkdir(QStringLiteral("tmp"));
+    qputenv("TMPDIR", home.filePath(QStringLiteral("tmp")).toUtf8());
     qputenv("LC_ALL", "C.UTF-8");
     qputenv("TZ", "UTC");
     qputenv("QT_QPA_PLATFORM", "offscreen");
@@ -83,6 +88,10 @@ bool ExpectedWarning::isMet() const {
 
 int main(int argc, char **argv) {
     const QTemporaryDir home;
+    if (!home.isValid()) {
+        std::fprintf(stderr, "no folder for temporary files: %s\n", qPrintable(home.errorString()));
+        return EXIT_FAILURE;
+    }
     tarne::test::isolate(home);
     testing::InitGoogleMock(&argc, argv);
 #ifdef TARNE_TEST_GUI

@@ -1,0 +1,66 @@
+"""scripts/test and what installs packages, on a machine that lacks something."""
+
+import pathlib
+import shutil
+import subprocess
+import tempfile
+import unittest
+
+import box
+
+SCRIPTS = box.SOURCES / "scripts"
+ADVICE = "Install them as root: apt-get update && apt-get install "
+
+
+class CommandTestCase(unittest.TestCase):
+    """The scripts find the tools of this folder only."""
+
+    def setUp(self):
+        self.tools = pathlib.Path(tempfile.mkdtemp(prefix="tarne-e2e-"))
+        self.addCleanup(shutil.rmtree, self.tools)
+        for name in ("awk", "bash", "dirname", "env"):
+            (self.tools / name).symlink_to(shutil.which(name))
+
+    def tool(self, name, does):
+        (self.tools / name).write_text(f"#!/bin/sh\n{does}\n")
+        (self.tools / name).chmod(0o755)
+
+    def run_script(self, name, *arguments):
+        return subprocess.run([SCRIPTS / name, *arguments], env={"PATH": str(self.tools)},
+                              timeout=60, capture_output=True, text=True)
+
+
+class InstallingPackages(CommandTestCase):
+    def setUp(self):
+        super().setUp()
+        self.tool("dpkg-query", "exit 1")
+        self.tool("id", "echo 1000")
+
+    def test_without_sudo_says_how_it_is_done_as_root(self):
+        done = self.run_script("install-packages", "build")
+        self.assertEqual(done.returncode, 1)
+        self.assertIn(ADVICE, done.stderr)
+        self.assertIn(" cmake ", done.stderr)
+
+    def test_with_a_sudo_that_refuses_says_the_same(self):
+        self.tool("sudo", "echo 'you are not in the sudoers file' >&2; exit 1")
+        done = self.run_script("install-packages", "build")
+        self.assertEqual(done.returncode, 1)
+        self.assertIn(ADVICE, done.stderr)
+
+    def test_with_sudo_updates_the_lists_and_installs(self):
+        self.tool("sudo", 'exec "$@"')
+        self.tool("apt-get", f'echo "$1" >>{self.tools}/calls')
+        self.assertEqual(self.run_script("install-packages", "build").returncode, 0)
+        self.assertEqual((self.tools / "calls").read_text().split(), ["update", "install"])
+
+
+class TheTests(CommandTestCase):
+    def test_where_namespaces_are_forbidden_say_so_before_anything_is_built(self):
+        self.tool("dpkg-query", "echo installed")
+        self.tool("bwrap", "exit 1")
+        self.tool("cmake", f"touch {self.tools}/built")
+        done = self.run_script("test")
+        self.assertEqual(done.returncode, 1)
+        self.assertIn("No process and network namespaces can be made here", done.stderr)
+        self.assertFalse((self.tools / "built").exists())
