@@ -1,7 +1,8 @@
 #!/usr/bin/python3
 """Stands where the program would, and tells as one JSON document how it was started.
 
-Ends with status 7; with anything in the variable STAY only when it gets SIGTERM or SIGINT.
+Ends with status 7; with anything in the variable STAY only when it gets SIGTERM or SIGINT. Asks the
+launcher for what is in the variable PAGES.
 """
 
 import json
@@ -53,6 +54,8 @@ print(json.dumps({
     "has_terminal": has_terminal(),
     "environment": dict(os.environ),
     "folder": os.getcwd()}), flush=True)
+if "PAGES" in os.environ:
+    os.write(0, os.environ["PAGES"].encode())
 if "STAY" in os.environ:
     signal.pause()
 sys.exit(7)

@@ -15,6 +15,7 @@ import tempfile
 import unittest
 
 import box
+from waiting import eventually
 
 LAUNCHER_FILES = ("own-namespace", "program-user")
 STAND_IN = pathlib.Path(__file__).with_name("stand_in_program.py")
@@ -44,11 +45,15 @@ class FallbackTestCase(unittest.TestCase):
         self.environment = {"PATH": "/usr/bin:/bin", "HOME": "/root", "LANG": "C.UTF-8"}
 
     def take_namespaces_away(self):
+        self.tool("bwrap", "echo 'bwrap: not here' >&2; exit 1")
+
+    def tool(self, name, does):
+        """Puts a tool in front of the machine's own."""
         tools = self.folder / "tools"
-        tools.mkdir()
-        (tools / "bwrap").write_text("#!/bin/sh\necho 'bwrap: not here' >&2\nexit 1\n")
-        (tools / "bwrap").chmod(0o755)
-        self.environment["PATH"] = f"{tools}:{self.environment['PATH']}"
+        tools.mkdir(exist_ok=True)
+        (tools / name).write_text(f"#!/bin/sh\n{does}\n")
+        (tools / name).chmod(0o755)
+        self.environment["PATH"] = f"{tools}:/usr/bin:/bin"
 
     def command(self, user=None, folder=None):
         """The launcher, as whom and seen in which folder told."""
@@ -100,6 +105,23 @@ class WithANamespace(FallbackTestCase):
     def test_what_the_caller_has_closed_is_no_place_for_the_launchers_own_pipes(self):
         facts = self.facts(preexec_fn=lambda: os.close(2))
         self.assertEqual(facts["descriptors"]["2"], "/dev/null")
+
+
+    def test_what_is_no_web_page_is_not_opened(self):
+        opened = self.folder / "opened"
+        self.tool("xdg-open", f'echo "$1" >>{opened}; mv {opened} {opened}-page')
+        self.environment["PAGES"] = "file:///etc/passwd\n--help\n$(id)\nhttps://example.org/\n"
+        self.facts()
+        page = self.folder / "opened-page"
+        eventually(page.exists, "a page is opened")
+        self.assertEqual(page.read_text(), "https://example.org/\n")
+
+    def test_a_page_that_nothing_opens_is_told(self):
+        for opener in ("xdg-open", "sensible-browser", "x-www-browser"):
+            self.tool(opener, "exit 3")
+        self.environment["PAGES"] = "https://example.org/\n"
+        self.facts()
+        self.assertIn("the one that was asked for: https://example.org/", self.done.stderr)
 
 
 class WithoutNamespaces(FallbackTestCase):

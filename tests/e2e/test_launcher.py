@@ -212,6 +212,7 @@ class AMachineWithoutADesktop(LauncherTestCase):
         told = self.output.read_text()
         self.assertIn("The X display :77 does not answer (DISPLAY).", told)
         self.assertNotIn("WAYLAND_DISPLAY)", told)
+        self.assertIn("gnome-keyring, which asks for a password where it needs one", told)
         facts = json.loads(next(line for line in told.splitlines() if line.startswith("{")))
         self.assertEqual(facts["environment"].get("WAYLAND_DISPLAY"), "wayland-1")
         self.assertNotIn("DISPLAY", facts["environment"])
