@@ -1,6 +1,5 @@
 #include "TestMain.h"
 
-#include <QDir>
 #include <QTemporaryDir>
 #ifdef TARNE_TEST_GUI
 #include <QGuiApplication>
@@ -17,6 +16,7 @@
 #include <optional>
 
 #include <sys/resource.h>
+#include <sys/stat.h>
 
 namespace tarne::test {
 namespace {
@@ -44,16 +44,24 @@ void handleMessage(QtMsgType type, const QMessageLogContext &, const QString &te
     ADD_FAILURE() << "unannounced warning: " << qPrintable(text);
 }
 
-/// Temporary homes, the C locale, UTC, no desktop: nothing of the machine reaches a test.
-void isolate(const QTemporaryDir &home) {
-    qputenv("HOME", home.path().toUtf8());
-    qputenv("XDG_DATA_HOME", home.filePath(QStringLiteral("data")).toUtf8());
-    qputenv("XDG_CONFIG_HOME", home.filePath(QStringLiteral("config")).toUtf8());
-    qputenv("XDG_CACHE_HOME", home.filePath(QStringLiteral("cache")).toUtf8());
-    qputenv("XDG_RUNTIME_DIR", home.path().toUtf8());
+/// Temporary homes, the C locale, UTC, no desktop: nothing of the machine reaches a test. False
+/// where there is no place for temporary files.
+bool isolate(const QTemporaryDir &folder) {
+    const QString home = folder.filePath(QStringLiteral("home"));
     // A test that has the process die leaves its files in here, and they go with the folder.
-    QDir(home.path()).mkdir(QStringLiteral("tmp"));
-    qputenv("TMPDIR", home.filePath(QStringLiteral("tmp")).toUtf8());
+    const QString temporary = folder.filePath(QStringLiteral("tmp"));
+    if (!folder.isValid() || mkdir(qPrintable(home), 0700) != 0 ||
+        mkdir(qPrintable(temporary), 0700) != 0)
+        return false;
+    // A test that becomes another user makes its own folders passable, not those above.
+    chmod(qPrintable(folder.path()), 0711);
+    chmod(qPrintable(temporary), 0711);
+    qputenv("TMPDIR", temporary.toUtf8());
+    qputenv("HOME", home.toUtf8());
+    qputenv("XDG_DATA_HOME", (home + QStringLiteral("/data")).toUtf8());
+    qputenv("XDG_CONFIG_HOME", (home + QStringLiteral("/config")).toUtf8());
+    qputenv("XDG_CACHE_HOME", (home + QStringLiteral("/cache")).toUtf8());
+    qputenv("XDG_RUNTIME_DIR", home.toUtf8());
     qputenv("LC_ALL", "C.UTF-8");
     qputenv("TZ", "UTC");
     qputenv("QT_QPA_PLATFORM", "offscreen");
@@ -64,6 +72,7 @@ void isolate(const QTemporaryDir &home) {
     qputenv("DBUS_SYSTEM_BUS_ADDRESS", "unix:path=/nonexistent");
     const rlimit noCoreDumps{0, 0};
     setrlimit(RLIMIT_CORE, &noCoreDumps);
+    return true;
 }
 
 } // namespace
@@ -87,12 +96,12 @@ bool ExpectedWarning::isMet() const {
 } // namespace tarne::test
 
 int main(int argc, char **argv) {
-    const QTemporaryDir home;
-    if (!home.isValid()) {
-        std::fprintf(stderr, "no folder for temporary files: %s\n", qPrintable(home.errorString()));
+    const QTemporaryDir folder;
+    if (!tarne::test::isolate(folder)) {
+        std::fprintf(stderr, "no folder for temporary files: %s\n",
+                     qPrintable(folder.errorString()));
         return EXIT_FAILURE;
     }
-    tarne::test::isolate(home);
     testing::InitGoogleMock(&argc, argv);
 #ifdef TARNE_TEST_GUI
     const QGuiApplication application(argc, argv);
