@@ -191,6 +191,12 @@ class AMachineWithoutADesktop(LauncherTestCase):
         self.assertEqual([file.name for file in own.iterdir()], ["login.keyring"])
         self.assertEqual((own / "login.keyring").read_text(), "the user's own")
 
+    def test_uses_the_sessions_key_store_and_says_that_nobody_can_unlock_it(self):
+        self.desktop.start_key_store(is_open=False)
+        self.run_on_desktop(DBUS_SESSION_BUS_ADDRESS=self.desktop.bus_address)
+        self.assertIn("The session's key store is used.", self.output.read_text())
+        self.assertEqual(list((self.home / "share").glob("*-without-display")), [])
+
     def test_says_which_display_does_not_answer_and_gets_another(self):
         self.run_on_desktop(DISPLAY=":77", WAYLAND_DISPLAY="wayland-77")
         self.assertIn("The X display :77 does not answer (DISPLAY).", self.output.read_text())
