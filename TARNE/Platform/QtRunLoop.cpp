@@ -18,6 +18,7 @@ constexpr auto longestWait = 24h;
 
 QtRunLoop::QtRunLoop() {
     m_wakeUp.setSingleShot(true);
+    // A coarse timer would be up to a twentieth of the wait late.
     m_wakeUp.setTimerType(Qt::PreciseTimer);
     connect(&m_wakeUp, &QTimer::timeout, this, &QtRunLoop::runDueBlocks);
 }
@@ -33,11 +34,24 @@ void QtRunLoop::asyncAfter(Seconds delay, Block block) {
             std::move(block));
 }
 
-void QtRunLoop::enqueue(MonotonicTime due, Block block) {
+RunLoop::Timer QtRunLoop::scheduleRepeating(Seconds interval, Block block) {
+    const auto period = duration_cast<steady_clock::duration>(interval);
+    const Timer timer{m_nextTimer++};
+    m_timers.emplace(timer, Repeating{period, std::make_shared<Block>(std::move(block))});
+    enqueue(steady_clock::now() + period, {}, timer);
+    return timer;
+}
+
+void QtRunLoop::invalidate(Timer timer) {
+    // Its entry in the queue leads nowhere now.
+    m_timers.erase(timer);
+}
+
+void QtRunLoop::enqueue(MonotonicTime due, Block block, Timer timer) {
     bool postWakeUp = false;
     {
         const std::lock_guard lock(m_mutex);
-        m_entries.push({due, m_nextSequence++, std::make_shared<Block>(std::move(block))});
+        m_entries.push({due, m_nextSequence++, std::make_shared<Block>(std::move(block)), timer});
         postWakeUp = !std::exchange(m_wakeUpPosted, true);
     }
     if (postWakeUp)
@@ -52,76 +66,49 @@ bool QtRunLoop::event(QEvent *event) {
 }
 
 void QtRunLoop::runDueBlocks() {
-    m_endedTimers.clear();
     // Only what is due on entry: a block that posts itself anew must not starve the event loop.
     const MonotonicTime limit = steady_clock::now();
-    const auto takeDue = [&]() -> std::shared_ptr<Block> {
-        const std::lock_guard lock(m_mutex);
-        m_wakeUpPosted = false;
-        if (m_entries.empty() || m_entries.top().due > limit)
-            return nullptr;
-        auto block = m_entries.top().block;
-        m_entries.pop();
-        return block;
-    };
-    while (const auto block = takeDue())
+    while (const auto block = takeDue(limit)) {
+        armWakeUp(); // The block may run an event loop of its own.
         (*block)();
+    }
     armWakeUp();
+}
+
+std::shared_ptr<RunLoop::Block> QtRunLoop::takeDue(MonotonicTime limit) {
+    const std::lock_guard lock(m_mutex);
+    m_wakeUpPosted = false;
+    while (!m_entries.empty() && m_entries.top().due <= limit) {
+        Entry entry = m_entries.top();
+        m_entries.pop();
+        if (entry.timer == Timer::None)
+            return entry.block;
+        const auto timer = m_timers.find(entry.timer);
+        if (timer == m_timers.end())
+            continue;
+        const MonotonicTime latest = lastFiring(entry.due, timer->second.interval, limit);
+        const bool isLatest = entry.due == latest;
+        // One that missed a moment takes its turn at its latest, not at its earliest: whoever
+        // fires last is then the one who would have without the busy time.
+        entry.due = isLatest ? latest + timer->second.interval : latest;
+        m_entries.push(std::move(entry));
+        if (isLatest)
+            return timer->second.block;
+    }
+    return nullptr;
+}
+
+QtRunLoop::MonotonicTime QtRunLoop::lastFiring(MonotonicTime due, MonotonicTime::duration interval,
+                                               MonotonicTime now) {
+    return due + (now - due) / interval * interval;
 }
 
 void QtRunLoop::armWakeUp() {
     const std::lock_guard lock(m_mutex);
-    if (!m_entries.empty())
-        startUntil(m_wakeUp, m_entries.top().due);
-}
-
-void QtRunLoop::startUntil(QTimer &timer, MonotonicTime due) {
-    const auto wait = ceil<milliseconds>(due - steady_clock::now());
-    timer.start(std::clamp<milliseconds>(wait, 0ms, longestWait));
-}
-
-RunLoop::Timer QtRunLoop::scheduleRepeating(Seconds interval, Block block) {
-    const quint64 id = m_nextTimer++;
-    auto repeating = std::make_unique<Repeating>();
-    repeating->interval = duration_cast<steady_clock::duration>(interval);
-    repeating->due = steady_clock::now() + repeating->interval;
-    repeating->block = std::move(block);
-    QTimer &timer = repeating->timer;
-    timer.setSingleShot(true);
-    // Coarse timers are aligned to whole seconds, which would make all timers of an interval fire
-    // together, whatever their phase. Repeating ones fall into step as well: those that a busy
-    // thread made miss a firing begin anew together.
-    timer.setTimerType(Qt::PreciseTimer);
-    connect(&timer, &QTimer::timeout, this, [&fired = *repeating] { fire(fired); });
-    startUntil(timer, repeating->due);
-    m_timers.emplace(id, std::move(repeating));
-    return Timer{id};
-}
-
-void QtRunLoop::fire(Repeating &repeating) {
-    const MonotonicTime now = steady_clock::now();
-    const bool isDue = now >= repeating.due;
-    if (isDue)
-        repeating.due = nextFiring(repeating.due, repeating.interval, now);
-    startUntil(repeating.timer, repeating.due);
-    // Last: the block may end the timer.
-    if (isDue)
-        repeating.block();
-}
-
-QtRunLoop::MonotonicTime QtRunLoop::nextFiring(MonotonicTime due, MonotonicTime::duration interval,
-                                               MonotonicTime now) {
-    return now < due ? due : due + ((now - due) / interval + 1) * interval;
-}
-
-void QtRunLoop::invalidate(Timer timer) {
-    const auto found = m_timers.find(static_cast<quint64>(timer));
-    if (found == m_timers.end())
+    if (m_entries.empty())
         return;
-    found->second->timer.stop();
-    // The block may be running right now, on the timer's own signal.
-    m_endedTimers.push_back(std::move(found->second));
-    m_timers.erase(found);
+    const auto wait = ceil<milliseconds>(m_entries.top().due - steady_clock::now());
+    m_wakeUp.start(std::clamp<milliseconds>(wait, 0ms, longestWait));
 }
 
 } // namespace tarne

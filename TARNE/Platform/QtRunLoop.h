@@ -10,15 +10,15 @@
 #include <mutex>
 #include <queue>
 #include <unordered_map>
-#include <vector>
 
 namespace tarne {
 
 /// The run loop on Qt's event loop.
 ///
-/// Blocks wait in one queue ordered by the moment at which they fell due, so that a thread that was
-/// blocked for seconds still runs them in their order; Qt alone would run posted events before
-/// timers. Lives on the main thread; `async` and `asyncAfter` may be called from any thread.
+/// Blocks and the firings of repeating timers wait in one queue ordered by the moment at which they
+/// fell due, so that a thread that was blocked for seconds still runs them in their order; Qt alone
+/// would run posted events before timers, and timers that are due at nearly the same time in any
+/// order. Lives on the main thread; `async` and `asyncAfter` may be called from any thread.
 class QtRunLoop final : public QObject, public RunLoop {
     Q_OBJECT
 
@@ -33,10 +33,10 @@ public:
 
     using MonotonicTime = std::chrono::steady_clock::time_point;
 
-    /// The moment after `now` at which a repeating timer that was due at `due` fires next: a whole
-    /// number of intervals after `due`, however late the thread is. `interval` is positive.
+    /// The last moment up to `now` at which a repeating timer was to fire that is first due at
+    /// `due`. `now` is not before `due`, and `interval` is positive.
     [[nodiscard]] static MonotonicTime
-    nextFiring(MonotonicTime due, MonotonicTime::duration interval, MonotonicTime now);
+    lastFiring(MonotonicTime due, MonotonicTime::duration interval, MonotonicTime now);
 
 protected:
     bool event(QEvent *event) override;
@@ -46,6 +46,7 @@ private:
         MonotonicTime due;
         quint64 sequence;
         std::shared_ptr<Block> block;
+        Timer timer; ///< Whose firing it is, instead of a block; none for a block.
 
         /// Orders the queue with the earliest entry on top.
         bool operator<(const Entry &other) const {
@@ -54,28 +55,24 @@ private:
     };
 
     struct Repeating {
-        MonotonicTime due;
         MonotonicTime::duration interval;
-        Block block;
-        QTimer timer; ///< For the next firing alone.
+        std::shared_ptr<Block> block; ///< Shared with a firing that is on the stack.
     };
 
-    void enqueue(MonotonicTime due, Block block);
+    void enqueue(MonotonicTime due, Block block, Timer timer = Timer::None);
     void runDueBlocks();
+    /// Takes the first of what fell due until `limit`; null when there is nothing.
+    std::shared_ptr<Block> takeDue(MonotonicTime limit);
     void armWakeUp();
-    static void fire(Repeating &repeating);
-    static void startUntil(QTimer &timer, MonotonicTime due);
 
     std::mutex m_mutex;
-    std::priority_queue<Entry> m_entries;
-    quint64 m_nextSequence = 1;
-    bool m_wakeUpPosted = false;
+    std::priority_queue<Entry> m_entries; ///< Guarded by m_mutex.
+    quint64 m_nextSequence = 1;           ///< Guarded by m_mutex.
+    bool m_wakeUpPosted = false;          ///< Guarded by m_mutex.
 
     QTimer m_wakeUp;
-    std::unordered_map<quint64, std::unique_ptr<Repeating>> m_timers;
+    std::unordered_map<Timer, Repeating> m_timers; ///< The valid ones.
     quint64 m_nextTimer = 1;
-    /// Invalidated timers, until none of them can be on the stack.
-    std::vector<std::unique_ptr<Repeating>> m_endedTimers;
 };
 
 } // namespace tarne
