@@ -14,6 +14,10 @@ namespace {
 /// the disk.
 constexpr RunLoop::Seconds handOverDelay{0.2};
 
+/// Two controllers publish one right after the other. They are saved together, so that no reader
+/// sees what the first of them says in between.
+constexpr RunLoop::Seconds synchronizeDelay{0.005};
+
 } // namespace
 
 QString SQLiteUserDefaults::standardFolder() {
@@ -72,21 +76,16 @@ void SQLiteUserDefaults::touch(const QString &key) {
 }
 
 void SQLiteUserDefaults::synchronize() {
-    // Posted, not done at once: the event that is running may go on to write keys that belong
-    // together with those it has written.
     if (!m_touched.isEmpty() && !std::exchange(m_isHandOverPosted, true))
-        handOverAfter(RunLoop::Seconds{0});
+        handOverAfter(synchronizeDelay);
 }
 
 void SQLiteUserDefaults::handOverAfter(RunLoop::Seconds delay) {
-    auto block = [this, current = std::weak_ptr(m_handOver), expected = *m_handOver] {
-        if (const auto handOverNow = current.lock(); handOverNow && *handOverNow == expected)
-            handOver();
-    };
-    if (delay.count() > 0)
-        m_runLoop.asyncAfter(delay, std::move(block));
-    else
-        m_runLoop.async(std::move(block));
+    m_runLoop.asyncAfter(
+        delay, [this, current = std::weak_ptr(m_handOver), expected = *m_handOver] {
+            if (const auto handOverNow = current.lock(); handOverNow && *handOverNow == expected)
+                handOver();
+        });
 }
 
 void SQLiteUserDefaults::handOver() {

@@ -119,7 +119,7 @@ TEST_F(SQLiteUserDefaultsTest, CoercesAPlantedInteger) {
     EXPECT_TRUE(open().boolForKey(key));
 }
 
-TEST_F(SQLiteUserDefaultsTest, CommitsAfterSynchronizeWithoutTheClockMoving) {
+TEST_F(SQLiteUserDefaultsTest, CommitsSoonAfterSynchronize) {
     open().setObject(key, u"new"_s);
     store().synchronize();
     runPosted();
@@ -209,6 +209,17 @@ TEST_F(CommitCounter, AChangeThatIsTakenBackBeforeTheHandOverIsNoWrite) {
         store().setObject(key, u"old"_s);
         store().setObject(u"Other"_s, true);
         store().removeObjectForKey(u"Other"_s);
+    }));
+}
+
+TEST_F(CommitCounter, WhatIsTakenBackRightAfterSynchronizeIsSeenByNobody) {
+    open().setObject(key, qint64{1});
+    EXPECT_FALSE(writesAnything([&] {
+        store().setObject(key, qint64{0});
+        store().synchronize();
+        time.advance(RunLoop::Seconds(0.001));
+        store().setObject(key, qint64{1});
+        store().synchronize();
     }));
 }
 

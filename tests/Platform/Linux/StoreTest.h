@@ -48,8 +48,8 @@ protected:
     SQLiteUserDefaults &reopen();
     SQLiteUserDefaults &store() { return *m_store; }
 
-    /// Lets the posted hand-over run, which follows a `synchronize`.
-    void runPosted() { time.runPending(); }
+    /// Lets the posted hand-over run, which follows a `synchronize` soon.
+    void runPosted() { time.advance(RunLoop::Seconds(0.01)); }
 
     // What another program does to the file, through a connection of its own.
 
