@@ -29,6 +29,7 @@
 #include "ServerManager.h"
 #include "SingleInstance.h"
 #include "SocketPortProbe.h"
+#include "StandardDescriptors.h"
 #include "StandardOutputLog.h"
 #include "StoredKeys.h"
 #include "SystemClock.h"
@@ -56,6 +57,7 @@ using namespace std::chrono_literals;
 using namespace tarne;
 
 int main(int argc, char **argv) {
+    openStandardDescriptors();
     disableCoreDumps();
     // A rasteriser of the driver costs five times the CPU and three times the memory of Qt's own.
     if (!hasGraphicsHardware())
@@ -70,7 +72,9 @@ int main(int argc, char **argv) {
     // Before the store is opened and before anything is logged: a second start only shows the
     // first one's window.
     std::function<void()> showWindow = [] {};
-    SingleInstance instance(QDBusConnection::sessionBus(),
+    SingleInstance instance({.sessionBus = QDBusConnection::sessionBus(),
+                             .busAddress = SingleInstance::sessionBusAddress(),
+                             .storeFolder = SQLiteUserDefaults::standardFolder()},
                             [&showWindow](const QString &) { showWindow(); });
     if (!instance.isFirst()) {
         instance.activateFirst();
@@ -211,7 +215,10 @@ int main(int argc, char **argv) {
     runLoop.asyncAfter(2s, std::ref(finishLaunching));
     quit = [&app] { app.quit(); };
     // Without a display Qt ends the process; that is a termination like any other.
-    const auto terminate = [&] { appDelegate.applicationWillTerminate(); };
+    const auto terminate = [&] {
+        instance.beginEnding();
+        appDelegate.applicationWillTerminate();
+    };
     const ExitHook withoutDisplay([&] {
         terminate();
         defaults.close();

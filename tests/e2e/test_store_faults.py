@@ -83,6 +83,7 @@ class AReadOnlyStore(StoreFault):
 
     def test_is_read_and_the_session_runs_all_the_same(self):
         before = self.store.file.read_bytes()
+        self.expect_error("no lock against a second program: Read-only file system")
         self.launch()
         self.assert_shown("Start Session")
         self.run_session()

@@ -73,9 +73,17 @@ QString DefaultsFolder::scratchFile() const {
     return m_path + u"/defaults.sqlite.new"_s;
 }
 
-void DefaultsFolder::create() const {
+QString DefaultsFolder::lockFile() const {
+    return m_path + u"/defaults.lock"_s;
+}
+
+void DefaultsFolder::createFolder() const {
     QDir().mkpath(QFileInfo(m_path).path());
     makePrivateFolder(m_path);
+}
+
+void DefaultsFolder::create() const {
+    createFolder();
     makePrivateFolder(copies());
     createPrivateFile(file());
     syncFolder(m_path);

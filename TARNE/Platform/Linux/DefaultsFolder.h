@@ -18,6 +18,11 @@ public:
     QString copies() const;      ///< The folder of the daily copies.
     QString scratchFile() const; ///< Where a file is built that takes the place of `file`.
 
+    QString lockFile() const; ///< See DefaultsLock.
+
+    /// Makes the folder of the store alone, if absent.
+    void createFolder() const;
+
     /// Makes both folders and an empty file, each only if absent. A failure shows when the file is
     /// opened.
     void create() const;

@@ -1,26 +1,22 @@
 #include "SingleInstance.h"
 
-#include "DesktopLogging.h"
-
 #include <QDBusAbstractAdaptor>
-#include <QDBusConnectionInterface>
 #include <QDBusMessage>
-#include <QDir>
+#include <QDeadlineTimer>
 
-#include <cerrno>
-#include <cstring>
-
-#include <fcntl.h>
-#include <sys/file.h>
-#include <sys/stat.h>
-#include <unistd.h>
+#include <chrono>
+#include <thread>
+#include <utility>
 
 namespace tarne {
 
 using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
 
 namespace {
 
+/// A program that ends gives its server three seconds, and saves.
+constexpr auto longestEnd = 30s;
 constexpr int busTimeoutMilliseconds = 2'000;
 constexpr QLatin1StringView name{"com.tarne.app"};
 constexpr QLatin1StringView path{"/com/tarne/app"};
@@ -52,85 +48,102 @@ private:
     SingleInstance::Activated m_activated;
 };
 
-/// Only we can write into it, so nobody else can hold the lock.
-bool isOwnFolder(const QByteArray &folder) {
-    struct stat status {};
-    return ::lstat(folder.constData(), &status) == 0 && S_ISDIR(status.st_mode) &&
-           status.st_uid == ::geteuid() && (status.st_mode & (S_IWGRP | S_IWOTH)) == 0;
+QDBusMessage busCall(const QString &method) {
+    return QDBusMessage::createMethodCall(u"org.freedesktop.DBus"_s, u"/"_s,
+                                          u"org.freedesktop.DBus"_s, method);
 }
 
-/// The runtime folder, or one of our own among the temporary files; empty when neither is safe.
-QByteArray lockFolder() {
-    const QByteArray runtime = qgetenv("XDG_RUNTIME_DIR");
-    if (runtime.startsWith('/') && isOwnFolder(runtime))
-        return runtime;
-    const QByteArray own =
-        QFile::encodeName(QDir::tempPath()) + "/com.tarne.app-" + QByteArray::number(::geteuid());
-    ::mkdir(own.constData(), S_IRWXU);
-    return isOwnFolder(own) ? own : QByteArray();
-}
-
-} // namespace
-
-SingleInstance::SingleInstance(QDBusConnection sessionBus, Activated activated)
-    : m_bus(std::move(sessionBus)), m_activated(std::move(activated)) {
-    new ApplicationAdaptor(this, m_activated);
-    m_isFirst = claimName() || (!m_usesBus && claimLock());
-}
-
-SingleInstance::~SingleInstance() {
-    if (m_usesBus && m_isFirst)
-        m_bus.unregisterObject(path);
-}
-
-bool SingleInstance::claimName() {
-    // The object stands before the name does: whoever finds the name finds the object.
-    if (!m_bus.isConnected() || !m_bus.registerObject(path, this))
-        return false;
-    constexpr uint doNotQueue = 4;
-    constexpr uint primaryOwner = 1;
-    auto request = QDBusMessage::createMethodCall(u"org.freedesktop.DBus"_s, u"/"_s,
-                                                  u"org.freedesktop.DBus"_s, u"RequestName"_s);
-    request << QString(name) << doNotQueue;
-    const QDBusMessage reply = m_bus.call(request, QDBus::Block, busTimeoutMilliseconds);
-    m_usesBus = reply.type() == QDBusMessage::ReplyMessage && reply.signature() == "u"_L1;
-    const bool claimed = m_usesBus && reply.arguments().constFirst().toUInt() == primaryOwner;
-    if (!claimed)
-        m_bus.unregisterObject(path);
-    return claimed;
-}
-
-bool SingleInstance::claimLock() {
-    const QByteArray folder = lockFolder();
-    const QByteArray file = folder + "/com.tarne.app.lock";
-    const int descriptor = folder.isEmpty()
-                               ? -1
-                               : ::open(file.constData(), O_RDWR | O_CREAT | O_CLOEXEC | O_NOFOLLOW,
-                                        S_IRUSR | S_IWUSR);
-    if (descriptor < 0) {
-        qCWarning(desktopLog, "no lock against a second process: %s", std::strerror(errno));
-        return true;
-    }
-    m_lock.open(descriptor, QIODevice::ReadWrite, QFileDevice::AutoCloseHandle);
-    return ::flock(descriptor, LOCK_EX | LOCK_NB) == 0 || errno != EWOULDBLOCK;
-}
-
-void SingleInstance::activateFirst() {
-    if (!m_usesBus)
-        return;
-    const auto activate = QDBusMessage::createMethodCall(name, path, interface, u"Activate"_s);
+/// Sends the request to show the window to whoever has the name on this bus.
+void sendActivate(QDBusConnection &bus) {
     QVariantMap platformData;
     if (const auto token = qEnvironmentVariable("XDG_ACTIVATION_TOKEN"); !token.isEmpty())
         platformData[u"activation-token"_s] = token;
     if (const auto id = qEnvironmentVariable("DESKTOP_STARTUP_ID"); !id.isEmpty())
         platformData[u"desktop-startup-id"_s] = id;
-    auto message = activate;
+    auto message = QDBusMessage::createMethodCall(name, path, interface, u"Activate"_s);
+    // The bus itself would start one more program where nobody has the name.
+    message.setAutoStartService(false);
     message << platformData;
-    m_bus.send(message);
+    bus.send(message);
     // An answer of the bus daemon itself proves that it has taken what was sent before.
-    const auto ping = QDBusMessage::createMethodCall(u"org.freedesktop.DBus"_s, u"/"_s,
-                                                     u"org.freedesktop.DBus"_s, u"GetId"_s);
-    m_bus.call(ping, QDBus::Block, busTimeoutMilliseconds);
+    bus.call(busCall(u"GetId"_s), QDBus::Block, busTimeoutMilliseconds);
+}
+
+} // namespace
+
+SingleInstance::SingleInstance(Place place, Activated activated)
+    : m_place(std::move(place)),
+      m_activated(std::move(activated)),
+      m_lock(m_place.storeFolder),
+      m_name(claimName()),
+      m_isFirst(m_name != Name::Anothers && claimStore()) {
+    if (m_isFirst)
+        m_lock.setAddress(m_name == Name::Ours ? m_place.busAddress : QString());
+    else
+        releaseName();
+}
+
+SingleInstance::~SingleInstance() {
+    releaseName();
+}
+
+QString SingleInstance::sessionBusAddress() {
+    const QString told = qEnvironmentVariable("DBUS_SESSION_BUS_ADDRESS");
+    const QString runtime = qEnvironmentVariable("XDG_RUNTIME_DIR");
+    return told.isEmpty() && !runtime.isEmpty() ? u"unix:path="_s + runtime + u"/bus"_s : told;
+}
+
+SingleInstance::Name SingleInstance::claimName() {
+    new ApplicationAdaptor(this, m_activated);
+    QDBusConnection &bus = m_place.sessionBus;
+    // The object stands before the name does: whoever finds the name finds the object.
+    if (!bus.isConnected() || !bus.registerObject(path, this))
+        return Name::NoBus;
+    constexpr uint doNotQueue = 4;
+    constexpr uint primaryOwner = 1;
+    auto request = busCall(u"RequestName"_s);
+    request << QString(name) << doNotQueue;
+    const QDBusMessage reply = bus.call(request, QDBus::Block, busTimeoutMilliseconds);
+    const bool isAnswer = reply.type() == QDBusMessage::ReplyMessage && reply.signature() == "u"_L1;
+    if (isAnswer && reply.arguments().constFirst().toUInt() == primaryOwner)
+        return Name::Ours;
+    bus.unregisterObject(path);
+    return isAnswer ? Name::Anothers : Name::NoBus;
+}
+
+void SingleInstance::releaseName() {
+    if (m_name != Name::Ours)
+        return;
+    m_name = Name::NoBus;
+    m_place.sessionBus.send(busCall(u"ReleaseName"_s) << QString(name));
+    m_place.sessionBus.unregisterObject(path);
+}
+
+bool SingleInstance::claimStore() {
+    const QDeadlineTimer deadline(longestEnd);
+    auto holder = m_lock.take();
+    while (holder == DefaultsLock::Holder::AnotherEnding && !deadline.hasExpired()) {
+        std::this_thread::sleep_for(20ms);
+        holder = m_lock.take();
+    }
+    return holder == DefaultsLock::Holder::Us;
+}
+
+void SingleInstance::activateFirst() {
+    if (m_name == Name::Anothers) {
+        sendActivate(m_place.sessionBus);
+    } else if (const QString address = m_lock.address(); !address.isEmpty()) {
+        const auto connection = u"com.tarne.app first"_s;
+        QDBusConnection bus = QDBusConnection::connectToBus(address, connection);
+        if (bus.isConnected())
+            sendActivate(bus);
+        QDBusConnection::disconnectFromBus(connection);
+    }
+}
+
+void SingleInstance::beginEnding() {
+    m_lock.beginEnding();
+    releaseName();
 }
 
 } // namespace tarne

@@ -1,47 +1,66 @@
 #pragma once
 
+#include "DefaultsLock.h"
+
 #include <QDBusConnection>
-#include <QFile>
 #include <QObject>
 
 #include <functional>
-#include <memory>
 
 namespace tarne {
 
-/// Sees to it that one process of a user's session runs the program.
+/// Sees to it that one process of a user's session runs the program, and that one alone has the
+/// store.
 ///
-/// Construction claims the place: the name com.tarne.app on the session bus, with the interface
-/// org.freedesktop.Application under it, or without a bus a lock on a file in the runtime folder.
-/// To be constructed before anything is opened, logged or swept. The bus daemon is waited for, for
-/// 2 s at most; another process never is.
+/// Construction claims both: the name com.tarne.app on the session bus, with the interface
+/// org.freedesktop.Application under it, and the lock of the store, since two programs may live on
+/// two buses or on none. To be constructed before anything else is opened, logged or swept. The bus
+/// daemon is waited for, for 2 s at most; so is a program that is about to end, for 30 s; any other
+/// process never is. To be destroyed after the store is closed.
 class SingleInstance final : public QObject {
     Q_OBJECT
 
 public:
+    /// Where a program is to be one of a kind.
+    struct Place {
+        QDBusConnection sessionBus;
+        QString busAddress; ///< Of that bus; empty when it is not known.
+        QString storeFolder;
+    };
+
     /// Called in the first process when somebody starts the program again. The token lets a window
     /// come to the front under Wayland; it may be empty.
     using Activated = std::function<void(const QString &activationToken)>;
 
-    SingleInstance(QDBusConnection sessionBus, Activated activated);
+    SingleInstance(Place place, Activated activated);
     ~SingleInstance() override;
+
+    /// The address at which this process finds its session bus; empty when it is not known.
+    [[nodiscard]] static QString sessionBusAddress();
 
     /// False when another process has the place already: call `activateFirst` and end.
     [[nodiscard]] bool isFirst() const { return m_isFirst; }
 
-    /// Asks the first process to show its window, without waiting for it: it may be blocking in its
-    /// start. Without a bus nothing can be asked.
+    /// Asks the first process to show its window, on our bus or on its own, without waiting for it:
+    /// it may be blocking in its start. One that has no bus cannot be asked.
     void activateFirst();
 
-private:
-    bool claimName();
-    bool claimLock();
+    /// For the first process, when it answers no more: from now on a start waits for its end and
+    /// then takes its place, instead of asking in vain for a window.
+    void beginEnding();
 
-    QDBusConnection m_bus;
+private:
+    enum class Name { Ours, Anothers, NoBus };
+
+    [[nodiscard]] Name claimName();
+    void releaseName();
+    [[nodiscard]] bool claimStore();
+
+    Place m_place;
     Activated m_activated;
-    bool m_usesBus = false;
-    QFile m_lock;
-    bool m_isFirst = false;
+    DefaultsLock m_lock;
+    Name m_name;
+    bool m_isFirst;
 };
 
 } // namespace tarne

@@ -2,6 +2,7 @@
 
 #include "DesktopLogging.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <cstring>
 
@@ -65,8 +66,14 @@ UnixSignals::~UnixSignals() {
 }
 
 void disableCoreDumps() {
-    const rlimit none{0, 0};
-    if (setrlimit(RLIMIT_CORE, &none) != 0)
+    // Not 0: where dumps are piped to a handler the kernel ignores the limit, but for the value 1,
+    // at which it dumps nothing. A file of one byte is not written either. What is 0 for good
+    // cannot be raised.
+    rlimit limit{};
+    getrlimit(RLIMIT_CORE, &limit);
+    const rlim_t lowest = std::min<rlim_t>(limit.rlim_max, 1);
+    limit = {lowest, lowest};
+    if (setrlimit(RLIMIT_CORE, &limit) != 0)
         qCWarning(desktopLog, "core dumps stay possible: %s", std::strerror(errno));
 }
 

@@ -30,8 +30,9 @@ private:
     struct sigaction m_formerPipe {};
 };
 
-/// No file with this process's memory, and the key in it, is written when it crashes; children
-/// inherit that.
+/// No dump of this process's memory, with the key in it, is made when it crashes, neither into a
+/// file nor for a handler; children inherit that. Where an administrator has forbidden files of
+/// dumps for good, by a hard limit of 0, a handler may still be given one.
 void disableCoreDumps();
 
 } // namespace tarne

@@ -4,15 +4,15 @@
 #include "PrivateBus.h"
 #include "TestMain.h"
 
+#include <QDBusConnectionInterface>
 #include <QDBusMessage>
 #include <QDBusPendingCall>
 #include <QDir>
+#include <QFileInfo>
+#include <QProcess>
 #include <QTemporaryDir>
 
 #include <gtest/gtest.h>
-
-#include <sys/stat.h>
-#include <unistd.h>
 
 namespace tarne {
 namespace {
@@ -21,12 +21,26 @@ using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
 using namespace test;
 
+/// A folder for the store and a bus, as a program finds them.
 class AProcessOnABus : public testing::Test {
 protected:
-    std::unique_ptr<SingleInstance> start() {
-        return std::make_unique<SingleInstance>(
-            m_bus.connect(), [this](const QString &token) { m_activations += token; });
+    std::unique_ptr<SingleInstance> start() { return startOn(m_bus); }
+
+    std::unique_ptr<SingleInstance> startOn(PrivateBus &bus) {
+        return startAt({bus.connect(), bus.address(), folder()});
     }
+
+    std::unique_ptr<SingleInstance> startWithoutABus() {
+        return startAt({noBus(), u"unix:path=/nobody"_s, folder()});
+    }
+
+    std::unique_ptr<SingleInstance> startAt(const SingleInstance::Place &place) {
+        return std::make_unique<SingleInstance>(
+            place, [this](const QString &token) { m_activations += token; });
+    }
+
+    QString folder() const { return m_data.filePath(u"com.tarne.app"_s); }
+    QString lockFile() const { return folder() + u"/defaults.lock"_s; }
 
     QDBusMessage call(const QString &method, const QVariantList &arguments) {
         auto message = QDBusMessage::createMethodCall(u"com.tarne.app"_s, u"/com/tarne/app"_s,
@@ -38,6 +52,7 @@ protected:
         return pending.reply();
     }
 
+    QTemporaryDir m_data;
     PrivateBus m_bus;
     QStringList m_activations;
 };
@@ -91,8 +106,7 @@ TEST_F(AProcessOnABus, ABusThatHangsIsWaitedForAFewSecondsOnly) {
     const QDBusConnection connection = m_bus.connect();
     m_bus.hang();
     std::unique_ptr<SingleInstance> instance;
-    EXPECT_LT(timeOf([&] { instance = std::make_unique<SingleInstance>(connection, nullptr); }),
-              4s);
+    EXPECT_LT(timeOf([&] { instance = startAt({connection, m_bus.address(), folder()}); }), 4s);
     EXPECT_TRUE(instance->isFirst()); // By the lock.
     m_bus.resume();
 }
@@ -105,18 +119,61 @@ TEST_F(AProcessOnABus, SurvivesABusThatVanishes) {
     EXPECT_TRUE(first->isFirst());
 }
 
-/// A runtime folder of its own.
-class AProcessWithoutABus : public testing::Test {
+TEST_F(AProcessOnABus, IsNotTheFirstOnTheBusWhateverTheStore) {
+    const auto first = start();
+    const QString elsewhere = m_data.filePath(u"elsewhere"_s);
+    EXPECT_FALSE(startAt({m_bus.connect(), m_bus.address(), elsewhere})->isFirst());
+    EXPECT_FALSE(QFile::exists(elsewhere));
+}
+
+TEST_F(AProcessOnABus, HasTheStoreAgainstOneWithoutABusWhichAsksForTheWindow) {
+    const auto first = start();
+    const auto second = startWithoutABus();
+    EXPECT_FALSE(second->isFirst());
+    second->activateFirst();
+    EXPECT_TRUE(serveUntil([&] { return m_activations.size() == 1; }));
+}
+
+TEST_F(AProcessOnABus, HasTheStoreAgainstOneOnAnotherBusWhichAsksForTheWindow) {
+    const auto first = start();
+    PrivateBus other;
+    const auto second = startOn(other);
+    EXPECT_FALSE(second->isFirst());
+    second->activateFirst();
+    EXPECT_TRUE(serveUntil([&] { return m_activations.size() == 1; }));
+    EXPECT_FALSE(other.connect().interface()->isServiceRegistered(u"com.tarne.app"_s));
+}
+
+TEST_F(AProcessOnABus, DoesNotAskWhereTheFirstHasNoBus) {
+    const auto first = startWithoutABus();
+    EXPECT_TRUE(first->isFirst());
+    const auto second = start();
+    EXPECT_FALSE(second->isFirst());
+    second->activateFirst();
+    EXPECT_TRUE(m_activations.isEmpty());
+}
+
+TEST_F(AProcessOnABus, AsksInVainWhereTheBusOfTheFirstIsGone) {
+    PrivateBus gone;
+    const auto first = startOn(gone);
+    gone.stop();
+    const auto second = start();
+    EXPECT_FALSE(second->isFirst());
+    second->activateFirst();
+    EXPECT_TRUE(m_activations.isEmpty());
+}
+
+TEST_F(AProcessOnABus, ThatIsAboutToEndIsAskedNoMoreAndKeepsTheStore) {
+    const auto first = start();
+    first->beginEnding();
+    EXPECT_TRUE(serveUntil(
+        [&] { return !m_bus.connect().interface()->isServiceRegistered(u"com.tarne.app"_s); }));
+    EXPECT_EQ(DefaultsLock(folder()).take(), DefaultsLock::Holder::AnotherEnding);
+}
+
+class AProcessWithoutABus : public AProcessOnABus {
 protected:
-    AProcessWithoutABus() { qputenv("XDG_RUNTIME_DIR", QFile::encodeName(m_runtime.path())); }
-    ~AProcessWithoutABus() override { qputenv("XDG_RUNTIME_DIR", m_former); }
-
-    static std::unique_ptr<SingleInstance> start() {
-        return std::make_unique<SingleInstance>(noBus(), nullptr);
-    }
-
-    QByteArray m_former = qgetenv("XDG_RUNTIME_DIR");
-    QTemporaryDir m_runtime;
+    std::unique_ptr<SingleInstance> start() { return startWithoutABus(); }
 };
 
 TEST_F(AProcessWithoutABus, IsTheFirstWhenThereIsNoOther) {
@@ -135,39 +192,85 @@ TEST_F(AProcessWithoutABus, AsksNobody) {
     start()->activateFirst();
 }
 
-TEST_F(AProcessWithoutABus, KeepsItsLockToItself) {
+TEST_F(AProcessWithoutABus, KeepsTheLockToItsUser) {
     const auto first = start();
-    struct stat status {};
-    const QByteArray file = QFile::encodeName(m_runtime.filePath(u"com.tarne.app.lock"_s));
-    ASSERT_EQ(::stat(file.constData(), &status), 0);
-    EXPECT_EQ(status.st_mode & 0777, 0600u);
-}
-
-TEST_F(AProcessWithoutABus, WithoutARuntimeFolderUsesOneOfItsOwnAmongTheTemporaryFiles) {
-    QTemporaryDir temporary;
-    const QByteArray former = qgetenv("TMPDIR");
-    qputenv("TMPDIR", QFile::encodeName(temporary.path()));
-    for (const QByteArray &runtime :
-         {QByteArray(), QByteArray("relative"), QByteArray("/absent")}) {
-        qputenv("XDG_RUNTIME_DIR", runtime);
-        const auto first = start();
-        EXPECT_TRUE(first->isFirst());
-        EXPECT_FALSE(start()->isFirst());
-    }
-    struct stat status {};
-    const QString folder = temporary.filePath(u"com.tarne.app-%1"_s.arg(::geteuid()));
-    ASSERT_EQ(::stat(QFile::encodeName(folder).constData(), &status), 0);
-    EXPECT_EQ(status.st_mode & 0777, 0700u);
-    former.isNull() ? qunsetenv("TMPDIR") : qputenv("TMPDIR", former);
+    const auto permissions = [](const QString &path) { return QFileInfo(path).permissions(); };
+    const auto privateFile =
+        QFile::ReadOwner | QFile::WriteOwner | QFile::ReadUser | QFile::WriteUser;
+    EXPECT_EQ(permissions(lockFile()), privateFile);
+    EXPECT_EQ(permissions(folder()), privateFile | QFile::ExeOwner | QFile::ExeUser);
 }
 
 TEST_F(AProcessWithoutABus, DoesNotFollowALinkThatSomebodyLaid) {
-    const ExpectedWarning warning(u"no lock against a second process"_s);
-    QTemporaryDir elsewhere;
-    const QString target = elsewhere.filePath(u"precious"_s);
-    QFile::link(target, m_runtime.filePath(u"com.tarne.app.lock"_s));
+    const ExpectedWarning warning(u"no lock against a second program"_s);
+    QDir().mkpath(folder());
+    const QString target = m_data.filePath(u"precious"_s);
+    QFile::link(target, lockFile());
     EXPECT_TRUE(start()->isFirst());
     EXPECT_FALSE(QFile::exists(target));
+}
+
+TEST_F(AProcessWithoutABus, StartsWhereTheDiskAllowsNoLock) {
+    const ExpectedWarning warning(u"no lock against a second program"_s);
+    QDir().mkpath(lockFile()); // A folder in its place.
+    const auto first = start();
+    EXPECT_TRUE(first->isFirst());
+    first->beginEnding();
+}
+
+/// Another program that locks the first bytes of the store's lock and says so. It ends after a
+/// time, or when it is killed.
+class LockHolder {
+public:
+    LockHolder(const QString &file, int bytes, double seconds) {
+        QDir().mkpath(QFileInfo(file).path());
+        m_process.start(u"/usr/bin/python3"_s, {u"-c"_s, QString::fromLatin1(script), file,
+                                                QString::number(bytes), QString::number(seconds)});
+        EXPECT_TRUE(m_process.waitForReadyRead(20'000));
+    }
+    ~LockHolder() { kill(); }
+    LockHolder(const LockHolder &) = delete;
+    LockHolder &operator=(const LockHolder &) = delete;
+
+    void kill() {
+        m_process.kill();
+        m_process.waitForFinished(20'000);
+    }
+
+private:
+    static constexpr auto script = R"(
+import fcntl, struct, sys, time
+F_OFD_SETLK = 37
+file = open(sys.argv[1], "w")
+fcntl.fcntl(file, F_OFD_SETLK, struct.pack("hhqqi4x", fcntl.F_WRLCK, 0, 0, int(sys.argv[2]), 0))
+print("held", flush=True)
+time.sleep(float(sys.argv[3]))
+)";
+
+    QProcess m_process;
+};
+
+TEST_F(AProcessWithoutABus, StartsAfterTheDeathOfTheLocksHolder) {
+    LockHolder other(lockFile(), 2, 1000);
+    EXPECT_FALSE(start()->isFirst());
+    other.kill();
+    EXPECT_TRUE(start()->isFirst());
+}
+
+TEST_F(AProcessWithoutABus, WaitsForOneThatIsAboutToEndAndTakesItsPlace) {
+    const LockHolder ending(lockFile(), 1, 0.3);
+    EXPECT_TRUE(start()->isFirst());
+}
+
+TEST_F(AProcessWithoutABus, KeepsTheLockFromItsChildren) {
+    auto first = start();
+    QProcess child;
+    child.start(u"/bin/sleep"_s, {u"1000"_s});
+    ASSERT_TRUE(child.waitForStarted());
+    first.reset();
+    EXPECT_TRUE(start()->isFirst());
+    child.kill();
+    child.waitForFinished();
 }
 
 } // namespace

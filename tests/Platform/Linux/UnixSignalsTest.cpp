@@ -4,6 +4,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <thread>
 
@@ -61,12 +62,30 @@ TEST(UnixSignals, TheFormerHandlersComeBack) {
     EXPECT_EQ(before.sa_handler, after.sa_handler);
 }
 
-TEST(CoreDumps, AreDisabled) {
-    disableCoreDumps();
+rlimit coreLimit() {
     rlimit limit{};
-    ASSERT_EQ(getrlimit(RLIMIT_CORE, &limit), 0);
-    EXPECT_EQ(limit.rlim_cur, 0u);
-    EXPECT_EQ(limit.rlim_max, 0u);
+    EXPECT_EQ(getrlimit(RLIMIT_CORE, &limit), 0);
+    return limit;
+}
+
+TEST(CoreDumpsDeathTest, AreDisabledForFilesAndForHandlers) {
+    // With a limit of 1 the kernel gives no handler a dump either; with 0 it would. What an
+    // administrator has forbidden for good stays 0.
+    const rlim_t noDump = std::min<rlim_t>(coreLimit().rlim_max, 1);
+    disableCoreDumps();
+    EXPECT_EQ(coreLimit().rlim_cur, noDump);
+    EXPECT_EQ(coreLimit().rlim_max, noDump);
+}
+
+TEST(CoreDumpsDeathTest, ThatAreForbiddenForGoodStaySoWithoutAWord) {
+    EXPECT_EXIT(
+        {
+            const rlimit none{};
+            setrlimit(RLIMIT_CORE, &none);
+            disableCoreDumps();
+            ::_exit(coreLimit().rlim_max == 0 ? 0 : 1);
+        },
+        testing::ExitedWithCode(0), "^$");
 }
 
 } // namespace

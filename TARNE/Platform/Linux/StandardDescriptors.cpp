@@ -1,0 +1,18 @@
+#include "StandardDescriptors.h"
+
+#include <fcntl.h>
+#include <unistd.h>
+
+namespace tarne {
+
+void openStandardDescriptors() {
+    // A new descriptor has the lowest number that is free.
+    int opened = 0;
+    do {
+        opened = ::open("/dev/null", O_RDWR);
+    } while (opened >= STDIN_FILENO && opened <= STDERR_FILENO);
+    if (opened > STDERR_FILENO)
+        ::close(opened);
+}
+
+} // namespace tarne
