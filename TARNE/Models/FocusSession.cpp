@@ -18,7 +18,7 @@ struct json::JsonForm<FocusSession> {
                                         member("blockedApps", &FocusSession::blockedApps),
                                         member("blockedWebsites", &FocusSession::blockedWebsites),
                                         member("completed", &FocusSession::completed)};
-    static FocusSession blank() { return {.id = QUuid()}; }
+    static FocusSession blank() { return {.id = QUuid(), .startTime = {}}; }
 };
 
 QString FocusSession::goalsDisplayString() const {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "CurrentDate.h"
 #include "Date.h"
 #include "RandomUuid.h"
 #include "SessionGoal.h"
@@ -21,8 +22,8 @@ struct FocusSession {
     QString goal = {};                   ///< The raw line, as typed.
     std::vector<SessionGoal> goals = {}; ///< Parsed from `goal`.
     double duration = 1500.0;            ///< Planned length in seconds.
-    Date startTime = {}; ///< When the record was created; whoever creates it gives the moment.
-    std::optional<Date> endTime = {}; ///< When the session ended or ran out.
+    Date startTime = currentDate();      ///< When the record was created.
+    std::optional<Date> endTime = {};    ///< When the session ended or ran out.
     std::optional<QString> reflection = {};
     QStringList blockedApps = {};
     QStringList blockedWebsites = {};

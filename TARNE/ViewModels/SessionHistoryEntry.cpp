@@ -16,7 +16,9 @@ struct json::JsonForm<SessionHistoryEntry> {
         member("suggestions", &SessionHistoryEntry::suggestions),
         member("motivation", &SessionHistoryEntry::motivation),
         member("reflection", &SessionHistoryEntry::reflection)};
-    static SessionHistoryEntry blank() { return {.id = QUuid(), .sessionDate = {}}; }
+    static SessionHistoryEntry blank() {
+        return {.id = QUuid(), .sessionDate = {}, .goals = {}, .duration = 0};
+    }
 };
 
 namespace {

@@ -14,13 +14,13 @@
 namespace tarne {
 
 /// One finished session as it stays in the history. Identity is `id`. A text that is not there yet
-/// is empty. Only an entry's moment has no default: an initialiser that forgets it does not
-/// compile.
+/// is empty. The moment, the goals and the duration have no default: an initialiser that forgets
+/// one of them does not compile.
 struct SessionHistoryEntry {
-    QUuid id = randomUuid();             ///< Stable for the life of the entry; an update keeps it.
-    Date sessionDate;                    ///< When the session ended, or was first saved.
-    std::vector<SessionGoal> goals = {}; ///< With their verdicts at the last save.
-    double duration = 0.0;               ///< Seconds.
+    QUuid id = randomUuid();        ///< Stable for the life of the entry; an update keeps it.
+    Date sessionDate;               ///< When the session ended, or was first saved.
+    std::vector<SessionGoal> goals; ///< With their verdicts at the last save.
+    double duration;                ///< Seconds.
     QString overallAssessment = {};
     QString patternsObserved = {};
     QString suggestions = {};

@@ -65,8 +65,8 @@ TEST(SessionHistoryEntry, AnEmptyHistoryIsAnEmptyArray) {
 }
 
 TEST(SessionHistoryEntry, ANewEntryHasEmptyTextsAndAnIdOfItsOwn) {
-    const SessionHistoryEntry a;
-    const SessionHistoryEntry b;
+    const SessionHistoryEntry a{.sessionDate = {}, .goals = {}, .duration = 0};
+    const SessionHistoryEntry b{.sessionDate = {}, .goals = {}, .duration = 0};
     EXPECT_NE(a.id, b.id);
     EXPECT_EQ(a.overallAssessment + a.patternsObserved + a.suggestions + a.motivation +
                   a.reflection,
@@ -183,10 +183,11 @@ TEST(SessionHistoryEntry, EveryNumberAndTextReadsBackBitForBit) {
         double number = std::bit_cast<double>(random());
         if (!std::isfinite(number))
             number = -0.0;
-        SessionHistoryEntry entry;
-        entry.sessionDate = Date::fromReferenceSeconds(number);
-        entry.goals = {{.text = randomText(), .status = allGoalStatuses[random() % 3]}};
-        entry.reflection = randomText();
+        const SessionHistoryEntry entry{
+            .sessionDate = Date::fromReferenceSeconds(number),
+            .goals = {{.text = randomText(), .status = allGoalStatuses[random() % 3]}},
+            .duration = 0,
+            .reflection = randomText()};
         const auto document = encodeHistory({entry});
         ASSERT_TRUE(document.has_value());
         const auto read = decodeHistory(*document);

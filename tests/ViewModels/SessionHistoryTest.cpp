@@ -259,7 +259,8 @@ TEST_F(SessionHistory, ReplacingAReflectionChangesNothingElse) {
 }
 
 TEST_F(SessionHistory, ReplacesTheReflectionOfTheFirstOfTwoEntriesWithOneId) {
-    const SessionHistoryEntry entry{.sessionDate = beginning, .reflection = u"old"_s};
+    const SessionHistoryEntry entry{
+        .sessionDate = beginning, .goals = {}, .duration = 0, .reflection = u"old"_s};
     controller().saveSessionHistory({entry, entry});
     controller().updateHistoryReflection(entry.id, u"new"_s);
     EXPECT_EQ(history()[0].reflection, u"new"_s);

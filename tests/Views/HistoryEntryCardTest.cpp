@@ -18,8 +18,8 @@ const Calendar &calendar() {
 }
 
 HistoryEntryCard cardOf(const std::vector<std::optional<GoalStatus>> &statuses) {
-    SessionHistoryEntry entry{.sessionDate = *calendar().date({2026, 3, 4, 15, 30}),
-                              .duration = 1500};
+    SessionHistoryEntry entry{
+        .sessionDate = *calendar().date({2026, 3, 4, 15, 30}), .goals = {}, .duration = 1500};
     for (const auto &status : statuses)
         entry.goals.push_back({.text = u"goal"_s, .status = status});
     return HistoryEntryCard(entry, calendar());
@@ -111,6 +111,8 @@ TEST(HistoryEntryCard, AnEntryWithoutGoalsHasNoSummaryButADuration) {
 
 TEST(HistoryEntryCard, OnlyFeedbackWithATextHasARow) {
     SessionHistoryEntry entry{.sessionDate = {},
+                              .goals = {},
+                              .duration = 0,
                               .patternsObserved = u"p"_s,
                               .motivation = u"<b>m</b>"_s,
                               .reflection = u"r"_s};
@@ -130,6 +132,8 @@ TEST(HistoryEntryCard, OnlyFeedbackWithATextHasARow) {
 
 TEST(HistoryEntryCard, AllFeedbackStandsInItsOrder) {
     SessionHistoryEntry entry{.sessionDate = {},
+                              .goals = {},
+                              .duration = 0,
                               .overallAssessment = u"o"_s,
                               .patternsObserved = u"p"_s,
                               .suggestions = u"s"_s,

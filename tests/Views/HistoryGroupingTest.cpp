@@ -25,7 +25,7 @@ public:
     QStringList labels(const std::vector<DateComponents> &dates) const {
         std::vector<SessionHistoryEntry> entries;
         for (const DateComponents &date : dates)
-            entries.push_back({.sessionDate = at(date)});
+            entries.push_back({.sessionDate = at(date), .goals = {}, .duration = 0});
         QStringList result;
         for (const HistoryGroup &group : grouping.groupedEntries(entries))
             result += group.key;
@@ -130,9 +130,12 @@ TEST(HistoryGrouping, YesterdayParsesToNowWhereTheCalendarBegins) {
 TEST(HistoryGrouping, EntriesOfOneDayShareAGroupAndKeepTheirOrder) {
     const Look look;
     const std::vector<SessionHistoryEntry> entries{
-        {.sessionDate = look.at({2025, 5, 1, 9}), .reflection = u"a"_s},
-        {.sessionDate = look.at({2026, 3, 4, 9}), .reflection = u"b"_s},
-        {.sessionDate = look.at({2025, 5, 1, 21}), .reflection = u"c"_s}};
+        {.sessionDate = look.at({2025, 5, 1, 9}), .goals = {}, .duration = 0, .reflection = u"a"_s},
+        {.sessionDate = look.at({2026, 3, 4, 9}), .goals = {}, .duration = 0, .reflection = u"b"_s},
+        {.sessionDate = look.at({2025, 5, 1, 21}),
+         .goals = {},
+         .duration = 0,
+         .reflection = u"c"_s}};
     auto groups = look.grouping.groupedEntries(entries);
     ASSERT_EQ(groups.size(), 2U);
     EXPECT_EQ(groups[0].key, u"Today"_s);

@@ -14,10 +14,11 @@ namespace {
 struct Edited {
     Calendar calendar{QTimeZone::utc(), QLocale(u"en_US"_s)};
     QStringList saved;
-    EditReflectionSheet sheet{{.sessionDate = *calendar.date({2026, 3, 2, 15, 30})},
-                              u"before"_s,
-                              calendar,
-                              [this](const QString &text) { saved += text; }};
+    EditReflectionSheet sheet{
+        {.sessionDate = *calendar.date({2026, 3, 2, 15, 30}), .goals = {}, .duration = 0},
+        u"before"_s,
+        calendar,
+        [this](const QString &text) { saved += text; }};
 };
 
 } // namespace
@@ -33,7 +34,9 @@ TEST(EditReflectionSheet, OutsideEnglishACommaJoinsDateAndTime) {
     const Date date = *Edited().calendar.date({2026, 3, 2, 15, 30});
     const auto text = [&](const QString &locale) {
         const Calendar calendar(QTimeZone::utc(), QLocale(locale));
-        return EditReflectionSheet({.sessionDate = date}, {}, calendar, {}).dateText();
+        return EditReflectionSheet({.sessionDate = date, .goals = {}, .duration = 0}, {}, calendar,
+                                   {})
+            .dateText();
     };
     EXPECT_EQ(text(u"en_GB"_s), u"Monday, 2 March 2026 at 15:30"_s);
     EXPECT_EQ(text(u"de_DE"_s), u"Montag, 2. März 2026, 15:30"_s);

@@ -26,7 +26,7 @@ protected:
     void store(int entries) {
         std::vector<SessionHistoryEntry> stored;
         for (int i = 0; i < entries; ++i)
-            stored.push_back({.sessionDate = time.now() - i * 60.0, .duration = 60.0});
+            stored.push_back({.sessionDate = time.now() - i * 60.0, .goals = {}, .duration = 60.0});
         controller().saveSessionHistory(stored);
     }
     QVariant row(int index, HistoryModel::Role role) {
@@ -148,9 +148,10 @@ TEST_F(HistoryViewTest, LoadMoreShowsFromTenEntriesOn) {
 }
 
 TEST_F(HistoryViewTest, AGroupOfOneSaysEntryAndOfTwoEntries) {
-    controller().saveSessionHistory({{.sessionDate = time.now()},
-                                     {.sessionDate = time.now() - 1.0},
-                                     {.sessionDate = time.now() - 86400.0}});
+    controller().saveSessionHistory(
+        {{.sessionDate = time.now(), .goals = {}, .duration = 0},
+         {.sessionDate = time.now() - 1.0, .goals = {}, .duration = 0},
+         {.sessionDate = time.now() - 86400.0, .goals = {}, .duration = 0}});
     view().appear();
     EXPECT_EQ(row(0, HistoryModel::SectionCountRole), u"2 entries"_s);
     EXPECT_EQ(row(1, HistoryModel::SectionLabelRole), QString());
@@ -161,8 +162,9 @@ TEST_F(HistoryViewTest, AGroupOfOneSaysEntryAndOfTwoEntries) {
 }
 
 TEST_F(HistoryViewTest, InsideAGroupTheLaterEntryComesFirst) {
-    controller().saveSessionHistory({{.sessionDate = time.now() - 60.0, .reflection = u"earlier"_s},
-                                     {.sessionDate = time.now(), .reflection = u"later"_s}});
+    controller().saveSessionHistory(
+        {{.sessionDate = time.now() - 60.0, .goals = {}, .duration = 0, .reflection = u"earlier"_s},
+         {.sessionDate = time.now(), .goals = {}, .duration = 0, .reflection = u"later"_s}});
     view().appear();
     EXPECT_EQ(row(0, HistoryModel::CardRole).value<HistoryEntryCard>().reflection, u"later"_s);
     EXPECT_EQ(row(1, HistoryModel::CardRole).value<HistoryEntryCard>().reflection, u"earlier"_s);
@@ -211,7 +213,8 @@ TEST_F(HistoryViewTest, AnotherTimeZoneRegroupsAtTheNextLoad) {
     QByteArray zone = "UTC"_ba;
     HistoryView view(controller(), center, time,
                      [&] { return Calendar(QTimeZone(zone), QLocale(u"en_US"_s)); });
-    controller().saveSessionHistory({{.sessionDate = time.now() - 11 * 3600.0}});
+    controller().saveSessionHistory(
+        {{.sessionDate = time.now() - 11 * 3600.0, .goals = {}, .duration = 0}});
     view.appear();
     const auto label = [&view] {
         return view.rows()->index(0, 0).data(HistoryModel::SectionLabelRole).toString();

@@ -54,7 +54,7 @@ private:
 } // namespace
 
 TEST_F(InsightsViewTest, ADrawingReadsTheHistoryOnce) {
-    controller().saveSessionHistory({{.sessionDate = time.now()}});
+    controller().saveSessionHistory({{.sessionDate = time.now(), .goals = {}, .duration = 0}});
     CountingDefaults counting(defaults);
     SessionPlatform over{.clock = time,
                          .runLoop = time,
@@ -74,7 +74,7 @@ TEST_F(InsightsViewTest, ADrawingReadsTheHistoryOnce) {
 }
 
 TEST_F(InsightsViewTest, AHistoryThatTurnsUnreadableIsReplacedBySamplesAtTheNextDrawing) {
-    controller().saveSessionHistory({{.sessionDate = time.now()}});
+    controller().saveSessionHistory({{.sessionDate = time.now(), .goals = {}, .duration = 0}});
     view().appear();
     defaults.setObject(keys::sessionHistory, "broken"_ba);
     view().appear();

@@ -50,7 +50,7 @@ private:
     }
 
     SessionHistoryEntry entry(Date date) {
-        SessionHistoryEntry made{.sessionDate = date, .duration = 1500};
+        SessionHistoryEntry made{.sessionDate = date, .goals = {}, .duration = 1500};
         for (int goals = number(0, 3); goals > 0; --goals) {
             SessionGoal goal{.text = QString::number(number(0, 9))};
             if (const int status = number(0, 3); status < 3)

@@ -22,7 +22,7 @@ public:
     Date daysAgo(int days) const { return *calendar.dateByAdding(Calendar::Unit::day, -days, now); }
 
     Told &session(Date date, std::vector<std::optional<GoalStatus>> statuses = {}) {
-        SessionHistoryEntry entry{.sessionDate = date, .duration = 1500};
+        SessionHistoryEntry entry{.sessionDate = date, .goals = {}, .duration = 1500};
         for (const auto &status : statuses)
             entry.goals.push_back({.text = QStringLiteral("goal"), .status = status});
         history.push_back(entry);

@@ -77,7 +77,7 @@ struct LookBackStage {
 
 void takeSheets(Gallery &gallery) {
     const LookBackStage stage;
-    EditReflectionSheet edit({.sessionDate = stage.session.time.now()},
+    EditReflectionSheet edit({.sessionDate = stage.session.time.now(), .goals = {}, .duration = 0},
                              u"Felt really productive today."_s, stage.calendar(),
                              [](const QString &) {});
     gallery.take(u"edit-reflection"_s, document(u"EditReflectionPanel.qml"_s),

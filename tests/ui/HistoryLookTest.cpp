@@ -37,8 +37,8 @@ protected:
               .suggestions = u"suggested"_s,
               .motivation = u"motive"_s,
               .reflection = u"my words"_s},
-             {.sessionDate = time.now() - 60.0, .duration = 120},
-             {.sessionDate = time.now() - 86400.0, .duration = 180}});
+             {.sessionDate = time.now() - 60.0, .goals = {}, .duration = 120},
+             {.sessionDate = time.now() - 86400.0, .goals = {}, .duration = 180}});
         view().appear();
         (void)screen(QSize(900, 1000)).picture();
     }
@@ -272,7 +272,8 @@ TEST_F(HistoryLook, LoadMoreIsABorderedButtonWithRoomAboveAndBelow) {
 
 TEST_F(HistoryLook, ARightToLeftTextStandsBesideItsMark) {
     const QString text = u"كتابة التقرير"_s;
-    controller().saveSessionHistory({{.sessionDate = time.now(), .goals = {{.text = text}}}});
+    controller().saveSessionHistory(
+        {{.sessionDate = time.now(), .goals = {{.text = text}}, .duration = 0}});
     view().appear();
     const QQuickItem *const goal = screen().find(text);
     ASSERT_TRUE(goal);

@@ -35,7 +35,7 @@ protected:
     void store(int entries) {
         std::vector<SessionHistoryEntry> stored;
         for (int i = 0; i < entries; ++i)
-            stored.push_back({.sessionDate = time.now() - i * 60.0, .duration = 60.0});
+            stored.push_back({.sessionDate = time.now() - i * 60.0, .goals = {}, .duration = 60.0});
         controller().saveSessionHistory(stored);
     }
     /// Presses the pointer on the list and pulls it down by `distance`.

@@ -40,9 +40,10 @@ TEST_F(HistoryScreenTest, TheFirstOpeningShowsTheSamples) {
 }
 
 TEST_F(HistoryScreenTest, GroupsCountTheirEntries) {
-    controller().saveSessionHistory({{.sessionDate = time.now()},
-                                     {.sessionDate = time.now() - 60.0},
-                                     {.sessionDate = time.now() - 86400.0}});
+    controller().saveSessionHistory(
+        {{.sessionDate = time.now(), .goals = {}, .duration = 0},
+         {.sessionDate = time.now() - 60.0, .goals = {}, .duration = 0},
+         {.sessionDate = time.now() - 86400.0, .goals = {}, .duration = 0}});
     view().appear();
     EXPECT_TRUE(screen().has(u"2 entries"_s));
     EXPECT_TRUE(screen().has(u"1 entry"_s));
@@ -102,8 +103,10 @@ TEST_F(HistoryScreenTest, WithNineEntriesThereIsNoLoadMore) {
 }
 
 TEST_F(HistoryScreenTest, OnlyLoadMoreAndTheCoachingTextsCanBePressed) {
-    controller().saveSessionHistory(
-        {{.sessionDate = time.now(), .goals = {{.text = u"goal"_s}}, .motivation = u"m"_s}});
+    controller().saveSessionHistory({{.sessionDate = time.now(),
+                                      .goals = {{.text = u"goal"_s}},
+                                      .duration = 0,
+                                      .motivation = u"m"_s}});
     view().appear();
     EXPECT_EQ(screen().names(QAccessible::Button), QStringList{u"Motivation"_s});
     EXPECT_EQ(screen().cursorOver(u"Motivation"_s), Qt::PointingHandCursor);
@@ -125,6 +128,7 @@ TEST_F(HistoryScreenTest, AHistoryThatTurnsUnreadableIsShownUntilTheNextLoad) {
 TEST_F(HistoryScreenTest, MarkupInATextIsShownAsItIs) {
     controller().saveSessionHistory({{.sessionDate = time.now(),
                                       .goals = {{.text = u"<b>bold</b>"_s}},
+                                      .duration = 0,
                                       .reflection = u"<img src='x'>"_s}});
     view().appear();
     EXPECT_TRUE(screen().has(u"<b>bold</b>"_s));
@@ -141,7 +145,7 @@ TEST_F(HistoryScreenTest, AnEntryWithoutGoalsShowsItsDurationAndTheWordsForNoRef
 }
 
 TEST_F(HistoryScreenTest, TenThousandGoalsOfOneEntryAreAllOnItsCard) {
-    SessionHistoryEntry entry{.sessionDate = time.now(), .duration = 60};
+    SessionHistoryEntry entry{.sessionDate = time.now(), .goals = {}, .duration = 60};
     for (int i = 0; i < 10000; ++i)
         entry.goals.push_back({.text = QString::number(i), .status = GoalStatus::completed});
     controller().saveSessionHistory({entry});

@@ -21,6 +21,8 @@ TEST_F(HistoryScrolling, ACoachingTextStaysOpenWhileItsCardIsScrolledAway) {
     std::vector<SessionHistoryEntry> entries;
     for (int i = 0; i < 60; ++i)
         entries.push_back({.sessionDate = time.now() - i * 60.0,
+                           .goals = {},
+                           .duration = 0,
                            .suggestions = i == 0 ? u"first"_s : u"other"_s});
     controller().saveSessionHistory(entries);
     view().appear();

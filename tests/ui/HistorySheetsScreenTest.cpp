@@ -24,10 +24,11 @@ QUrl document(const QString &name) {
 struct EditedSheet {
     Calendar calendar{QTimeZone::utc(), QLocale(u"en_US"_s)};
     QStringList saved;
-    EditReflectionSheet sheet{{.sessionDate = *calendar.date({2026, 3, 2, 12})},
-                              u"before"_s,
-                              calendar,
-                              [this](const QString &text) { saved += text; }};
+    EditReflectionSheet sheet{
+        {.sessionDate = *calendar.date({2026, 3, 2, 12}), .goals = {}, .duration = 0},
+        u"before"_s,
+        calendar,
+        [this](const QString &text) { saved += text; }};
     test::UiDriver ui{document(u"EditReflectionPanel.qml"_s),
                       {{u"view"_s, QVariant::fromValue(&sheet)}},
                       QSize(500, 300)};

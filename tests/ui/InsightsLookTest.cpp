@@ -224,12 +224,14 @@ TEST_F(InsightsLook, TheFirstSwatchMatchesAPastDayAndNoFutureOne) {
 
 TEST_F(InsightsLook, ACellShowsItsDaysSessionsAndAFutureOneIsThePalest) {
     // It is a Monday: row 1 of the last column.
-    std::vector<SessionHistoryEntry> entries(4, {.sessionDate = time.now()});
-    entries.push_back({.sessionDate = time.now() - 86400.0});
+    std::vector<SessionHistoryEntry> entries(
+        4, {.sessionDate = time.now(), .goals = {}, .duration = 0});
+    entries.push_back({.sessionDate = time.now() - 86400.0, .goals = {}, .duration = 0});
     for (int i = 0; i < 2; ++i)
-        entries.push_back({.sessionDate = time.now() - 2 * 86400.0});
+        entries.push_back({.sessionDate = time.now() - 2 * 86400.0, .goals = {}, .duration = 0});
     for (int i = 0; i < 3; ++i)
-        entries.push_back({.sessionDate = time.now() - 51 * 7 * 86400.0});
+        entries.push_back(
+            {.sessionDate = time.now() - 51 * 7 * 86400.0, .goals = {}, .duration = 0});
     controller().saveSessionHistory(entries);
     view().appear();
     EXPECT_THAT(cell(51, 1), LooksLike(SystemColors::green));
@@ -242,8 +244,8 @@ TEST_F(InsightsLook, ACellShowsItsDaysSessionsAndAFutureOneIsThePalest) {
 }
 
 TEST_F(InsightsLook, ACellHasRoundedCornersAndAThinOutline) {
-    controller().saveSessionHistory(
-        std::vector<SessionHistoryEntry>(4, {.sessionDate = time.now()}));
+    controller().saveSessionHistory(std::vector<SessionHistoryEntry>(
+        4, {.sessionDate = time.now(), .goals = {}, .duration = 0}));
     view().appear();
     const QImage picture = screen().picture();
     const QPoint corner = cornerOfCell(51, 1);

@@ -44,7 +44,7 @@ TEST_F(InsightsScreenTest, TheSamplesFillItsCards) {
 }
 
 TEST_F(InsightsScreenTest, LabelsStayPluralAtOne) {
-    controller().saveSessionHistory({{.sessionDate = time.now()}});
+    controller().saveSessionHistory({{.sessionDate = time.now(), .goals = {}, .duration = 0}});
     view().appear();
     EXPECT_TRUE(screen().has(u"1 sessions in the last year"_s));
     EXPECT_TRUE(screen().has(u"days"_s));
@@ -84,9 +84,9 @@ TEST_F(InsightsScreenTest, AFinishedSessionChangesTheFiguresWhileItIsShown) {
 }
 
 TEST_F(InsightsScreenTest, WithOldSessionsOnlyThe30DayCardsStandAtZero) {
-    controller().saveSessionHistory(
-        {{.sessionDate = time.now() - 40 * 86400.0,
-          .goals = {{.text = u"a"_s, .status = GoalStatus::completed}}}});
+    controller().saveSessionHistory({{.sessionDate = time.now() - 40 * 86400.0,
+                                      .goals = {{.text = u"a"_s, .status = GoalStatus::completed}},
+                                      .duration = 0}});
     view().appear();
     EXPECT_EQ(screen().names().count(u"0%"_s), 7);
     EXPECT_THAT(screen().names().filter(QRegularExpression(u"^(Morn|After|Even|Night)"_s)),

@@ -1,0 +1,11 @@
+#pragma once
+
+#include "Date.h"
+
+namespace tarne {
+
+/// The present moment by the system's wall clock: for the default of a record. Whoever reckons with
+/// time has a Clock. Callable from any thread.
+[[nodiscard]] Date currentDate();
+
+} // namespace tarne
