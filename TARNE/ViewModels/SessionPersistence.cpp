@@ -37,7 +37,9 @@ void SessionViewModel::restoreTimerState() {
     const double savedDuration = defaults.doubleForKey(keys::timerOriginalDuration);
     const QString savedGoal = defaults.stringForKey(keys::timerSessionGoal).value_or(QString());
     const Date now = m_platform.clock.now();
-    const double remaining = std::max(0.0, savedDuration - (now - *startTime));
+    // Without a length nothing is left, though the start may lie in the future.
+    const double remaining =
+        savedDuration == 0 ? 0 : std::max(0.0, savedDuration - (now - *startTime));
     if (!(remaining > 0)) {
         handleCompletedSessionOnRestore(savedGoal, savedDuration, *startTime);
         return;

@@ -232,6 +232,16 @@ TEST_F(SessionPersistence, AMissingLengthCountsAsRunOut) {
     EXPECT_EQ(history()[0].sessionDate, time.now() - 10);
 }
 
+TEST_F(SessionPersistence, AMissingLengthCountsAsRunOutWhenTheStartLiesInTheFutureToo) {
+    storeCountdown(-1000, 300, u"Review"_s);
+    defaults.removeObjectForKey(keys::timerOriginalDuration);
+    EXPECT_FALSE(controller().isTimerActive());
+    EXPECT_EQ(defaults.integerForKey(keys::sessionActive), 0);
+    EXPECT_EQ(defaults.doubleForKey(keys::sessionProgress), 0.0);
+    ASSERT_EQ(history().size(), 1u);
+    EXPECT_EQ(history()[0].sessionDate, time.now() + 1000);
+}
+
 TEST_F(SessionPersistence, AMissingGoalReadsAsTheEmptyText) {
     storeCountdown(10, 300, u"Review"_s);
     defaults.removeObjectForKey(keys::timerSessionGoal);

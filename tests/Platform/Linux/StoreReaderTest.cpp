@@ -5,10 +5,12 @@
 #include <SQLiteCpp/Statement.h>
 
 #include <QFile>
+#include <QFileInfo>
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QProcess>
 
+#include <limits>
 #include <thread>
 
 using namespace Qt::StringLiterals;
@@ -29,7 +31,7 @@ QString readerOfThePage() {
 /// A store that two publishers rewrite in alternation, in a real run loop.
 class StoreReader : public testing::Test {
 protected:
-    static constexpr RunLoop::Seconds period{0.01};
+    static constexpr RunLoop::Seconds period{0.02};
 
     StoreReader() {
         publish(1);
@@ -117,6 +119,26 @@ TEST_F(StoreReader, OfTheDocumentationRunsBesideTheProgramAndSeesOneMoment) {
     }
     // What was read was being written.
     EXPECT_GT(moments.size(), 10u);
+}
+
+class AStoreWithInfiniteNumbers : public StoreTest {};
+
+TEST_F(AStoreWithInfiniteNumbers, IsJsonForTheReaderOfTheDocumentationAllTheSame) {
+    constexpr double infinity = std::numeric_limits<double>::infinity();
+    open().setObject(u"SessionProgress"_s, infinity);
+    store().setObject(u"TimeRemaining"_s, -infinity);
+    store().setObject(u"SessionDuration"_s, 300.0);
+    close();
+    QProcess process;
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    environment.insert(u"XDG_DATA_HOME"_s, QFileInfo(folder()).path());
+    process.setProcessEnvironment(environment);
+    process.start(QStringLiteral(TARNE_PYTHON), {u"-c"_s, readerOfThePage()});
+    ASSERT_TRUE(process.waitForFinished(20'000));
+    const auto keys = QJsonDocument::fromJson(process.readAllStandardOutput()).object();
+    EXPECT_EQ(keys, (QJsonObject{{u"SessionProgress"_s, QJsonValue()},
+                                 {u"TimeRemaining"_s, QJsonValue()},
+                                 {u"SessionDuration"_s, 300.0}}));
 }
 
 TEST_F(StoreReader, OfTheDocumentationHasAtMostTenLines) {
