@@ -2,6 +2,9 @@
 
 #include "ZoneOffsets.h"
 
+#include <QFile>
+#include <QFileInfo>
+#include <QRegularExpression>
 #include <QTime>
 
 #include <algorithm>
@@ -62,6 +65,27 @@ std::shared_ptr<const ZoneOffsets> offsetsOf(const QTimeZone &zone) {
     return lastOffsets;
 }
 
+/// The user's time zone, as the C library takes it from the environment. Qt alone knows the names
+/// of zones and a link at /etc/localtime; a path it takes for a name, and "UTC-3", which lies to
+/// the east of UTC, for an offset of its own writing.
+QTimeZone currentTimeZone() {
+    QByteArray zone = qgetenv("TZ");
+    if (zone.isEmpty())
+        return qEnvironmentVariableIsSet("TZ") ? QTimeZone::utc() : QTimeZone::systemTimeZone();
+    if (zone.startsWith(':'))
+        zone.remove(0, 1);
+    if (zone.startsWith('/')) {
+        // Qt reads a zone's file by its path from /usr/share/zoneinfo. Links are followed here,
+        // since it keeps what it has read under a name.
+        const QString file = QFileInfo(QFile::decodeName(zone)).canonicalFilePath();
+        return QTimeZone("../../.." + QFile::encodeName(file));
+    }
+    static const QRegularExpression offsetFromUtc(u"^<?(?:UTC|GMT)>?(?=[-+]?[0-9])"_s);
+    const QString name = QString::fromLatin1(zone);
+    const QRegularExpressionMatch match = offsetFromUtc.match(name);
+    return QTimeZone(match.hasMatch() ? "STD" + zone.sliced(match.capturedLength()) : zone);
+}
+
 /// The locale by which the user reads dates. QLocale::system() looks at the environment once.
 QLocale currentLocale() {
     for (const char *variable : {"LC_ALL", "LC_TIME", "LANG"}) {
@@ -84,7 +108,7 @@ Calendar::Calendar(const QTimeZone &timeZone, const QLocale &locale)
       m_offsets(offsetsOf(m_timeZone)) {}
 
 Calendar Calendar::current() {
-    return Calendar(QTimeZone::systemTimeZone(), currentLocale());
+    return Calendar(currentTimeZone(), currentLocale());
 }
 
 DateComponents Calendar::dateComponents(Date date) const {

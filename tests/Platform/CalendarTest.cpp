@@ -4,6 +4,8 @@
 #include <gtest/gtest.h>
 
 #include <QDateTime>
+#include <QFile>
+#include <QTemporaryDir>
 
 #include <cmath>
 #include <limits>
@@ -307,8 +309,53 @@ TEST(Calendar, AZoneChangedUnderTheProgramCountsAtTheNextUse) {
 }
 
 TEST(Calendar, AnUnknownZoneCountsAsUtc) {
-    const ZoneOfProcess zone("Nowhere/Atall");
-    EXPECT_EQ(onWall(Calendar::current(), utc(u"2026-07-01T12:00:00"_s)), u"2026-07-01 12:00:00"_s);
+    for (const char *name : {"Nowhere/Atall", "/nowhere/at/all", "/etc"}) {
+        const ZoneOfProcess zone(name);
+        EXPECT_EQ(onWall(Calendar::current(), utc(u"2026-07-01T12:00:00"_s)),
+                  u"2026-07-01 12:00:00"_s)
+            << name;
+    }
+}
+
+TEST(Calendar, AZoneNamedByItsFileIsThatZone) {
+    const Date summer = utc(u"2026-07-01T12:00:00"_s);
+    for (const char *name :
+         {"/usr/share/zoneinfo/Europe/Berlin", ":/usr/share/zoneinfo/Europe/Berlin"}) {
+        const ZoneOfProcess zone(name);
+        EXPECT_EQ(onWall(Calendar::current(), summer), u"2026-07-01 14:00:00"_s) << name;
+        EXPECT_EQ(onWall(Calendar::current(), utc(u"2026-01-01T12:00:00"_s)),
+                  u"2026-01-01 13:00:00"_s)
+            << name;
+    }
+}
+
+TEST(Calendar, AZoneWhoseFileIsALinkFollowsTheLink) {
+    const QTemporaryDir folder;
+    const QString link = folder.filePath(u"localtime"_s);
+    const ZoneOfProcess zone(qPrintable(link));
+    for (const auto &[file, wall] :
+         {std::pair{u"Europe/Berlin"_s, u"14"_s}, std::pair{u"Asia/Tokyo"_s, u"21"_s}}) {
+        QFile::remove(link);
+        ASSERT_TRUE(QFile::link(u"/usr/share/zoneinfo/"_s + file, link));
+        EXPECT_EQ(onWall(Calendar::current(), utc(u"2026-07-01T12:00:00"_s)),
+                  u"2026-07-01 %1:00:00"_s.arg(wall));
+    }
+}
+
+TEST(Calendar, OffsetsInTheNameOfAZoneCountToTheWestAsInTheCLibrary) {
+    const Date noon = utc(u"2026-07-01T12:00:00"_s);
+    for (const char *name : {"UTC-3", "UTC+3", "UTC3", "UTC-3:30", "UTC-03:00", "GMT-3", "GMT+5",
+                             "<UTC>-3", "EST5", "<+03>-3", "UTC0", "UTC-1UTS,M3.5.0,M10.5.0/3",
+                             "CET-1CEST,M3.5.0,M10.5.0/3", "Etc/GMT+5", "EST5EDT", ""}) {
+        const ZoneOfProcess zone(name);
+        const auto seconds = static_cast<std::time_t>(noon.secondsSince1970());
+        std::tm local{};
+        localtime_r(&seconds, &local);
+        const DateComponents shown = Calendar::current().dateComponents(noon);
+        EXPECT_EQ(shown.day, local.tm_mday) << name;
+        EXPECT_EQ(shown.hour, local.tm_hour) << name;
+        EXPECT_EQ(shown.minute, local.tm_min) << name;
+    }
 }
 
 TEST(Calendar, ALocaleThatSaysNothingIsAmericanEnglish) {
