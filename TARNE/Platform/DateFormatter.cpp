@@ -55,6 +55,13 @@ QTime clockTime(const DateComponents &components) {
 
 } // namespace
 
+QString shortTimePattern(const QLocale &locale) {
+    QString pattern = locale.timeFormat(QLocale::ShortFormat);
+    if (pattern.startsWith(u'B'))
+        pattern.replace(0, 1, u"AP"_s);
+    return pattern;
+}
+
 QString DateFormatter::formatted(Date date, QStringView pattern) const {
     return m_calendar.locale().toString(m_calendar.day(date), pattern);
 }
@@ -76,8 +83,8 @@ QString DateFormatter::weekdayName(Date date) const {
 }
 
 QString DateFormatter::shortTime(Date date) const {
-    const QTime time = clockTime(m_calendar.dateComponents(date));
-    return m_calendar.locale().toString(time, QLocale::ShortFormat);
+    const QLocale &locale = m_calendar.locale();
+    return locale.toString(clockTime(m_calendar.dateComponents(date)), shortTimePattern(locale));
 }
 
 QString DateFormatter::longDate(Date date) const {

@@ -8,6 +8,11 @@
 
 namespace tarne {
 
+/// Qt's pattern of the locale's short time. Chinese in Taiwan names some six times of the day, of
+/// which Qt knows nothing and writes the pattern's "B" and 24 hours: there the two halves of the
+/// day stand in for them.
+[[nodiscard]] QString shortTimePattern(const QLocale &locale);
+
 /// Writes dates as the user reads them, in the names, digits and clock of the calendar's locale and
 /// in its time zone, and reads three of the forms back.
 class DateFormatter {

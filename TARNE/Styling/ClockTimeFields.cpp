@@ -1,5 +1,7 @@
 #include "ClockTimeFields.h"
 
+#include "DateFormatter.h"
+
 #include <algorithm>
 #include <utility>
 
@@ -22,7 +24,7 @@ ClockTimeFields::ClockTimeFields(const QLocale &locale) : m_locale(locale) {
 
 /// Reads the locale's short format, e.g. "h:mm AP", "HH.mm" or "ap h:mm".
 void ClockTimeFields::readFormat() {
-    const QString format = m_locale.timeFormat(QLocale::ShortFormat);
+    const QString format = shortTimePattern(m_locale);
     const bool isTwelve = format.contains(u'a', Qt::CaseInsensitive);
     QString separator;
     bool isQuoted = false;
@@ -63,7 +65,7 @@ void ClockTimeFields::setTime(QTime time) {
 }
 
 QString ClockTimeFields::timeText() const {
-    return m_locale.toString(m_time, QLocale::ShortFormat);
+    return m_locale.toString(m_time, shortTimePattern(m_locale));
 }
 
 bool ClockTimeFields::isField(int row) const {

@@ -1,5 +1,7 @@
 #include "DateFormatter.h"
 
+#include <QRegularExpression>
+
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -50,6 +52,26 @@ TEST(DateFormatter, WritesInTheLanguageOfTheLocale) {
     EXPECT_EQ(formats.formatter.weekdayName(date), u"Montag"_s);
     EXPECT_EQ(formats.formatter.shortTime(date), u"15:30"_s);
     EXPECT_EQ(formats.formatter.fullDateAndShortTime(date), u"Montag, 2. März 2026, 15:30"_s);
+}
+
+TEST(DateFormatter, WritesTheHalfOfTheDayWhereALanguageNamesItByTheHour) {
+    const Formats formats(u"zh_TW"_s);
+    EXPECT_EQ(formats.formatter.shortTime(formats.date({2026, 3, 2, 13, 0})), u"下午1:00"_s);
+    EXPECT_EQ(formats.formatter.shortTime(formats.date({2026, 3, 2, 0, 5})), u"上午12:05"_s);
+    EXPECT_TRUE(formats.formatter.fullDateAndShortTime(formats.date({2026, 3, 2, 13, 0}))
+                    .endsWith(u"下午1:00"_s));
+}
+
+TEST(DateFormatter, NoLocalesShortTimeShowsALetterOfItsPattern) {
+    for (const QLocale &locale :
+         QLocale::matchingLocales(QLocale::AnyLanguage, QLocale::AnyScript, QLocale::AnyCountry)) {
+        if (locale.language() == QLocale::C)
+            continue;
+        const Calendar calendar(QTimeZone::utc(), locale);
+        const QString time = DateFormatter(calendar).shortTime(*calendar.date({2026, 3, 2, 13, 0}));
+        EXPECT_FALSE(time.contains(QRegularExpression(u"\\b[BbKkJj]+[0-9]"_s)))
+            << qPrintable(locale.name()) << qPrintable(time);
+    }
 }
 
 TEST(DateFormatter, WritesInTheDigitsOfTheLocale) {

@@ -37,8 +37,8 @@ protected:
 };
 
 TEST_F(AClockTime, StandsInLineAsTheLocaleWritesIt) {
-    for (const char *name : {"en_US", "en_GB", "de_DE", "fi_FI", "fr_FR", "ko_KR", "zh_TW", "he_IL",
-                             "fa_IR", "ja_JP", "bg_BG"}) {
+    for (const char *name : {"en_US", "en_GB", "de_DE", "fi_FI", "fr_FR", "ko_KR", "he_IL", "fa_IR",
+                             "ja_JP", "bg_BG"}) {
         const QString locale = QString::fromLatin1(name);
         for (const QTime time : {QTime(0, 0), QTime(9, 5), QTime(12, 30), QTime(23, 59)}) {
             fields(locale, time);
@@ -46,6 +46,16 @@ TEST_F(AClockTime, StandsInLineAsTheLocaleWritesIt) {
             EXPECT_TRUE(expected.startsWith(line())) << name << " " << qPrintable(line());
         }
     }
+}
+
+TEST_F(AClockTime, OfALanguageThatNamesTheTimesOfDayHasItsTwoHalves) {
+    fields(u"zh_TW"_s, QTime(13, 0));
+    EXPECT_EQ(line(), u"下午1:00"_s);
+    EXPECT_EQ(m_fields->timeText(), u"下午1:00"_s);
+    EXPECT_EQ(data(0, ClockTimeFields::Name), u"Half of the day"_s);
+    m_fields->step(0, 1);
+    EXPECT_EQ(m_fields->time(), QTime(1, 0));
+    EXPECT_EQ(line(), u"上午1:00"_s);
 }
 
 TEST_F(AClockTime, HasItsHalfOfTheDayAtTheLeftWhereTextRunsFromRightToLeft) {
