@@ -56,15 +56,22 @@ void AddGoalSheet::showSelection() {
     m_timeFields.setTime(QTime(clock.hour, clock.minute));
 }
 
-/// Another clock time on the day that the controller's time has. One that the day leaves out
-/// becomes another, which the fields then show.
+/// Another clock time on the day that the controller's time has. Since only hour and minute count,
+/// one that the clocks skip on that day is taken from the next.
 void AddGoalSheet::selectTime(QTime time) {
     const Calendar calendar = m_scheduleViewModel.calendar();
-    DateComponents components = calendar.dateComponents(m_scheduleViewModel.selectedTime());
-    components.hour = time.hour();
-    components.minute = time.minute();
-    components.second = 0;
-    if (const std::optional<Date> moment = calendar.date(components))
+    const auto momentOn = [&](QDate day) {
+        return calendar.date({day.year(), day.month(), day.day(), time.hour(), time.minute(), 0});
+    };
+    const auto shows = [&](Date moment) {
+        const DateComponents clock = calendar.dateComponents(moment);
+        return clock.hour == time.hour() && clock.minute == time.minute();
+    };
+    const QDate day = calendar.day(m_scheduleViewModel.selectedTime());
+    std::optional<Date> moment = momentOn(day);
+    if (moment && !shows(*moment))
+        moment = momentOn(day.addDays(1));
+    if (moment)
         m_scheduleViewModel.setSelectedTime(*moment);
 }
 

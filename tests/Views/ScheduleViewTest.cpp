@@ -216,13 +216,13 @@ TEST_F(AScheduleView, APickedTimeKeepsTheDayOfTheTimeAndIsAWholeMinute) {
     EXPECT_EQ(view().scheduleViewModel().selectedTime(), m_fakes.at(2, 15, 4));
 }
 
-TEST_F(AScheduleView, ASkippedTimeOfTheDayAtHandReadsAsTheOneAfterTheGap) {
+TEST_F(AScheduleView, ATimeThatTheDayAtHandSkipsIsThatOfTheNextDay) {
     view().scheduleViewModel().setSelectedTime(m_fakes.at(8, 1, 30));
     sheet().timeFields()->step(0, 1);
-    EXPECT_EQ(view().scheduleViewModel().selectedTime(), m_fakes.at(8, 3, 30));
+    EXPECT_EQ(view().scheduleViewModel().selectedTime(), m_fakes.at(9, 2, 30));
+    EXPECT_EQ(sheet().timeFields()->time(), QTime(2, 30));
     sheet().timeFields()->step(0, -1);
-    EXPECT_EQ(view().scheduleViewModel().selectedTime(), m_fakes.at(8, 3, 30));
-    EXPECT_EQ(sheet().timeFields()->time(), QTime(3, 30));
+    EXPECT_EQ(sheet().timeFields()->time(), QTime(1, 30));
 }
 
 TEST_F(AScheduleView, AfterAGoalTheTimeIsThatOfNow) {
@@ -283,6 +283,52 @@ TEST_F(AScheduleView, AZoneChangedUnderTheScreenIsFollowedWithTheNextChange) {
     EXPECT_EQ(data(0, ScheduledGoalModel::TimeText), u"3:00 PM"_s);
     EXPECT_EQ(changes, 1);
     EXPECT_EQ(sheet().timeFields()->time(), QTime(16, 0));
+}
+
+TEST_F(AScheduleView, TheHourThatTodaySkipsCanBeChosenForAnotherDay) {
+    m_fakes.time.setWallClock(m_fakes.at(8, 10)); // Clocks went from 2 to 3.
+    view().calendar()->moveByDays(2);
+    ClockTimeFields &time = *sheet().timeFields();
+    time.step(0, -8);
+    EXPECT_EQ(time.time(), QTime(2, 0));
+    time.step(1, 30);
+    EXPECT_EQ(time.time(), QTime(2, 30));
+    sheet().setGoalText(u"a"_s);
+    sheet().scheduleGoal();
+    const ScheduledGoal goal = view().scheduleViewModel().scheduledGoals().at(0);
+    EXPECT_EQ(goal.scheduledDateTime(m_fakes.calendar), m_fakes.at(10, 2, 30));
+    EXPECT_EQ(data(0, ScheduledGoalModel::TimeText), u"2:30 AM"_s);
+}
+
+TEST_F(AScheduleView, EveryMinuteOfTheDayCanBeChosenOnADayThatSkipsSome) {
+    // Of an hour at 2, of half an hour at 2, and of midnight.
+    for (const auto &[zone, day] : {std::pair{"America/New_York", DateComponents{2026, 3, 8, 12}},
+                                    std::pair{"Australia/Lord_Howe", DateComponents{2026, 10, 4}},
+                                    std::pair{"Africa/Cairo", DateComponents{2026, 4, 24, 12}}}) {
+        m_fakes.calendar = Calendar(QTimeZone(zone), QLocale(u"de_DE"_s));
+        m_fakes.time.setWallClock(m_fakes.calendar.date(day).value());
+        ScheduleView screen(m_fakes.platform(), QBindable<bool>(&m_isPresented));
+        ClockTimeFields &fields = *screen.addGoalSheet()->timeFields();
+        fields.toMinimum(0);
+        fields.toMinimum(1);
+        for (int minute = 0; minute < 24 * 60; ++minute) {
+            ASSERT_EQ(fields.time(), QTime(minute / 60, minute % 60)) << zone;
+            fields.step(1, 1);
+            if (minute % 60 == 59)
+                fields.step(0, 1);
+        }
+    }
+}
+
+TEST_F(AScheduleView, ADayOnWhoseEndTheClocksGoForwardCanBePickedLate) {
+    // In Nuuk Saturday ends at 23:00 that night.
+    m_fakes.calendar = Calendar(QTimeZone("America/Nuuk"), m_fakes.calendar.locale());
+    view().scheduleViewModel().setSelectedDate(m_fakes.at(27, 23, 30));
+    view().calendar()->moveByDays(1);
+    EXPECT_EQ(view().calendar()->selectedDay(), QDate(2026, 3, 28));
+    EXPECT_EQ(view().selectedDateText(), u"March 28, 2026"_s);
+    view().calendar()->moveByDays(1);
+    EXPECT_EQ(view().calendar()->selectedDay(), QDate(2026, 3, 29));
 }
 
 TEST_F(AScheduleView, AChangeTellsOfTheRowsThatChangedAlone) {
