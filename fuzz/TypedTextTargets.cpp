@@ -4,17 +4,24 @@
 #include "FocusSession.h"
 #include "FuzzTargets.h"
 
+#include <QRegularExpression>
+
 #include <limits>
+
+using namespace Qt::StringLiterals;
 
 namespace tarne::fuzz {
 
-/// Every goal is a trimmed piece without a comma, in the order of the line.
+/// Every goal is a trimmed piece in the order of the line. A comma divides unless one of its
+/// neighbours is a combining mark or another character that can join it, all above U+02FF.
 void goalLine(Input input) {
     const QString line = QString::fromUtf8(input);
     qsizetype from = 0;
     for (const SessionGoal &goal : FocusSession::parseGoals(line)) {
         require(!goal.text.isEmpty(), "a goal has a text");
-        require(!goal.text.contains(u','), "a comma divides");
+        static const QRegularExpression lonelyComma(
+            u"(?:^|[\\x{0}-\\x{2FF}]),(?:$|[\\x{0}-\\x{2FF}])"_s);
+        require(!goal.text.contains(lonelyComma), "a comma divides");
         require(goal.text.trimmed() == goal.text, "a goal is trimmed");
         from = line.indexOf(goal.text, from);
         require(from >= 0, "goals stand in the order of the line");

@@ -2,6 +2,10 @@
 
 #include "SessionGoalJson.h"
 
+#include <QTextBoundaryFinder>
+
+#include <algorithm>
+
 using namespace Qt::StringLiterals;
 
 namespace tarne {
@@ -21,6 +25,31 @@ struct json::JsonForm<FocusSession> {
     static FocusSession blank() { return {.id = QUuid(), .startTime = {}}; }
 };
 
+namespace {
+
+/// Whether the code unit at `index`, a comma, is a character as readers count them: with a
+/// combining mark on it, it is one only together with the mark.
+bool isCharacter(QStringView text, qsizetype index) {
+    const QStringView before = text.first(index).last(std::min<qsizetype>(index, 2));
+    const QStringView after =
+        text.sliced(index + 1).first(std::min<qsizetype>(text.size() - index - 1, 2));
+    // Below the first combining mark nothing joins a comma: nearly every line ends here.
+    constexpr QChar firstMark(0x300);
+    if ((before.isEmpty() || before.back() < firstMark) &&
+        (after.isEmpty() || after.front() < firstMark))
+        return true;
+    const qsizetype comma = before.size();
+    QTextBoundaryFinder characters(QTextBoundaryFinder::Grapheme,
+                                   text.sliced(index - comma, comma + 1 + after.size()));
+    const auto isBoundary = [&](qsizetype position) {
+        characters.setPosition(position);
+        return characters.isAtBoundary();
+    };
+    return isBoundary(comma) && isBoundary(comma + 1);
+}
+
+} // namespace
+
 QString FocusSession::goalsDisplayString() const {
     if (goals.empty())
         return goal;
@@ -32,10 +61,19 @@ QString FocusSession::goalsDisplayString() const {
 
 std::vector<SessionGoal> FocusSession::parseGoals(const QString &from) {
     std::vector<SessionGoal> goals;
-    for (const QStringView piece : QStringView(from).split(u',', Qt::SkipEmptyParts)) {
+    const auto add = [&goals](QStringView piece) {
         if (const QStringView text = piece.trimmed(); !text.isEmpty())
             goals.push_back({.text = text.toString()});
+    };
+    const QStringView line(from);
+    qsizetype begin = 0;
+    for (qsizetype comma = line.indexOf(u','); comma >= 0; comma = line.indexOf(u',', comma + 1)) {
+        if (!isCharacter(line, comma))
+            continue;
+        add(line.sliced(begin, comma - begin));
+        begin = comma + 1;
     }
+    add(line.sliced(begin));
     return goals;
 }
 

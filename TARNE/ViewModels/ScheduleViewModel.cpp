@@ -15,9 +15,11 @@ namespace {
 
 using Goals = ScheduleViewModel::Goals;
 
+constexpr QLatin1StringView userDefaultsKey = keys::scheduledGoals;
+
 void save(const Goals &goals, UserDefaults &defaults) {
     if (const std::optional<QByteArray> data = encodeScheduledGoals(goals))
-        defaults.setObject(keys::scheduledGoals, *data);
+        defaults.setObject(userDefaultsKey, *data);
 }
 
 Goals::iterator find(Goals &goals, const QUuid &id) {
@@ -95,7 +97,7 @@ ScheduleViewModel::Goals ScheduleViewModel::upcomingGoals() const {
 }
 
 void ScheduleViewModel::loadScheduledGoals() {
-    const std::optional<QByteArray> data = m_platform.defaults.dataForKey(keys::scheduledGoals);
+    const std::optional<QByteArray> data = m_platform.defaults.dataForKey(userDefaultsKey);
     if (!data)
         return;
     std::optional<Goals> stored = decodeScheduledGoals(*data);

@@ -74,6 +74,18 @@ TEST(FocusSession, OnlyTheCommaSeparatesGoals) {
               (QStringList{u"fullwidth\uFF0Ccomma"_s, u"arabic\u060Ccomma"_s}));
 }
 
+TEST(FocusSession, ACommaSeparatesWhereReadersSeeOne) {
+    // With an acute accent, a joiner or a variation on it, or an Arabic number sign before it, a
+    // comma is a part of another character.
+    for (const QString &line :
+         {u"a,\u0301b"_s, u"a,\u200Db"_s, u"a,\uFE0Fb"_s, u"a\u0600,b"_s, u"a,\U000E0100b"_s})
+        EXPECT_EQ(parsed(line), QStringList(line));
+    EXPECT_EQ(parsed(u"a,\u0301b,c"_s), (QStringList{u"a,\u0301b"_s, u"c"_s}));
+    EXPECT_EQ(parsed(u",\u0301"_s), (QStringList{u",\u0301"_s}));
+    for (const QString &word : {u"Caf\u00E9"_s, u"Cafe\u0301"_s, u"🙂"_s, u"ש"_s, u"\u4E00"_s})
+        EXPECT_EQ(parsed(word + u',' + word), (QStringList{word, word}));
+}
+
 TEST(FocusSession, EveryUnicodeWhiteSpaceIsTrimmedFromGoals) {
     // The property White_Space of the Unicode character database, whole.
     const QString whiteSpace = u"\u0009\u000A\u000B\u000C\u000D\u0020\u0085\u00A0\u1680\u2000\u2001"

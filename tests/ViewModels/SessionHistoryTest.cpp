@@ -133,6 +133,23 @@ TEST_F(SessionHistory, MergesAlsoWithALaterEntry) {
     EXPECT_EQ(history().size(), 1u);
 }
 
+TEST_F(SessionHistory, KeepsAnEntryThatIs300SecondsLaterApart) {
+    controller().saveSessionToHistory(ended(u"Review"_s, 300));
+    controller().saveSessionToHistory(ended(u"Review"_s, 0));
+    EXPECT_EQ(history().size(), 2u);
+    controller().saveSessionToHistory(ended(u"Review"_s, -86'400));
+    EXPECT_EQ(history().size(), 3u) << "the clock was set back by a day";
+}
+
+TEST_F(SessionHistory, TakesTheSameLettersForTheSameGoalHoweverTheyAreEncoded) {
+    controller().saveSessionToHistory(ended(u"Caf\u00E9, b"_s, 0));
+    controller().saveSessionToHistory(ended(u"b, Cafe\u0301"_s, 10));
+    ASSERT_EQ(history().size(), 1u);
+    EXPECT_EQ(texts(history()[0].goals), (QStringList{u"b"_s, u"Cafe\u0301"_s})) << "as typed";
+    controller().saveSessionToHistory(ended(u"b, Cafe"_s, 20));
+    EXPECT_EQ(history().size(), 2u);
+}
+
 TEST_F(SessionHistory, RepeatedMergesDoNotCreepForward) {
     controller().saveSessionToHistory(ended(u"Review"_s, 0));
     controller().saveSessionToHistory(ended(u"Review"_s, 200));
