@@ -61,6 +61,25 @@ TEST_F(ANotificationSchedule, AMomentThatIsPastWhenAddedNeverFallsDue) {
     EXPECT_THAT(dueAt(at(15)), IsEmpty());
 }
 
+TEST_F(ANotificationSchedule, AMomentThatIsNowWhenAddedIsDueAtOnce) {
+    add(u"a"_s, {2026, 3, 2, 14, 0, 0}, at(14));
+    EXPECT_EQ(m_schedule.nextMoment(m_calendar), at(14));
+    EXPECT_THAT(dueAt(at(14)), ElementsAre(shown(u"a"_s)));
+    add(u"b"_s, {2026, 3, 2, 14, 0, 0}, at(14, 0, 0.001));
+    EXPECT_TRUE(m_schedule.isEmpty());
+}
+
+TEST_F(ANotificationSchedule, AnHourThatOccursTwiceIsDueNowWhenItsFirstTimeIsNow) {
+    m_calendar = calendarIn("Europe/Berlin");
+    const DateComponents repeated{2026, 10, 25, 2, 30, 0};
+    const auto moments = momentsOf(repeated, m_calendar);
+    add(u"a"_s, repeated, moments[0]);
+    EXPECT_EQ(m_schedule.nextMoment(m_calendar), moments[0]);
+    m_schedule.removeAll();
+    add(u"b"_s, repeated, moments[1]);
+    EXPECT_EQ(m_schedule.nextMoment(m_calendar), moments[1]);
+}
+
 TEST_F(ANotificationSchedule, TheSameIdentifierReplaces) {
     add(u"a"_s, {2026, 3, 2, 15, 0, 0}, at(14));
     add(u"a"_s, {2026, 3, 2, 17, 0, 0}, at(14));

@@ -25,6 +25,8 @@ public:
             done(!refuses && !error, error);
     }
     void add(const NotificationRequest &request, Completion done) override {
+        if (whenAdding)
+            whenAdding();
         added.push_back(request);
         if (request.trigger)
             pending.push_back(request);
@@ -50,8 +52,9 @@ public:
     QStringList calls;                                 ///< "add ID", "remove ID,ID", "removeAll".
     int authorizationRequests = 0;
 
-    std::optional<QString> error; ///< The error that every answer carries.
-    bool refuses = false;         ///< The user said no, which is no error.
+    std::function<void()> whenAdding; ///< What a test looks at before a request is kept.
+    std::optional<QString> error;     ///< The error that every answer carries.
+    bool refuses = false;             ///< The user said no, which is no error.
     bool answersLate = false;
     bool answersNever = false;
 };

@@ -1,0 +1,101 @@
+// The order of the steps by which a session starts and ends, as whoever looks on in between sees
+// it.
+
+#include "SessionFixture.h"
+
+using namespace Qt::StringLiterals;
+
+namespace tarne {
+namespace {
+
+using testing::ElementsAre;
+
+class SessionOrder : public test::SessionTest {
+protected:
+    bool isCountdownStored() const {
+        return defaults.objectForKey(keys::timerStartTime).has_value();
+    }
+
+    /// How the controller and the store stand, in words.
+    QString state() {
+        return u"%1, %2, %3"_s.arg(controller().currentSession() ? u"session"_s : u"no session"_s,
+                                   controller().isTimerActive() ? u"counting"_s : u"still"_s,
+                                   isCountdownStored() ? u"stored"_s : u"cleared"_s);
+    }
+};
+
+TEST_F(SessionOrder, TheCountdownIsStoredBeforeItsNotificationIsScheduled) {
+    controller();
+    int additions = 0;
+    userNotifications.whenAdding = [&] {
+        ++additions;
+        EXPECT_TRUE(isCountdownStored());
+        EXPECT_EQ(defaults.doubleForKey(keys::timerOriginalDuration), 300.0);
+    };
+    start(u"Review"_s, 300);
+    EXPECT_EQ(additions, 1);
+}
+
+TEST_F(SessionOrder, TheNotificationIsScheduledBeforeTheBackgroundActivityBegins) {
+    controller();
+    userNotifications.whenAdding = [&] { EXPECT_TRUE(activities.activities.empty()); };
+    start(u"Review"_s, 300);
+    EXPECT_EQ(activities.activities.size(), 1u);
+}
+
+TEST_F(SessionOrder, ANewSessionIsTheCurrentOneBeforeItsCountdownRuns) {
+    controller();
+    QStringList seen;
+    QObject::connect(&controller(), &SessionViewModel::currentSessionChanged,
+                     [&] { seen += state(); });
+    QObject::connect(&controller(), &SessionViewModel::isTimerActiveChanged,
+                     [&] { seen += state(); });
+    start(u"Review"_s, 300);
+    EXPECT_THAT(seen, ElementsAre(u"session, still, cleared"_s, u"session, counting, cleared"_s));
+    EXPECT_TRUE(isCountdownStored());
+}
+
+TEST_F(SessionOrder, AnEndStopsTheCountdownThenClearsItsKeysThenTheSession) {
+    start(u"Review"_s, 300);
+    pass(10);
+    QStringList seen;
+    QObject::connect(&controller(), &SessionViewModel::isTimerActiveChanged,
+                     [&] { seen += state(); });
+    QObject::connect(&controller(), &SessionViewModel::currentSessionChanged,
+                     [&] { seen += state(); });
+    controller().endSession(std::nullopt, true);
+    EXPECT_THAT(seen, ElementsAre(u"session, still, stored"_s, u"no session, still, cleared"_s));
+}
+
+TEST_F(SessionOrder, AnEndSavesTheHistoryBeforeItStopsTheCountdown) {
+    start(u"Review"_s, 300);
+    QObject::connect(&controller(), &SessionViewModel::isTimerActiveChanged,
+                     [&] { EXPECT_EQ(history().size(), 1u); });
+    controller().endSession(std::nullopt, true);
+}
+
+TEST_F(SessionOrder, AnEndPublishesOnceTheSessionIsCleared) {
+    start(u"Review"_s, 300);
+    pass(10);
+    log.takeLines();
+    defaults.takeWrites();
+    QObject::connect(&controller(), &SessionViewModel::currentSessionChanged, [&] {
+        EXPECT_FALSE(log.lines().join(u'\n').contains(u"Session data"_s));
+        EXPECT_EQ(defaults.takeWrites().count(u"synchronize"_s), 2) << "for each clearing of keys";
+    });
+    controller().endSession(std::nullopt, false);
+    EXPECT_TRUE(
+        log.lines().contains(u"📱 Session data cleared: Active=0, Goals='', TimeRemaining=0"_s));
+    EXPECT_EQ(defaults.takeWrites().count(u"synchronize"_s), 1);
+}
+
+TEST_F(SessionOrder, AnEndWithoutAReflectionSavesNoneWhateverTheSessionHolds) {
+    start(u"Review"_s, 300);
+    controller().saveReflection(u"went well"_s);
+    controller().endSession(std::nullopt, true);
+    ASSERT_EQ(history().size(), 1u);
+    EXPECT_EQ(history()[0].reflection, QString());
+}
+
+} // namespace
+} // namespace tarne
