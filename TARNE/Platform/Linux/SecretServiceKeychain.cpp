@@ -16,25 +16,39 @@ namespace tarne {
 class SecretServiceKeychain::Worker : public std::enable_shared_from_this<Worker> {
 public:
     using Work = std::function<void(SecretServiceSession &)>;
+    using Address = std::pair<QString, QString>; ///< Service and account.
 
     /// True when `work` was done within `limit`; it is not run any further afterwards.
-    bool perform(Work work, std::chrono::milliseconds limit) {
-        const auto task = std::make_shared<Task>(std::move(work));
+    bool read(Work work, std::chrono::milliseconds limit) {
         std::unique_lock lock(m_mutex);
-        if (m_isPrompting || std::chrono::steady_clock::now() < m_givenUpUntil)
+        if (!isWorthWaiting())
             return false;
-        if (!std::exchange(m_isStarted, true))
-            std::thread([self = shared_from_this()] { self->run(); }).detach();
-        m_tasks.push_back(task);
-        m_changed.notify_all();
-        if (m_changed.wait_for(lock, limit, [&] { return task->isDone; }))
+        const auto task = std::make_shared<Task>(std::move(work));
+        if (perform(task, lock, limit))
             return true;
-        task->isAbandoned = true;
+        task->isUnwanted = true;
         if (!m_isPrompting)
             g_cancellable_cancel(task->cancellable.get());
-        // Whoever replaces a secret calls twice; a hung store shall cost one limit, not two.
-        m_givenUpUntil = std::chrono::steady_clock::now() + std::chrono::seconds{1};
         return false;
+    }
+
+    /// True when `work` was done within `limit`; it is still done afterwards.
+    bool change(const Address &address, Work work, std::chrono::milliseconds limit) {
+        std::unique_lock lock(m_mutex);
+        const auto task = std::make_shared<Task>(std::move(work), address);
+        if (isWorthWaiting())
+            return perform(task, lock, limit);
+        push(task);
+        return false;
+    }
+
+    /// Drops the changes that still wait.
+    void drop(const Address &address) {
+        const std::lock_guard lock(m_mutex);
+        for (const auto &task : m_tasks) {
+            if (task->changed == address)
+                task->isUnwanted = true;
+        }
     }
 
     void end() {
@@ -48,48 +62,69 @@ private:
         void operator()(GCancellable *object) const { g_object_unref(object); }
     };
     struct Task {
-        explicit Task(Work what) : work(std::move(what)), cancellable(g_cancellable_new()) {}
+        explicit Task(Work what, std::optional<Address> where = {})
+            : work(std::move(what)), changed(std::move(where)), cancellable(g_cancellable_new()) {}
 
         Work work;
+        std::optional<Address> changed; ///< Of what is changed; absent where it is read.
         std::unique_ptr<GCancellable, Unref> cancellable;
         bool isDone = false;
-        bool isAbandoned = false;
+        bool isUnwanted = false;
     };
+
+    [[nodiscard]] bool isWorthWaiting() const {
+        return !m_isPrompting && std::chrono::steady_clock::now() >= m_givenUpUntil;
+    }
+
+    void push(const std::shared_ptr<Task> &task) {
+        if (!std::exchange(m_isStarted, true))
+            std::thread([self = shared_from_this()] { self->run(); }).detach();
+        m_tasks.push_back(task);
+        m_changed.notify_all();
+    }
+
+    bool perform(const std::shared_ptr<Task> &task, std::unique_lock<std::mutex> &lock,
+                 std::chrono::milliseconds limit) {
+        push(task);
+        if (m_changed.wait_for(lock, limit, [&] { return task->isDone; }))
+            return true;
+        // Whoever replaces a secret calls twice; a hung store shall cost one limit, not two.
+        m_givenUpUntil = std::chrono::steady_clock::now() + std::chrono::seconds{1};
+        return false;
+    }
 
     void run() {
         while (const auto task = next()) {
-            {
+            if (isWanted(*task)) {
                 SecretServiceSession session(
                     task->cancellable.get(),
                     [&](const std::function<void()> &ask) { return prompt(*task, ask); });
                 task->work(session);
             }
             const std::lock_guard lock(m_mutex);
+            m_tasks.pop_front();
             task->isDone = true;
             m_changed.notify_all();
         }
     }
 
-    /// The next task that somebody waits for; none when the key store is gone.
+    /// The next task, which stays in the queue until it is done; none when the key store is gone.
     std::shared_ptr<Task> next() {
         std::unique_lock lock(m_mutex);
-        while (true) {
-            m_changed.wait(lock, [this] { return m_isEnding || !m_tasks.empty(); });
-            if (m_isEnding)
-                return nullptr;
-            const auto task = m_tasks.front();
-            m_tasks.pop_front();
-            if (!task->isAbandoned)
-                return task;
-        }
+        m_changed.wait(lock, [this] { return m_isEnding || !m_tasks.empty(); });
+        return m_isEnding ? nullptr : m_tasks.front();
+    }
+
+    bool isWanted(const Task &task) {
+        const std::lock_guard lock(m_mutex);
+        return !task.isUnwanted;
     }
 
     bool prompt(const Task &task, const std::function<void()> &ask) {
         setPrompting(true);
         ask();
         setPrompting(false);
-        const std::lock_guard lock(m_mutex);
-        return !task.isAbandoned;
+        return isWanted(task);
     }
 
     void setPrompting(bool prompting) {
@@ -116,17 +151,18 @@ SecretServiceKeychain::~SecretServiceKeychain() {
 bool SecretServiceKeychain::add(const QString &service, const QString &account,
                                 const QByteArray &secret) {
     const auto added = std::make_shared<bool>(false);
-    return m_worker->perform(
-               [=](SecretServiceSession &session) {
-                   *added = session.add(service, account, secret);
-               },
-               m_limit) &&
-           *added;
+    const bool done = m_worker->change(
+        {service, account},
+        [=](SecretServiceSession &session) { *added = session.add(service, account, secret); },
+        m_limit);
+    return done && *added;
 }
 
 Keychain::Removal SecretServiceKeychain::remove(const QString &service, const QString &account) {
     const auto removal = std::make_shared<Removal>(Removal::Failed);
-    const bool done = m_worker->perform(
+    m_worker->drop({service, account});
+    const bool done = m_worker->change(
+        {service, account},
         [=](SecretServiceSession &session) { *removal = session.remove(service, account); },
         m_limit);
     return done ? *removal : Removal::Failed;
@@ -135,7 +171,7 @@ Keychain::Removal SecretServiceKeychain::remove(const QString &service, const QS
 std::optional<QByteArray> SecretServiceKeychain::copy(const QString &service,
                                                       const QString &account) {
     const auto secret = std::make_shared<std::optional<QByteArray>>();
-    const bool done = m_worker->perform(
+    const bool done = m_worker->read(
         [=](SecretServiceSession &session) { *secret = session.copy(service, account); }, m_limit);
     return done ? *secret : std::nullopt;
 }

@@ -11,10 +11,13 @@ namespace tarne {
 ///
 /// The store may hang, ask the user for a password or be gone, and the caller may be the main
 /// thread. So all work is done one after the other on a thread of its own, and a caller that has
-/// waited for the limit gets the answer of a failing store. What it asked for is then cancelled,
-/// but for a prompt: the user may be typing into it, so it stays up, and while it does every
-/// further operation fails at once. So does one that follows a failure of this kind within a
-/// second.
+/// waited for the limit gets the answer of a failing store. While a prompt is up, and within a
+/// second of such an answer, no caller waits at all.
+///
+/// What was to be read is given up with its caller, but for a prompt: the user may be typing into
+/// it, so it stays up. What was to be changed is not given up: it is done when the store can do it
+/// or the user allows it. A removal drops the changes to the same item that still wait, so of
+/// several saves the last one wins.
 class SecretServiceKeychain final : public Keychain {
 public:
     explicit SecretServiceKeychain(std::chrono::milliseconds limit = std::chrono::seconds{5});

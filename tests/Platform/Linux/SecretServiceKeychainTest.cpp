@@ -3,16 +3,13 @@
 #include "SecretServiceKeychain.h"
 
 #include "EventLoop.h"
-#include "PrivateBus.h"
+#include "GnomeKeyring.h"
 
-#include <QDBusConnectionInterface>
 #include <QDir>
 #include <QProcess>
-#include <QTemporaryDir>
 
 #include <gtest/gtest.h>
 
-#include <csignal>
 #include <thread>
 
 using namespace Qt::StringLiterals;
@@ -22,52 +19,6 @@ namespace tarne::test {
 namespace {
 
 constexpr int toolTimeout = 20'000;
-
-/// The daemon that keeps the secrets of one home, started and ended like on a desktop.
-class GnomeKeyring {
-public:
-    explicit GnomeKeyring(PrivateBus &bus) : m_bus(bus), m_connection(bus.connect()) {}
-    ~GnomeKeyring() { kill(); }
-
-    /// Starts the daemon; with the password it opens the keyring, or makes it.
-    void start(bool isUnlocked) {
-        QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-        environment.insert(u"DBUS_SESSION_BUS_ADDRESS"_s, m_bus.address());
-        environment.insert(u"HOME"_s, m_home.path());
-        environment.insert(u"XDG_DATA_HOME"_s, m_home.filePath(u"share"_s));
-        environment.insert(u"XDG_RUNTIME_DIR"_s, m_home.path());
-        m_process.setProcessEnvironment(environment);
-        m_process.setStandardErrorFile(QProcess::nullDevice());
-        QStringList arguments{u"--foreground"_s, u"--components=secrets"_s};
-        if (isUnlocked)
-            arguments += u"--unlock"_s;
-        m_process.start(u"/usr/bin/gnome-keyring-daemon"_s, arguments);
-        m_process.write("password");
-        m_process.closeWriteChannel();
-        ASSERT_TRUE(serveUntil([this] { return isOnTheBus(); }));
-    }
-
-    void hang() { ::kill(static_cast<pid_t>(m_process.processId()), SIGSTOP); }
-    void resume() { ::kill(static_cast<pid_t>(m_process.processId()), SIGCONT); }
-
-    void kill() {
-        if (m_process.state() == QProcess::NotRunning)
-            return;
-        m_process.kill();
-        m_process.waitForFinished(toolTimeout);
-        EXPECT_TRUE(serveUntil([this] { return !isOnTheBus(); }));
-    }
-
-private:
-    bool isOnTheBus() {
-        return m_connection.interface()->isServiceRegistered(u"org.freedesktop.secrets"_s).value();
-    }
-
-    PrivateBus &m_bus;
-    QDBusConnection m_connection;
-    QTemporaryDir m_home;
-    QProcess m_process;
-};
 
 /// Another program that uses the same key store.
 QByteArray secretTool(const QStringList &arguments, const QByteArray &input = {}) {
