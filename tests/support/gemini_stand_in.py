@@ -62,6 +62,9 @@ for code in (400, 401, 403, 404, 429, 500, 501, 503):
 SCENARIOS.update({
     "basic401": response(error("told with 401"), "401 Status", 'WWW-Authenticate: Basic realm="x"'),
     "bearer401": response(error("told with 401"), "401 Status", 'WWW-Authenticate: Bearer'),
+    **{f"{scheme.lower()}401": response(error("told with 401"), "401 Status",
+                                        f"WWW-Authenticate: {scheme}{rest}")
+       for scheme, rest in (("Digest", ' realm="x", nonce="y"'), ("NTLM", ""), ("Negotiate", ""))},
     "html200": response(HTML, "200 OK", "Content-Type: text/html"),
     "empty": response(""),
     "empty500": response("", "500 Status"),
@@ -80,6 +83,7 @@ SCENARIOS.update({
     "away": "other",
     "again302": "main",
     "again307": "main",
+    "againlost": "main",
     "round": "main",
     "trickle": None,
     "chunks": None,
@@ -187,10 +191,10 @@ class StandIn:
             stream.sendall(b"HTTP/1.1 200 OK\r\n")
             for _ in range(100_000):
                 stream.sendall(b"X-Header: " + b"x" * 4000 + b"\r\n")
-        elif scenario in ("away", "again302", "again307", "round"):
+        elif scenario in ("away", "again302", "again307", "againlost", "round"):
             status = {"again307": "307 Temporary Redirect"}.get(scenario, "302 Found")
             port = self.ports[SCENARIOS[scenario]]
-            next_key = scenario if scenario == "round" else "good"
+            next_key = {"round": "round", "againlost": "hangup"}.get(scenario, "good")
             location = f"https://localhost:{port}" + target.replace(scenario, next_key)
             stream.sendall(response("", status, f"Location: {location}"))
         else:

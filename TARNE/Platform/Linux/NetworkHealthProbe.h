@@ -2,14 +2,13 @@
 
 #include "HealthProbe.h"
 
-#include <QNetworkAccessManager>
+#include <QObject>
 
 #include <chrono>
-#include <optional>
 
 namespace tarne {
 
-/// Probes over Qt Network, with no proxy and one connection a probe: a kept one would make the
+/// Probes over Qt Network, with one GET and one connection a probe: a kept one would make the
 /// search for strays find us on the server's port. Main thread only.
 class NetworkHealthProbe final : public HealthProbe {
 public:
@@ -20,7 +19,7 @@ public:
 
 private:
     std::chrono::milliseconds m_idleLimit;
-    std::optional<QNetworkAccessManager> m_network; ///< Made by the first probe.
+    QObject m_exchanges; ///< Parent of all that is under way.
 };
 
 } // namespace tarne

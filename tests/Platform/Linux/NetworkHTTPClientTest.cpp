@@ -130,10 +130,11 @@ TEST_P(AnswerWithAStatus, IsAnAnswerWithItsBody) {
 }
 
 INSTANTIATE_TEST_SUITE_P(NetworkHTTPClient, AnswerWithAStatus,
-                         testing::Values("json400", "json401", "basic401", "bearer401", "json403",
-                                         "json404", "json429", "json500", "json501", "json503",
-                                         "html200", "html400", "html401", "html403", "html404",
-                                         "html429", "html500", "html501", "html503"));
+                         testing::Values("json400", "json401", "basic401", "bearer401", "digest401",
+                                         "ntlm401", "negotiate401", "json403", "json404", "json429",
+                                         "json500", "json501", "json503", "html200", "html400",
+                                         "html401", "html403", "html404", "html429", "html500",
+                                         "html501", "html503"));
 
 TEST_F(NetworkHTTPClientTest, AnAnswerMayHaveNoBody) {
     EXPECT_EQ(std::get<HTTPResponse>(post(u"empty"_s)).body, QByteArray());
@@ -182,6 +183,12 @@ TEST_F(NetworkHTTPClientTest, ALostConnectionIsNoAnswerAndSendsNothingAgain) {
             << qPrintable(key);
         EXPECT_EQ(standIn->takeRequests().size(), 1) << qPrintable(key);
     }
+}
+
+TEST_F(NetworkHTTPClientTest, AConnectionThatIsLostBehindARedirectSendsNothingAgain) {
+    EXPECT_EQ(transportError(post(u"againlost"_s)),
+              u"The connection was lost before the answer was complete."_s);
+    EXPECT_EQ(standIn->takeRequests().size(), 2) << "the POST, and the GET that it became";
 }
 
 TEST_F(NetworkHTTPClientTest, WhatIsNoHttpIsNoAnswer) {

@@ -102,6 +102,30 @@ TEST_F(NetworkHealthProbeTest, AServerThatClosesWithoutAnAnswerIsAFailure) {
     EXPECT_EQ(failure(probe()), u"The connection was lost before the answer was complete."_s);
 }
 
+TEST_F(NetworkHealthProbeTest, OneProbeIsOneGetHoweverEarlyTheServerCloses) {
+    closes = true;
+    for (const QByteArray &beginning :
+         {QByteArray(), QByteArray("HTTP"), QByteArray("HTTP/1.1 200 OK\r\nContent-Le")}) {
+        requests.clear();
+        answer = beginning;
+        EXPECT_FALSE(failure(probe()).isEmpty()) << beginning.constData();
+        EXPECT_EQ(requests.count("GET "), 1) << beginning.constData();
+    }
+}
+
+TEST_F(NetworkHealthProbeTest, FollowsARedirectWithinTheServer) {
+    const QByteArray ok = answer;
+    answer = "HTTP/1.1 302 Found\r\nLocation: /elsewhere\r\nContent-Length: 0\r\n\r\n";
+    closes = true;
+    QObject::connect(&server, &QTcpServer::newConnection, &server, [this, ok] {
+        if (requests.contains("GET /health"))
+            answer = ok;
+    });
+    EXPECT_EQ(std::get<int>(probe()), 200);
+    EXPECT_EQ(requests.count("GET /elsewhere "), 1);
+    EXPECT_EQ(requests.count("GET "), 2);
+}
+
 TEST_F(NetworkHealthProbeTest, AnAnswerThatIsNoHttpIsAFailure) {
     answer = "hello";
     closes = true;
