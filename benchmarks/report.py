@@ -111,6 +111,21 @@ def wrap_up_rows(results):
     ]
 
 
+def long_text_rows(results):
+    stored = results["storedLines/1000000"]
+    return [(f"{what}, of 1 MB", "1 s", milliseconds(results, f"{name}/1000000"),
+             f"of 100 kB, in 100 ms: {milliseconds(results, f'{name}/100000')}")
+            for what, name in [
+        ("lines pasted into an editor", "pasteLines"),
+        ("a paragraph pasted into an editor", "pasteProse"),
+        ("a word pasted into an editor", "pasteWord"),
+        ("lines of one character pasted into an editor", "pasteGoals"),
+        ("a character typed into lines", "typeIntoLines"),
+        ("a pasted key", "pasteKey"),
+    ]] + [("a stored text of 500,000 lines, its slowest frame", "100 ms",
+           f"{stored['slowest ms']:.1f} ms", f"the first {stored['ms']:.1f} ms")]
+
+
 def budget_rows(whole, results, api):
     """(what, budget, measured, reference)"""
     return [
@@ -142,6 +157,7 @@ def budget_rows(whole, results, api):
          f"{results['openHistoryTab/10000']['bytes']:.0f} bytes", "the document: 1,160 bytes"),
         *schedule_rows(results),
         *wrap_up_rows(results),
+        *long_text_rows(results),
         *goals_api_rows(api),
         ("disk writes, idle", "0", f"{whole['idle bytes/s'] / 1024:.1f} KiB/s", ""),
         ("disk writes, session running", "32 KiB/s",

@@ -1,12 +1,31 @@
 #include "EditorDocument.h"
 
+#include <QQuickItem>
 #include <QTextBlock>
 #include <QTextCursor>
 #include <QTextDocument>
 
 #include <limits>
+#include <utility>
 
 namespace tarne {
+namespace {
+
+/// In characters. What is shorter is laid out within a frame or two, whatever it is.
+constexpr int longText = 20'000;
+constexpr int endlessWord = 5'000;
+
+bool holdsEndlessWord(const QString &text) {
+    qsizetype length = 0;
+    for (const QChar c : text) {
+        length = c.isSpace() ? 0 : length + 1;
+        if (length > endlessWord)
+            return true;
+    }
+    return false;
+}
+
+} // namespace
 
 void EditorDocument::setDocument(QQuickTextDocument *document) {
     if (m_document == document)
@@ -19,6 +38,7 @@ void EditorDocument::setDocument(QQuickTextDocument *document) {
         connect(text, &QTextDocument::contentsChange, this, [this](int from, int, int added) {
             m_dirtyFrom = from;
             m_dirtyTo = from + added;
+            prepareLayout(added);
         });
         connect(text, &QTextDocument::contentsChanged, this, &EditorDocument::apply);
     }
@@ -32,6 +52,23 @@ void EditorDocument::setSpacing(double spacing) {
     m_spacing = spacing;
     applyToAll();
     Q_EMIT spacingChanged();
+}
+
+void EditorDocument::prepareLayout(int added) {
+    QTextDocument *const text = m_document->textDocument();
+    const bool isLong = text->characterCount() > longText;
+    // A long text is looked through when much of it is new.
+    const bool hasEndlessWord =
+        isLong && (m_hasEndlessWord || (added > endlessWord && holdsEndlessWord(this->text())));
+    if (std::exchange(m_hasEndlessWord, hasEndlessWord) != hasEndlessWord)
+        Q_EMIT hasEndlessWordChanged();
+    if (std::exchange(m_isLong, isLong) != isLong) {
+        if (auto *const editor = qobject_cast<QQuickItem *>(m_document->parent()))
+            editor->setFlag(QQuickItem::ItemObservesViewport, isLong);
+        QFont font = text->defaultFont();
+        font.setStyleStrategy(isLong ? QFont::PreferNoShaping : QFont::PreferDefault);
+        text->setDefaultFont(font);
+    }
 }
 
 QString EditorDocument::text() const {

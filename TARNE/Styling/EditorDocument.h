@@ -9,6 +9,9 @@ namespace tarne {
 
 /// What an editor has no property for: every line of its document stands `spacing` points further
 /// apart than the font's own height, and its text can be had as it was typed.
+///
+/// A text of a megabyte is laid out in a second. So a long one does without kerning, which takes
+/// most of the time, and shows no more than what is in sight.
 class EditorDocument : public QObject {
     Q_OBJECT
     QML_ELEMENT
@@ -16,12 +19,16 @@ class EditorDocument : public QObject {
     Q_PROPERTY(QQuickTextDocument *document MEMBER m_document WRITE setDocument NOTIFY
                    documentChanged FINAL)
     Q_PROPERTY(double spacing MEMBER m_spacing WRITE setSpacing NOTIFY spacingChanged FINAL)
+    /// Whether there is a word of very many lines. An editor that looks for the end of each word
+    /// first takes seconds for such a one, so it is to break its lines anywhere.
+    Q_PROPERTY(bool hasEndlessWord READ hasEndlessWord NOTIFY hasEndlessWordChanged FINAL)
 
 public:
     using QObject::QObject;
 
     void setDocument(QQuickTextDocument *document);
     void setSpacing(double spacing);
+    [[nodiscard]] bool hasEndlessWord() const { return m_hasEndlessWord; }
     /// The text with its no-break spaces, which the editor's own text has as blanks. Lines end with
     /// a line feed each.
     Q_INVOKABLE QString text() const;
@@ -29,8 +36,11 @@ public:
 Q_SIGNALS:
     void documentChanged();
     void spacingChanged();
+    void hasEndlessWordChanged();
 
 private:
+    /// Before the change is laid out.
+    void prepareLayout(int added);
     /// Formats the lines that hold the characters from `m_dirtyFrom` to `m_dirtyTo`.
     void apply();
     void applyToAll();
@@ -40,6 +50,8 @@ private:
     int m_dirtyFrom = 0;
     int m_dirtyTo = 0;
     bool m_isApplying = false;
+    bool m_isLong = false;
+    bool m_hasEndlessWord = false;
 };
 
 } // namespace tarne

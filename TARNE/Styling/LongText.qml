@@ -2,9 +2,9 @@ pragma ComponentBehavior: Bound
 import QtQuick
 import TARNE.Styling
 
-// A wrapped text of any length, as high as it is. Its beginning is on the screen at once; what is
-// longer than a few thousand characters follows bit by bit.
-Column {
+// A wrapped text of any length, as high as it is. Its beginning is on the screen at once; of what is
+// longer than a few thousand characters, only the part in sight has items.
+Item {
     id: longText
 
     property string text
@@ -14,19 +14,33 @@ Column {
     // Otherwise its lines begin at the left edge, whatever its script.
     property bool isCentered: false
 
-    // The blocks are lines of one text.
-    spacing: lineSpacing
+    implicitHeight: Math.max(0, blocks.height - lineSpacing)
 
+    // It shows nothing: it tells how high a line is.
+    PlainText {
+        id: line
+
+        visible: false
+        font: longText.font
+        lineSpacing: longText.lineSpacing
+        Accessible.ignored: true
+    }
     Repeater {
         model: TextBlocks {
+            id: blocks
+
+            area: longText
             text: longText.text
             font: longText.font
             width: longText.width
+            lineHeight: line.lineHeight
         }
 
         PlainText {
             required property string block
+            required property real blockTop
 
+            y: blockTop
             width: longText.width
             text: block
             font: longText.font

@@ -29,6 +29,10 @@ Row {
         width: secure.width - eye.width - secure.spacing
         echoMode: secure.isValueVisible ? TextInput.Normal : TextInput.Password
         passwordCharacter: "•"
+        // Shown or not, a key is not for an input method to complete, correct or remember.
+        inputMethodHints: Qt.ImhSensitiveData | Qt.ImhNoPredictiveText | Qt.ImhNoAutoUppercase
+        // Neither a key nor its dots have anything to shape, and a megabyte would take seconds.
+        font.preferShaping: false
         onTextEdited: secure.textEdited(text)
 
         SecretGuard {

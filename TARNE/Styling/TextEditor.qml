@@ -58,7 +58,7 @@ Flickable {
         selectedTextColor: color
         selectByMouse: true
         textFormat: TextEdit.PlainText
-        wrapMode: TextEdit.Wrap
+        wrapMode: editorDocument.hasEndlessWord ? TextEdit.WrapAnywhere : TextEdit.Wrap
         Accessible.role: Accessible.EditableText
         Accessible.multiLine: true
         Accessible.name: editor.accessibleName

@@ -27,7 +27,7 @@ Item {
             color: row.statusColor
         }
     }
-    PlainText {
+    LongText {
         id: text
 
         anchors.left: icon.right
@@ -38,8 +38,6 @@ Item {
         text: row.goalText
         font: Typography.system(15, Font.Medium)
         color: Colors.label
-        horizontalAlignment: Text.AlignLeft
-        wrapMode: Text.Wrap
     }
     Badge {
         id: badge

@@ -15,13 +15,11 @@ Column {
 
     spacing: 18
 
-    PlainText {
+    LongText {
         width: parent.width
         text: row.goalText
         font: Typography.system(14, Font.Medium)
         color: Colors.label
-        horizontalAlignment: Text.AlignLeft
-        wrapMode: Text.Wrap
     }
     Row {
         leftPadding: 16

@@ -76,7 +76,7 @@ Item {
             selectedTextColor: color
             selectByMouse: true
             textFormat: TextEdit.PlainText
-            wrapMode: TextEdit.Wrap
+            wrapMode: typed.hasEndlessWord ? TextEdit.WrapAnywhere : TextEdit.Wrap
             Accessible.role: Accessible.EditableText
             Accessible.multiLine: true
             Accessible.name: prompt.text

@@ -73,7 +73,7 @@ Card {
                     weight: Font.Medium
                     color: goal.modelData.color
                 }
-                PlainText {
+                LongText {
                     id: goalText
 
                     x: 24
@@ -81,8 +81,6 @@ Card {
                     text: goal.modelData.text
                     font: Typography.system(14)
                     color: Colors.label
-                    horizontalAlignment: Text.AlignLeft
-                    wrapMode: Text.Wrap
                 }
             }
         }
@@ -107,13 +105,11 @@ Card {
                 title: modelData.title
                 isExpanded: (panel.expanded & (1 << index)) !== 0
                 onIsExpandedChanged: panel.expansionChanged(index, isExpanded)
-                content: PlainText {
+                content: LongText {
                     text: section.modelData.content
                     font: Typography.system(13)
                     lineSpacing: 2
                     color: Colors.label
-                    horizontalAlignment: Text.AlignLeft
-                    wrapMode: Text.Wrap
                 }
             }
         }

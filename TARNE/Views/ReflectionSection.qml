@@ -32,14 +32,12 @@ Column {
             color: Colors.label
         }
     }
-    PlainText {
+    LongText {
         x: 24
         width: section.width - 24
         text: section.card.reflection
         font: Typography.system(13)
         lineSpacing: 2
         color: section.card.hasReflection ? Colors.label : Colors.secondaryLabel
-        horizontalAlignment: Text.AlignLeft
-        wrapMode: Text.Wrap
     }
 }

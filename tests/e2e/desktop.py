@@ -17,6 +17,7 @@ MOCK = (sys.executable, "-m", "dbusmock")
 NOTIFICATIONS = "org.freedesktop.Notifications"
 KEY_STORE = "org.freedesktop.secrets"
 PASSWORD_DIALOGS = "org.gnome.keyring.SystemPrompter"
+PASSWORD_DIALOG = pathlib.Path(__file__).resolve().parents[1] / "support" / "password_dialog.py"
 
 # Without a service folder nothing is started on demand, so no stray window lies over a control.
 BUS_CONFIGURATION = """<!DOCTYPE busconfig PUBLIC "-//freedesktop//DTD D-Bus Bus Configuration 1.0//EN"
@@ -138,6 +139,18 @@ class Desktop:
         """What the password dialogs were asked to do so far, in order."""
         calls = (line.split()[1] for line in self._dialog_log.read_text().splitlines())
         return [call for call in calls if call.endswith("Prompting")]
+
+    def show_password_dialogs_to_somebody(self):
+        """From now on a locked keyring asks for its password, which `unlock` answers."""
+        self._dialog = self._start(sys.executable, PASSWORD_DIALOG, stdin=subprocess.PIPE,
+                                   **self.environment)
+        eventually(lambda: self.owns(PASSWORD_DIALOGS), "somebody shows password dialogs")
+
+    def unlock(self):
+        eventually(lambda: "asked" in (self.folder / "desktop.log").read_text(errors="replace"),
+                   "the user is asked for the password")
+        self._dialog.stdin.write(b"unlock password\n")
+        self._dialog.stdin.flush()
 
     def start_window_manager(self):
         self._start("openbox", "--config-file", "/etc/xdg/openbox/rc.xml", **self.environment)

@@ -1,4 +1,6 @@
-"""A key store that is locked while nobody is there to unlock it."""
+"""A key store that is locked while nobody is there to unlock it, or somebody who takes their time."""
+
+import time
 
 from test_server import ServerTestCase
 
@@ -41,3 +43,35 @@ class ALockedKeyStore(ServerTestCase):
         self.press("Restart")
         self.await_healthy(2)
         self.assertEqual(self.runs()[1]["GEMINI_API_KEY"], "locked key")
+
+
+class AKeySavedIntoALockedKeyStore(ServerTestCase):
+    def setUp(self):
+        super().setUp()
+        # Which makes the keyring.
+        self.desktop.ask("secret-tool", "store", "--label=other", "service", "com.tarne.app",
+                         "account", "other", typed="of another program")
+        self.desktop.stop_key_store()
+        self.desktop.start_key_store(is_open=False)
+        self.desktop.show_password_dialogs_to_somebody()
+
+    def test_is_stored_when_the_user_unlocks_after_eight_seconds_and_serves_the_next_start(self):
+        self.launch()
+        self.await_healthy(1)
+        self.open_tab("Settings")
+        self.type_key("late key")
+        eight_seconds_from_now = time.monotonic() + 8
+        self.press("Save API Key")
+        self.press("OK")
+        self.await_healthy(2)
+        self.assertIsNone(self.runs()[1]["GEMINI_API_KEY"])
+        self.eventually(lambda: time.monotonic() > eight_seconds_from_now, "eight seconds are over")
+        self.desktop.unlock()
+        self.eventually(lambda: "secret = late key" in self.desktop.ask(
+            "secret-tool", "search", "service", "com.tarne.app", "account", "GeminiAPIKey"),
+                        "the key is stored")
+        self.assertEqual(len(self.runs()), 2, "and nothing is restarted for it")
+
+        self.press("Restart")
+        self.await_healthy(3)
+        self.assertEqual(self.runs()[2]["GEMINI_API_KEY"], "late key")

@@ -8,6 +8,7 @@
 #include <QQuickTextDocument>
 #include <QTextBlock>
 #include <QTextDocument>
+#include <QTextOption>
 
 #include <gmock/gmock.h>
 
@@ -193,6 +194,27 @@ TEST(SecureField, TakesAllOfALongKeyThatIsPasted) {
     QGuiApplication::clipboard()->clear();
 }
 
+TEST(SecureField, TellsInputMethodsThatItHoldsASecretShownOrNot) {
+    UiDriver ui(column(secureField));
+    const auto hints = [&] {
+        QInputMethodQueryEvent query(Qt::ImHints);
+        QCoreApplication::sendEvent(ui.find(u"Enter your key"_s), &query);
+        return Qt::InputMethodHints(query.value(Qt::ImHints).toInt());
+    };
+    const Qt::InputMethodHints secret =
+        Qt::ImhSensitiveData | Qt::ImhNoPredictiveText | Qt::ImhNoAutoUppercase;
+    EXPECT_EQ(hints(), secret | Qt::ImhHiddenText);
+    EXPECT_TRUE(ui.click(u"Show key"_s));
+    EXPECT_EQ(hints(), secret);
+}
+
+TEST(SecureField, ItsDotsAndAKeyAreNotShaped) {
+    UiDriver ui(column(secureField));
+    const auto font = ui.find(u"Enter your key"_s)->property("font").value<QFont>();
+    EXPECT_TRUE(font.styleStrategy() & QFont::PreferNoShaping) << "which takes seconds for 1 MB";
+    EXPECT_EQ(font.family(), u"Inter"_s);
+}
+
 TEST(SecureField, AnnouncesNothingOfWhatIsTyped) {
     UiDriver ui(column(secureField));
     announcedTexts.clear();
@@ -286,6 +308,52 @@ TEST(TextEditor, SetsManyLinesApartInOneEdit) {
     EXPECT_EQ(document.blockCount(), 201);
     for (QTextBlock line = document.begin(); line.isValid(); line = line.next())
         EXPECT_EQ(line.blockFormat().lineHeight(), 3) << line.blockNumber();
+}
+
+/// Pastes what is on the clipboard into the editor.
+QQuickItem *editorAfterPasting(UiDriver &ui, const QString &text) {
+    EXPECT_TRUE(ui.click(u"Reflection"_s, QAccessible::EditableText));
+    QGuiApplication::clipboard()->setText(text);
+    ui.key(Qt::Key_A, Qt::ControlModifier);
+    ui.key(Qt::Key_V, Qt::ControlModifier);
+    QGuiApplication::clipboard()->clear();
+    return ui.find(u"Reflection"_s);
+}
+
+bool isShaped(const QQuickItem &edit) {
+    const auto *const source = edit.property("textDocument").value<QQuickTextDocument *>();
+    return (source->textDocument()->defaultFont().styleStrategy() & QFont::PreferNoShaping) == 0;
+}
+
+TEST(TextEditor, TakesALongTextWholeAndDoesWithoutKerningForAsLongAsItIsLong) {
+    UiDriver ui(column(editor));
+    for (const QString &text :
+         {u"Some words on a line.\n"_s.repeated(5000), u"x"_s.repeated(100'000),
+          u"Words and no end of a line. "_s.repeated(4000)}) {
+        const QQuickItem &edit = *editorAfterPasting(ui, text);
+        EXPECT_TRUE(typed(ui) == text);
+        EXPECT_FALSE(isShaped(edit));
+    }
+    EXPECT_TRUE(isShaped(*editorAfterPasting(ui, u"Short again."_s)));
+    EXPECT_EQ(typed(ui), u"Short again."_s);
+}
+
+TEST(TextEditor, LooksForTheEndOfNoEndlessWord) {
+    UiDriver ui(column(editor));
+    const auto wrapModeAfterPasting = [&](const QString &text) {
+        return editorAfterPasting(ui, text)->property("wrapMode").toInt();
+    };
+    EXPECT_EQ(wrapModeAfterPasting(u"Some words. "_s.repeated(9000)),
+              QTextOption::WrapAtWordBoundaryOrAnywhere);
+    EXPECT_EQ(wrapModeAfterPasting(u"x"_s.repeated(100'000)), QTextOption::WrapAnywhere)
+        << "which takes half a minute for 1 MB";
+    EXPECT_EQ(wrapModeAfterPasting(u"Short again."_s), QTextOption::WrapAtWordBoundaryOrAnywhere);
+}
+
+TEST(TextEditor, EveryLineBreakThatIsPastedBecomesALineFeed) {
+    UiDriver ui(column(editor));
+    editorAfterPasting(ui, u"a\r\nb\rc\u2028d\u2029e"_s);
+    EXPECT_EQ(typed(ui), u"a\nb\nc\nd\ne"_s);
 }
 
 TEST(TextEditor, PastedMarkupStaysPlain) {

@@ -118,3 +118,30 @@ TEST_F(HistoryScrolling, TextsOfAMegabyteAreShownAndScrolledThrough) {
     EXPECT_TRUE(screen().has(u"1 min"_s));
     (void)screen().picture();
 }
+
+TEST_F(HistoryScrolling, OfAnEntryOfHalfAMillionLinesOnlyThoseInSightExist) {
+    const QString text = u"a\n"_s.repeated(500'000);
+    controller().saveSessionHistory({{.sessionDate = time.now(),
+                                      .goals = {{.text = text}},
+                                      .duration = 60,
+                                      .suggestions = text,
+                                      .reflection = text}});
+    view().appear();
+    const auto expectSomeLines = [this] {
+        qsizetype length = 0;
+        for (const QString &name : screen().names(QAccessible::StaticText)) {
+            if (name.startsWith(u"a\na\n"_s))
+                length += name.size();
+        }
+        EXPECT_GT(length, 0);
+        EXPECT_LT(length, 20'000);
+    };
+    ASSERT_TRUE(screen().has(u"Session History"_s));
+    expectSomeLines();
+    list()->forceActiveFocus();
+    for (int page = 0; page < 20; ++page)
+        screen().key(Qt::Key_PageDown);
+    expectSomeLines();
+    screen().key(Qt::Key_End);
+    EXPECT_TRUE(screen().waitUntil([&] { return screen().has(u"1 min"_s); }));
+}
