@@ -1,5 +1,7 @@
 #include "HistoryModel.h"
 
+#include <algorithm>
+
 using namespace Qt::StringLiterals;
 
 namespace tarne {
@@ -10,21 +12,64 @@ QString countText(std::size_t entries) {
     return u"%1 %2"_s.arg(entries).arg(entries == 1 ? "entry"_L1 : "entries"_L1);
 }
 
+bool isSameGoal(const SessionGoal &goal, const SessionGoal &other) {
+    return goal.id == other.id && goal.text == other.text && goal.status == other.status;
+}
+
+bool isSameEntry(const SessionHistoryEntry &entry, const SessionHistoryEntry &other) {
+    return entry.id == other.id && entry.sessionDate == other.sessionDate &&
+           entry.duration == other.duration && entry.overallAssessment == other.overallAssessment &&
+           entry.patternsObserved == other.patternsObserved &&
+           entry.suggestions == other.suggestions && entry.motivation == other.motivation &&
+           entry.reflection == other.reflection &&
+           std::ranges::equal(entry.goals, other.goals, isSameGoal);
+}
+
+bool isSameGroup(const HistoryGroup &group, const HistoryGroup &other) {
+    return group.key == other.key && std::ranges::equal(group.value, other.value, isSameEntry);
+}
+
+/// Whether the same moments are worded in the same way.
+bool isSameCalendar(const Calendar &calendar, const Calendar &other) {
+    return calendar.timeZone() == other.timeZone() && calendar.locale() == other.locale();
+}
+
 } // namespace
 
 HistoryModel::HistoryModel(QObject *parent) : QAbstractListModel(parent) {}
 
 void HistoryModel::setGroups(std::vector<HistoryGroup> groups, const Calendar &calendar) {
+    for (HistoryGroup &group : groups)
+        HistoryGrouping::sortForDisplay(group.value);
+    if (m_calendar && isSameCalendar(*m_calendar, calendar) &&
+        std::ranges::equal(m_groups, groups, isSameGroup))
+        return;
     beginResetModel();
     m_groups = std::move(groups);
     m_calendar = calendar;
     m_rows.clear();
     for (std::size_t group = 0; group < m_groups.size(); ++group) {
-        HistoryGrouping::sortForDisplay(m_groups[group].value);
         for (std::size_t entry = 0; entry < m_groups[group].value.size(); ++entry)
             m_rows.push_back({group, entry});
     }
     endResetModel();
+}
+
+QString HistoryModel::sessionAt(int row) const {
+    if (row < 0 || static_cast<std::size_t>(row) >= m_rows.size())
+        return {};
+    return entryOf(m_rows[static_cast<std::size_t>(row)]).id.toString();
+}
+
+int HistoryModel::rowOf(const QString &session) const {
+    const QUuid id(session);
+    const auto found =
+        std::ranges::find_if(m_rows, [&](const Row &row) { return entryOf(row).id == id; });
+    return found == m_rows.end() ? -1 : static_cast<int>(found - m_rows.begin());
+}
+
+const SessionHistoryEntry &HistoryModel::entryOf(const Row &row) const {
+    return m_groups[row.group].value[row.entry];
 }
 
 void HistoryModel::setExpanded(int row, int section, bool isExpanded) {
@@ -50,7 +95,7 @@ QVariant HistoryModel::data(const QModelIndex &index, int role) const {
     const HistoryGroup &group = m_groups[row.group];
     switch (role) {
     case CardRole:
-        return QVariant::fromValue(HistoryEntryCard(group.value[row.entry], *m_calendar));
+        return QVariant::fromValue(HistoryEntryCard(entryOf(row), *m_calendar));
     case SectionLabelRole:
         return row.entry == 0 ? group.key : QString();
     case SectionCountRole:

@@ -26,8 +26,14 @@ public:
 
     explicit HistoryModel(QObject *parent = nullptr);
 
-    /// Replaces all rows by these groups, in their order; every coaching text is closed again.
+    /// Shows these groups, in their order. Where they are those that it shows already, nothing
+    /// happens; otherwise all rows are replaced, and every coaching text is closed again.
     void setGroups(std::vector<HistoryGroup> groups, const Calendar &calendar);
+
+    /// The session that a row shows; an empty text where there is no such row.
+    [[nodiscard]] QString sessionAt(int row) const;
+    /// The row that shows a session, or -1.
+    [[nodiscard]] int rowOf(const QString &session) const;
 
     /// Remembers which coaching texts of a row are open, while its card is scrolled away.
     Q_INVOKABLE void setExpanded(int row, int section, bool isExpanded);
@@ -42,6 +48,8 @@ private:
         std::size_t entry;
         quint32 expanded = 0; ///< One bit a coaching text.
     };
+
+    [[nodiscard]] const SessionHistoryEntry &entryOf(const Row &row) const;
 
     std::vector<HistoryGroup> m_groups;
     std::vector<Row> m_rows;

@@ -14,6 +14,8 @@ Column {
     required property bool endsSection
     required property int expanded
 
+    readonly property real cardTop: panel.y
+
     signal expansionChanged(section: int, isExpanded: bool)
 
     bottomPadding: endsSection ? 24 : 12
@@ -43,6 +45,8 @@ Column {
         }
     }
     HistoryEntryPanel {
+        id: panel
+
         width: row.width
         card: row.card
         expanded: row.expanded

@@ -24,7 +24,11 @@ Rectangle {
         readonly property Item focusedItem: Window.activeFocusItem
         // The margin that the position was last set for.
         property real heededTopMargin: 0
-        property real placeBeforeLoad: 0
+        // The reader's place when all rows are replaced: the session at the upper edge, and how far its
+        // card has gone past that. None at the head of the page, which has a place of its own.
+        property string placeSession
+        property real placeOffset: 0
+        property bool isPlaceNoted: false
         readonly property real highestY: originY - topMargin
         readonly property real lowestY:
             Math.max(highestY, originY + contentHeight + bottomMargin - height)
@@ -32,6 +36,22 @@ Rectangle {
         function scrollTo(y: real): void {
             cancelFlick();
             contentY = Math.max(highestY, Math.min(y, lowestY));
+        }
+        function notePlace(): void {
+            const index = indexAt(0, contentY);
+            const row = itemAtIndex(index) as HistoryRow;
+            placeSession = screen.view.sessionAt(index);
+            placeOffset = contentY - (row ? row.y + row.cardTop : originY);
+            isPlaceNoted = true;
+        }
+        function returnToPlace(): void {
+            forceLayout();
+            const index = screen.view.rowOf(placeSession);
+            if (index >= 0)
+                positionViewAtIndex(index, ListView.Beginning);
+            const row = itemAtIndex(index) as HistoryRow;
+            scrollTo(placeOffset + (row ? row.y + row.cardTop : originY));
+            isPlaceNoted = false;
         }
         function reveal(item: Item): void {
             const y = item.mapToItem(contentItem, 0, 0).y;
@@ -136,23 +156,39 @@ Rectangle {
         }
     }
 
-    // A load replaces all rows; the reader stays at the same place.
+    // A load that finds another history replaces all rows. The list's own position is a guess from the
+    // rows in sight, which says little where heights differ.
     Connections {
         target: screen.view.rows
 
         function onModelAboutToBeReset(): void {
-            list.placeBeforeLoad = list.contentY;
+            list.notePlace();
         }
     }
     Connections {
         target: screen.view
 
         function onHistoryEntriesChanged(): void {
-            list.forceLayout();
-            list.scrollTo(list.placeBeforeLoad);
+            if (list.isPlaceNoted)
+                list.returnToPlace();
         }
     }
 
+    // Comes down with a drag past the top, and takes the accent colour where letting go loads.
+    SymbolIcon {
+        id: refreshSign
+
+        readonly property real pull: list.dragging ? Math.max(0, -list.verticalOvershoot) : 0
+
+        anchors.horizontalCenter: parent.horizontalCenter
+        y: pull - height - 4
+        visible: pull > 0
+        symbol: "arrow.clockwise"
+        size: 20
+        color: pull > screen.refreshDistance ? Colors.accent : Colors.secondaryLabel
+        opacity: Math.min(1, pull / screen.refreshDistance)
+        rotation: 360 * opacity
+    }
     Rectangle {
         anchors.right: parent.right
         anchors.rightMargin: 3

@@ -49,6 +49,12 @@ public:
     Q_INVOKABLE void loadHistoryEntries();
     /// Keeps which coaching texts of a card are open.
     Q_INVOKABLE void setExpanded(int row, int section, bool isExpanded);
+    /// The session that a row shows, by which its reader is found again when the rows are replaced.
+    Q_INVOKABLE [[nodiscard]] QString sessionAt(int row) const { return m_rows.sessionAt(row); }
+    /// The row that shows a session, or -1.
+    Q_INVOKABLE [[nodiscard]] int rowOf(const QString &session) const {
+        return m_rows.rowOf(session);
+    }
 
     [[nodiscard]] std::vector<HistoryGroup> groupedEntries() const;
     [[nodiscard]] QString formatDateForGrouping(Date date) const;

@@ -171,7 +171,7 @@ TEST_F(HistoryViewTest, InsideAGroupTheLaterEntryComesFirst) {
     EXPECT_EQ(reflections(), (QStringList{u"earlier"_s, u"later"_s}));
 }
 
-TEST_F(HistoryViewTest, AnOpenTextStaysOpenUntilTheListIsLoadedAnew) {
+TEST_F(HistoryViewTest, AnOpenTextStaysOpenUntilAnotherHistoryIsLoaded) {
     store(3);
     view().appear();
     EXPECT_EQ(row(1, HistoryModel::ExpandedRole), 0U);
@@ -182,8 +182,60 @@ TEST_F(HistoryViewTest, AnOpenTextStaysOpenUntilTheListIsLoadedAnew) {
     view().setExpanded(1, 2, false);
     EXPECT_EQ(row(1, HistoryModel::ExpandedRole), 1U);
     view().loadHistoryEntries();
+    EXPECT_EQ(row(1, HistoryModel::ExpandedRole), 1U);
+    store(3);
+    view().loadHistoryEntries();
     EXPECT_EQ(row(1, HistoryModel::ExpandedRole), 0U);
     view().setExpanded(99, 0, true);
+}
+
+TEST_F(HistoryViewTest, RowsAreReplacedWhereAnythingOfWhatTheyShowHasChangedAndOtherwiseNot) {
+    const QUuid id = randomUuid();
+    const QUuid goal = randomUuid();
+    const auto load = [&](const SessionHistoryEntry &entry) {
+        const QSignalSpy resets(view().rows(), &QAbstractItemModel::modelReset);
+        controller().saveSessionHistory({entry});
+        view().loadHistoryEntries();
+        return resets.size();
+    };
+    const SessionHistoryEntry entry{.id = id,
+                                    .sessionDate = time.now(),
+                                    .goals = {{.id = goal, .text = u"read"_s}},
+                                    .duration = 60};
+    EXPECT_EQ(load(entry), 1);
+    EXPECT_EQ(load(entry), 0);
+    const auto changed = [&](auto change) {
+        SessionHistoryEntry other = entry;
+        change(other);
+        const bool isReplaced = load(other) == 1;
+        return isReplaced && load(entry) == 1;
+    };
+    EXPECT_TRUE(changed([](auto &other) { other.id = randomUuid(); }));
+    EXPECT_TRUE(changed([](auto &other) { other.sessionDate = other.sessionDate - 1.0; }));
+    EXPECT_TRUE(changed([](auto &other) { other.duration = 120; }));
+    EXPECT_TRUE(changed([](auto &other) { other.goals[0].text = u"write"_s; }));
+    EXPECT_TRUE(changed([](auto &other) { other.goals[0].status = GoalStatus::completed; }));
+    EXPECT_TRUE(changed([](auto &other) { other.goals.clear(); }));
+    EXPECT_TRUE(changed([](auto &other) { other.overallAssessment = u"o"_s; }));
+    EXPECT_TRUE(changed([](auto &other) { other.patternsObserved = u"p"_s; }));
+    EXPECT_TRUE(changed([](auto &other) { other.suggestions = u"s"_s; }));
+    EXPECT_TRUE(changed([](auto &other) { other.motivation = u"m"_s; }));
+    EXPECT_TRUE(changed([](auto &other) { other.reflection = u"r"_s; }));
+    pass(86400);
+    EXPECT_EQ(load(entry), 1) << "its label says another day";
+}
+
+TEST_F(HistoryViewTest, ASessionIsFoundAgainByTheRowThatShowsIt) {
+    store(3);
+    view().appear();
+    const QString session = view().sessionAt(1);
+    EXPECT_EQ(view().rowOf(session), 1);
+    controller().saveSessionToHistory({.goals = {{.text = u"later"_s}}, .endTime = time.now() + 1});
+    EXPECT_EQ(view().rowOf(session), 2);
+    EXPECT_EQ(view().sessionAt(99), QString());
+    EXPECT_EQ(view().sessionAt(-1), QString());
+    EXPECT_EQ(view().rowOf(QString()), -1);
+    EXPECT_EQ(view().rowOf(randomUuid().toString()), -1);
 }
 
 TEST_F(HistoryViewTest, TheRowsAreAFaithfulModel) {

@@ -60,12 +60,15 @@ TEST_F(HistoryScreenTest, ACoachingTextOpensAndClosesByItself) {
     EXPECT_TRUE(screen().waitUntil([&] { return !screen().has(text); }));
 }
 
-TEST_F(HistoryScreenTest, ALoadClosesTheCoachingTexts) {
+TEST_F(HistoryScreenTest, ALoadOfAnotherHistoryClosesTheCoachingTexts) {
     view().appear();
     const QString text = view().historyEntries()[0].motivation;
     ASSERT_TRUE(screen().click(u"Motivation"_s, QAccessible::Button));
     EXPECT_TRUE(screen().waitUntil([&] { return screen().has(text); }));
     view().loadHistoryEntries();
+    screen().settle();
+    EXPECT_TRUE(screen().has(text)) << "the same history";
+    controller().saveSessionToHistory({.goals = {{.text = u"another"_s}}, .endTime = time.now()});
     screen().settle();
     EXPECT_TRUE(screen().has(u"Motivation"_s, QAccessible::Button));
     EXPECT_FALSE(screen().has(text));

@@ -1,5 +1,6 @@
 #include "HistoryScreenFixture.h"
 #include "ItemLook.h"
+#include "TARNEStyle.h"
 #include "TextLook.h"
 
 #include <gmock/gmock.h>
@@ -84,15 +85,49 @@ TEST_F(HistoryScrolling, ADragFarPastTheTopLoadsAnew) {
     EXPECT_TRUE(screen().has(u"2 entries"_s));
 }
 
+TEST_F(HistoryScrolling, ADragPastTheTopShowsOnItsWayWhenLettingGoWillLoad) {
+    store(1);
+    view().appear();
+    const auto sign = [this]() -> const SymbolIcon * {
+        for (const SymbolIcon *icon : test::symbolsIn(screen().root())) {
+            if (test::lookOf(*icon).symbol == u"arrow.clockwise")
+                return icon;
+        }
+        return nullptr;
+    };
+    EXPECT_FALSE(sign());
+    const QPointF from(300, 200);
+    const auto pullTo = [&](double distance) {
+        for (int step = 1; step <= 10; ++step)
+            screen().hover(from + QPointF(0, distance - 10 + step));
+    };
+    screen().press(from);
+    pullTo(45);
+    ASSERT_TRUE(sign());
+    EXPECT_LT(sign()->opacity(), 1);
+    EXPECT_EQ(test::lookOf(*sign()).color, SystemColors::secondaryLabel);
+    const double onTheWay = test::placeOf(*sign()).center().y();
+    pullTo(200);
+    ASSERT_TRUE(sign());
+    EXPECT_EQ(sign()->opacity(), 1);
+    EXPECT_EQ(test::lookOf(*sign()).color, TARNEStyle::Colors::accent);
+    EXPECT_GT(test::placeOf(*sign()).center().y(), onTheWay);
+    EXPECT_GT(test::placeOf(*sign()).top(), 0);
+    EXPECT_LT(test::placeOf(*sign()).bottom(),
+              test::placeOf(*screen().find(u"Session History"_s, QAccessible::Heading)).top());
+    screen().release(from + QPointF(0, 200));
+    EXPECT_TRUE(screen().waitUntil([&] { return !sign(); }));
+}
+
 TEST_F(HistoryScrolling, ALoadKeepsThePlaceInALongList) {
     store(60);
     view().appear();
     list()->forceActiveFocus();
     screen().key(Qt::Key_PageDown);
-    const double place = scrolledBy();
+    const double place = test::placeOf(*screen().find(u"11:54 AM"_s)).top();
     controller().saveSessionToHistory({.goals = {{.text = u"new"_s}}, .endTime = time.now()});
     screen().settle();
-    EXPECT_EQ(scrolledBy(), place);
+    EXPECT_EQ(test::placeOf(*screen().find(u"11:54 AM"_s)).top(), place);
 }
 
 TEST_F(HistoryScrolling, OnlyCardsInSightExist) {
