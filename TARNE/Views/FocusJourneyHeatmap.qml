@@ -3,8 +3,8 @@ import QtQuick
 import TARNE.Styling
 import TARNE.Views
 
-// A year of sessions, a column a week. Its geometry is fixed; where the card is narrower it shows
-// what fits. A month's text is 13 columns of 17 wide; with the row's own spacing of 2 each stands 2
+// A year of sessions, a column a week. Its geometry is fixed; where the card is narrower its oldest
+// weeks are cut off, and today is in sight. A month's text is 13 columns of 17 wide; with the row's own spacing of 2 each stands 2
 // further to the right of its week than the one before it, the fourth 6.
 InsightsCard {
     id: card
@@ -21,42 +21,45 @@ InsightsCard {
         title: "Your Focus Journey"
         subtitle: "Past year of Stillhour sessions"
     }
-    Column {
+    Item {
         width: parent.width
-        spacing: 8
+        implicitHeight: gridColumn.implicitHeight
 
-        Item {
-            width: parent.width
-            implicitHeight: gridColumn.implicitHeight
-            clip: true
+        Column {
+            width: 30
+            spacing: 2
 
-            Column {
-                width: 30
-                spacing: 2
+            Item {
+                width: 1
+                height: 12
+            }
+            Repeater {
+                model: card.view.dayLabels
 
-                Item {
-                    width: 1
-                    height: 12
-                }
-                Repeater {
-                    model: card.view.dayLabels
+                Label {
+                    required property string modelData
 
-                    Label {
-                        required property string modelData
-
-                        width: 30
-                        height: 15
-                        text: modelData
-                        horizontalAlignment: Text.AlignHCenter
-                        verticalAlignment: Text.AlignVCenter
-                        Accessible.ignored: text.length === 0
-                    }
+                    width: 30
+                    height: 15
+                    text: modelData
+                    horizontalAlignment: Text.AlignHCenter
+                    verticalAlignment: Text.AlignVCenter
+                    Accessible.ignored: text.length === 0
                 }
             }
+        }
+        Item {
+            id: year
+
+            x: 30
+            width: parent.width - x
+            height: parent.height
+            clip: grid.width > width
+
             Column {
                 id: gridColumn
 
-                x: 30
+                x: Math.min(0, year.width - grid.width)
                 spacing: 4
 
                 Row {
@@ -77,47 +80,49 @@ InsightsCard {
                     }
                 }
                 HeatmapGrid {
+                    id: grid
+
                     view: card.view
                 }
             }
         }
-        Item {
-            width: parent.width
-            implicitHeight: total.implicitHeight
+    }
+    Item {
+        width: parent.width
+        implicitHeight: total.implicitHeight
 
+        Row {
+            spacing: Layout.defaultSpacing
+
+            Label {
+                text: "Less"
+            }
             Row {
-                spacing: Layout.defaultSpacing
+                anchors.verticalCenter: parent.verticalCenter
+                spacing: 2
 
-                Label {
-                    text: "Less"
-                }
-                Row {
-                    anchors.verticalCenter: parent.verticalCenter
-                    spacing: 2
+                Repeater {
+                    model: 5
 
-                    Repeater {
-                        model: 5
+                    Rectangle {
+                        required property int index
 
-                        Rectangle {
-                            required property int index
-
-                            width: 10
-                            height: 10
-                            radius: 2
-                            color: card.view.legendColor(index)
-                        }
+                        width: 10
+                        height: 10
+                        radius: 2
+                        color: card.view.legendColor(index)
                     }
-                }
-                Label {
-                    text: "More"
                 }
             }
             Label {
-                id: total
-
-                anchors.right: parent.right
-                text: card.view.totalSessionsThisYear + " sessions in the last year"
+                text: "More"
             }
+        }
+        Label {
+            id: total
+
+            anchors.right: parent.right
+            text: card.view.totalSessionsThisYear + " sessions in the last year"
         }
     }
 }

@@ -214,6 +214,39 @@ TEST_F(InsightsLook, TheLegendHasASwatchOfEachLevel) {
     EXPECT_EQ(placeOf(u"6 sessions in the last year"_s).bottomRight(), card.bottomRight());
 }
 
+TEST_F(InsightsLook, TheLegendStandsSixteenBelowTheGridAsTheGridDoesBelowTheHeading) {
+    view().appear();
+    const QRectF map = test::placeOf(grid());
+    // The words of the months, and the space to the first row of cells, stand between.
+    EXPECT_EQ(map.top() - 10 - 4, placeOf(u"Past year of Stillhour sessions"_s).bottom() + 16);
+    EXPECT_EQ(placeOf(u"6 sessions in the last year"_s).top(), map.bottom() + 16);
+}
+
+TEST_F(InsightsLook, WhereTheCardIsNarrowerTheOldestWeeksAreCutOffAndTodayIsShown) {
+    controller().saveSessionHistory(
+        std::vector<SessionHistoryEntry>(4, {.sessionDate = time.now()}));
+    view().appear();
+    screen(QSize(800, 900)).settle();
+    const QRectF card = test::placeOf(cardOf(u"Your Focus Journey"_s)).adjusted(16, 16, -16, -16);
+    EXPECT_EQ(card.width(), 800 - 4 * 16);
+    EXPECT_EQ(test::placeOf(grid()).right(), card.right());
+    EXPECT_THAT(cell(51, 1), LooksLike(SystemColors::green));
+    // The names of the days keep their place, and no cell lies under them.
+    const QRectF day = placeOf(u"Mon"_s);
+    EXPECT_EQ(day.left(), card.left());
+    const QImage picture = screen().picture();
+    const int between = int(day.center().y()) + 9; // Below the word, across a row of cells.
+    for (int x = int(day.left()); x < int(day.left()) + 30; ++x)
+        EXPECT_EQ(picture.pixelColor(x, between), QColor(Qt::white)) << x;
+    EXPECT_NE(picture.pixelColor(int(day.left()) + 40, int(day.center().y())), QColor(Qt::white));
+}
+
+TEST_F(InsightsLook, WhereThereIsRoomTheYearBeginsBesideTheNamesOfTheDays) {
+    view().appear();
+    EXPECT_EQ(test::placeOf(grid()).left(), placeOf(u"Mon"_s).left() + 30);
+    EXPECT_EQ(test::placeOf(grid()).size(), QSizeF(882, 117));
+}
+
 TEST_F(InsightsLook, TheFirstSwatchMatchesAPastDayAndNoFutureOne) {
     view().appear();
     const QRectF first = test::placeOf(*swatches().constFirst());
