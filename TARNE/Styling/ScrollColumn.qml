@@ -13,6 +13,8 @@ Flickable {
     property real horizontalPadding: 0
     property real topPadding: 0
     property real bottomPadding: 0
+    // Whether what has the focus is brought into view.
+    property bool revealsFocus: true
 
     readonly property Item focusedItem: Window.activeFocusItem
     // Of what has the focus and is written in, in its coordinates.
@@ -39,6 +41,8 @@ Flickable {
     }
 
     function revealSpan(top: real, bottom: real): void {
+        if (!view.revealsFocus)
+            return;
         if (top < view.contentY)
             view.contentY = Math.max(0, top - 8);
         else if (bottom > view.contentY + view.height)

@@ -31,4 +31,9 @@ QFont TypographySingleton::weighted(QFont font, int weight) {
     return font;
 }
 
+QFont TypographySingleton::struckOut(QFont font, bool isStruckOut) {
+    font.setStrikeOut(isStruckOut);
+    return font;
+}
+
 } // namespace tarne

@@ -152,7 +152,7 @@ public:
     static QFont systemTitle3() { return Tokens::system(15); }
     static QFont systemHeadline() { return Tokens::system(13, QFont::Bold); }
     static QFont systemBody() { return Tokens::system(13); }
-    static QFont systemCaption() { return Tokens::system(11); }
+    static QFont systemCaption() { return Tokens::system(10); }
 
     /// The system's font at `size` points and a weight such as `Font.Medium`.
     Q_INVOKABLE static QFont system(double size, int weight = QFont::Normal);
@@ -163,6 +163,8 @@ public:
     Q_INVOKABLE static QFont emoji(double size);
     /// `font` in another weight.
     Q_INVOKABLE static QFont weighted(QFont font, int weight);
+    /// `font` with a line through its text, or without.
+    Q_INVOKABLE static QFont struckOut(QFont font, bool isStruckOut);
 };
 
 /// `Layout` of QML: TARNEStyle::Layout. `padding` stands for all four sides.

@@ -9,6 +9,9 @@ SheetPanel {
 
     required property AddGoalSheet view
 
+    // It opens at its date, though the field at its end has the focus.
+    revealsFocus: field.isUsed
+
     focus: true
     implicitWidth: 650
     ownHeight: 800
@@ -78,6 +81,8 @@ SheetPanel {
             title: "Goal"
 
             GoalField {
+                id: field
+
                 width: parent.width
                 view: panel.view
             }

@@ -10,6 +10,8 @@ Item {
     required property AddGoalSheet view
 
     readonly property bool isFocused: editor.activeFocus
+    // Whether it was written in, or its caret moved, or the focus has been elsewhere.
+    property bool isUsed: false
 
     readonly property real verticalPadding: 16
     readonly property real ruleHeight: 2
@@ -86,7 +88,16 @@ Item {
                 cursorPosition = length;
             }
             onTextChanged: field.view.goalText = typed.text()
-            onActiveFocusChanged: field.view.isGoalTextFocused = activeFocus
+            onActiveFocusChanged: {
+                field.view.isGoalTextFocused = activeFocus;
+                if (!activeFocus)
+                    field.isUsed = true;
+            }
+            onPreeditTextChanged: field.isUsed = true
+            onCursorPositionChanged: {
+                if (activeFocus)
+                    field.isUsed = true;
+            }
             onCursorRectangleChanged: box.reveal(cursorRectangle)
             Keys.onTabPressed: nextItemInFocusChain(true).forceActiveFocus(Qt.TabFocusReason)
             Keys.onBacktabPressed: nextItemInFocusChain(false).forceActiveFocus(Qt.BacktabFocusReason)

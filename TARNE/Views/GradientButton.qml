@@ -17,7 +17,7 @@ PlainButton {
     background: Item {
         ShadowImage {
             anchors.fill: parent
-            color: Colors.withOpacity(Colors.hex("4F46E5"), 0.25)
+            color: Colors.withOpacity(Colors.hex("4F46E5"), 0.25 * button.wholeOpacity)
             cornerRadius: button.cornerRadius
             blurRadius: 8
             offsetY: 4
@@ -54,19 +54,31 @@ PlainButton {
         id: content
 
         anchors.centerIn: parent
-        spacing: 8
 
-        SymbolIcon {
+        // The symbol and the space behind it, which come and go together.
+        Item {
+            readonly property real fullWidth: icon.width + 8
+            // How much of it is there.
+            property real presence: button.isAvailable ? 1 : 0
+
             anchors.verticalCenter: parent.verticalCenter
-            visible: button.isAvailable
-            opacity: button.isAvailable ? 1 : 0
-            symbol: button.symbol
-            size: 14
-            weight: Font.DemiBold
-            color: Colors.white
+            width: fullWidth * presence
+            height: icon.height
+            visible: presence > 0
 
-            Behavior on opacity {
+            Behavior on presence {
                 EaseInOut { duration: 200 }
+            }
+
+            SymbolIcon {
+                id: icon
+
+                x: parent.width - parent.fullWidth
+                opacity: parent.presence
+                symbol: button.symbol
+                size: 14
+                weight: Font.DemiBold
+                color: Colors.white
             }
         }
         Text {

@@ -40,6 +40,7 @@ Column {
     }
     GradientButton {
         anchors.horizontalCenter: parent.horizontalCenter
+        ground: Colors.hex("FAFAFA")
         text: "Add Goal"
         symbol: "plus"
         horizontalPadding: 24

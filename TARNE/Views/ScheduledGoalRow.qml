@@ -81,9 +81,7 @@ Item {
                 text: row.goal
                 horizontalAlignment: Text.AlignLeft
                 wrapMode: Text.Wrap
-                font.family: Typography.system(16).family
-                font.pixelSize: 16
-                font.strikeout: row.isCompleted
+                font: Typography.struckOut(Typography.system(16), row.isCompleted)
                 color: Colors.hex(row.isCompleted ? "6B7280" : "1F2937")
             }
             Row {

@@ -74,7 +74,7 @@ TEST(EditReflectionScreen, HasItsSizeItsTextsAndTheirLook) {
     EXPECT_EQ(edited.ui.root()->property("ownHeight").toDouble(), 300);
     test::expectLook(edited.ui, u"Edit Reflection"_s, Type::system(17, QFont::DemiBold),
                      TARNEStyle::Colors::primaryText);
-    test::expectLook(edited.ui, u"Monday, March 2, 2026 at 12:00 PM"_s, Type::system(11),
+    test::expectLook(edited.ui, u"Monday, March 2, 2026 at 12:00 PM"_s, Type::system(10),
                      SystemColors::secondaryLabel);
     test::expectLook(edited.ui, prompt, Type::system(13, QFont::Bold),
                      TARNEStyle::Colors::primaryText);

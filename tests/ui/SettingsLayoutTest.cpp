@@ -100,7 +100,7 @@ TEST_F(SettingsLayout, WritesInItsFontsAndColours) {
     expectLook(ui(), u"Server Stopped"_s, Fonts::system(14, QFont::Medium), Colors::primaryText);
     expectLook(ui(), u"API Key"_s, Fonts::system(14, QFont::Medium), Colors::primaryText);
     for (const QString &note : QStringList{fixedText, keyNote} + aboutTexts)
-        expectLook(ui(), note, Fonts::system(11), SystemColors::secondaryLabel);
+        expectLook(ui(), note, Fonts::system(10), SystemColors::secondaryLabel);
 }
 
 TEST_F(SettingsLayout, TheLampIsEightByEightAndGreenWhileTheServerRuns) {
@@ -126,7 +126,7 @@ TEST_F(SettingsLayout, TheServersErrorStandsInRedSmallPrintBelowTheStatus) {
     bundle.files.clear();
     manager->startServer();
     const QString error = u"Server binary not found in app bundle or project root"_s;
-    expectLook(ui(), error, Fonts::system(11), SystemColors::red);
+    expectLook(ui(), error, Fonts::system(10), SystemColors::red);
     EXPECT_EQ(probe().item(error).property("topPadding"), 4);
     EXPECT_EQ(probe().place(error), row(u"Server Status"_s, 1));
     EXPECT_EQ(probe().place(error).top(), row(u"Server Status"_s, 0).bottom() + 12);

@@ -1,3 +1,4 @@
+#include "AnimationClock.h"
 #include "ScheduleLook.h"
 #include "ScheduleScreenFixture.h"
 
@@ -147,6 +148,38 @@ TEST_F(TheAddGoalSheetsLook, TheScheduleButtonGetsItsGradientAndShadowInAFifthOf
     }
     EXPECT_TRUE(ui().waitUntil([&] { return shown() == std::pair(1.0, 1.0); }));
     expectGradient(u"Schedule Goal"_s, 12);
+}
+
+TEST_F(TheAddGoalSheetsLook, TheScheduleButtonsTextMakesRoomForItsSymbolWhichFadesBothWays) {
+    test::AnimationClock animations;
+    const auto left = [this] { return place(textOfButton(u"Schedule Goal"_s)).left(); };
+    const auto symbol = [this] { return symbolsIn(&button(u"Schedule Goal"_s)); };
+    const auto pass = [&](int milliseconds) {
+        animations.pass(milliseconds);
+        (void)ui().picture();
+    };
+    const double alone = left();
+    ui().type(u"a"_s);
+    (void)ui().picture();
+    EXPECT_NEAR(left(), alone, 0.5) << "in the first frame";
+    pass(100);
+    EXPECT_NEAR(left(), alone + 5.5, 1);
+    ASSERT_EQ(symbol().size(), 1U);
+    EXPECT_NEAR(symbol().front()->opacity(), 0.5, 0.01);
+    pass(100);
+    EXPECT_NEAR(left(), alone + 11, 0.5);
+    EXPECT_EQ(symbol().front()->opacity(), 1);
+    EXPECT_EQ(left(), placeOf(*symbol().front()).right() + 8);
+    ui().key(Qt::Key_Backspace);
+    (void)ui().picture();
+    EXPECT_NEAR(left(), alone + 11, 0.5) << "in the first frame back";
+    ASSERT_EQ(symbol().size(), 1U);
+    pass(100);
+    ASSERT_EQ(symbol().size(), 1U);
+    EXPECT_NEAR(symbol().front()->opacity(), 0.5, 0.01);
+    pass(100);
+    EXPECT_EQ(symbol().size(), 0U);
+    EXPECT_NEAR(left(), alone, 0.5);
 }
 
 TEST_F(TheAddGoalSheetsLook, TheRuleUnderTheFieldChangesInAFifthOfASecond) {

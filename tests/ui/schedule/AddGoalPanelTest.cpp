@@ -1,4 +1,5 @@
 #include "ScheduleScreenFixture.h"
+#include "TextLook.h"
 
 namespace tarne::test {
 namespace {
@@ -180,6 +181,30 @@ TEST_F(TheAddGoalSheet, FitsIntoALowWindow) {
     ui().type(u"Write"_s);
     click(u"Schedule Goal"_s);
     EXPECT_FALSE(hasSheet());
+}
+
+TEST_F(TheAddGoalSheet, OpensAtItsDateAndGoesToTheFieldWithTheFirstKey) {
+    for (const Qt::Key key : {Qt::Key_A, Qt::Key_Left}) {
+        m_size = QSize(900, 700);
+        openSheet();
+        (void)ui().picture();
+        const QRectF date = placeOf(*ui().find(u"Date"_s, QAccessible::StaticText));
+        const QRectF head = placeOf(*ui().find(u"Schedule a focus session"_s));
+        const QRectF foot = placeOf(*ui().find(u"Cancel"_s));
+        EXPECT_GT(date.top(), head.bottom());
+        EXPECT_EQ(ui().view().activeFocusItem(), goalField());
+        EXPECT_GT(placeOf(*goalField()).bottom(), foot.top()) << "there is more than has room";
+        if (key == Qt::Key_A)
+            ui().type(u"ab"_s);
+        else
+            ui().key(key);
+        EXPECT_TRUE(ui().waitUntil([&] {
+            const QRectF caret =
+                goalField()->mapRectToScene(goalField()->property("cursorRectangle").toRectF());
+            return caret.bottom() <= foot.top() - 24;
+        }));
+        click(u"Cancel"_s);
+    }
 }
 
 TEST_F(TheAddGoalSheet, ReturnsTheFocusToTheButtonThatOpenedIt) {

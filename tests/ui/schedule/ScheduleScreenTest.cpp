@@ -66,6 +66,24 @@ TEST_F(ScheduleScreen, AGoalsTextIsNeverMarkup) {
     EXPECT_EQ(text->property("textFormat").toInt(), 0); // Text.PlainText
 }
 
+TEST_F(ScheduleScreen, EmojiInAGoalKeepTheirColours) {
+    add(2, 14, u"Sun ☀️ and watch ⏱️"_s);
+    const QQuickItem *const goal = ui().find(u"Sun ☀️ and watch ⏱️"_s);
+    ASSERT_TRUE(goal);
+    const QPointF corner = goal->mapToScene(QPointF());
+    const QImage line = ui().picture()
+                            .copy(QRectF(corner, goal->size()).toRect())
+                            .convertToFormat(QImage::Format_RGB32);
+    int coloured = 0;
+    for (int y = 0; y < line.height(); ++y) {
+        for (int x = 0; x < line.width(); ++x) {
+            const QColor seen = line.pixelColor(x, y);
+            coloured += seen.saturation() > 100 && seen.value() > 150 ? 1 : 0;
+        }
+    }
+    EXPECT_GT(coloured, 30);
+}
+
 TEST_F(ScheduleScreen, ATextOfAHundredKilobytesIsShown) {
     const QString text = u"long text "_s.repeated(10'000);
     add(2, 14, text);
