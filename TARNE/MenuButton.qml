@@ -13,7 +13,7 @@ IconButton {
 
     symbol: "line.3.horizontal"
     accessibleLabel: "Menu"
-    size: 18
+    size: 17
     hasPointingHand: false
     onClicked: menu.opened ? menu.close() : menu.open()
 

@@ -25,6 +25,7 @@ Item {
         onUpdateCheckRequested: strip.updateCheck.checkForUpdates()
         onQuitRequested: strip.app.quit()
     }
+    // An odd size puts the line of the one on whole pixels.
     Row {
         anchors.right: parent.right
         anchors.rightMargin: 12
@@ -33,12 +34,14 @@ Item {
 
         IconButton {
             symbol: "minus"
+            size: 15
             accessibleLabel: "Minimize window"
             hasPointingHand: false
             onClicked: strip.window.showMinimized()
         }
         IconButton {
             symbol: "xmark"
+            size: 15
             accessibleLabel: "Close window"
             hasPointingHand: false
             onClicked: strip.window.close()

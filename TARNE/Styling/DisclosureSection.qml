@@ -13,8 +13,11 @@ Column {
     property bool isExpanded: false
     property real contentLeading: 24
 
-    spacing: isExpanded ? 8 : 0
+    FontMetrics {
+        id: line
 
+        font: Typography.system(13, Font.Medium)
+    }
     PlainButton {
         id: row
 
@@ -25,7 +28,7 @@ Column {
         Accessible.checked: section.isExpanded
 
         contentItem: Item {
-            implicitHeight: 18
+            implicitHeight: Math.ceil(line.height)
 
             Item {
                 width: 16
@@ -43,7 +46,7 @@ Column {
                 x: 24
                 anchors.verticalCenter: parent.verticalCenter
                 text: section.title
-                font: Typography.system(13, Font.Medium)
+                font: line.font
                 color: Colors.label
             }
             SymbolIcon {
@@ -59,7 +62,8 @@ Column {
     Item {
         x: section.contentLeading
         width: section.width - section.contentLeading
-        height: slot.implicitHeight * openness
+        // With the space above it, so that nothing jumps when it begins to open.
+        height: (8 + slot.implicitHeight) * openness
         clip: openness < 1
         visible: section.isExpanded || openness > 0
 

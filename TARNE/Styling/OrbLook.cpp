@@ -61,7 +61,8 @@ void OrbPulse::start() {
 }
 
 void OrbPulse::stop(double seconds) {
-    if (m_state != State::Pulsing)
+    if (m_state == State::Resting ||
+        (m_state == State::Settling && seconds >= m_settlingTime - m_elapsed))
         return;
     m_from = scale();
     m_elapsed = 0;

@@ -26,7 +26,8 @@ class OrbPulse {
 public:
     /// Swells over 2 seconds and shrinks again, for ever. Already swelling, it goes on.
     void start();
-    /// Goes back to 1.0 over `seconds`, slowing down.
+    /// Goes back to 1.0 over `seconds`, slowing down; stopped again on its way, at the earlier of
+    /// the two times.
     void stop(double seconds);
     void advance(double seconds);
 

@@ -12,11 +12,15 @@ T.AbstractButton {
     // Whether the pointer becomes a hand while over it.
     property bool hasPointingHand: true
     property real cornerRadius: 6
+    // What the button lies on, where it has a background of its own.
+    property color ground: Colors.white
+
+    readonly property real wholeOpacity: down ? 0.6 : 1
 
     implicitWidth: Math.max(implicitBackgroundWidth, implicitContentWidth + leftPadding + rightPadding)
     implicitHeight: Math.max(implicitBackgroundHeight, implicitContentHeight + topPadding + bottomPadding)
     focusPolicy: Qt.TabFocus
-    opacity: down ? 0.6 : 1
+    opacity: background ? 1 : wholeOpacity
     Accessible.name: text
     // Space presses already. A key that is held presses once.
     Keys.onReturnPressed: event => {
@@ -34,6 +38,11 @@ T.AbstractButton {
 
     HoverHandler {
         cursorShape: button.enabled && button.hasPointingHand ? Qt.PointingHandCursor : Qt.ArrowCursor
+    }
+    GroundVeil {
+        ground: button.ground
+        radius: button.cornerRadius
+        wholeOpacity: button.background ? button.wholeOpacity : 1
     }
     FocusRing {
         isShown: button.visualFocus

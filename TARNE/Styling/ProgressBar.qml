@@ -17,12 +17,12 @@ Item {
     // The platform's tools get no value of a progress bar, so it is told in words.
     Accessible.description: Math.round(value * 100) + " %"
 
-    Rectangle {
+    RoundedBox {
         anchors.fill: parent
         radius: height / 2
         color: Colors.quaternaryLabel
     }
-    Rectangle {
+    RoundedBox {
         width: Math.max(0, Math.min(1, bar.value)) * bar.width
         height: parent.height
         radius: height / 2

@@ -2,6 +2,7 @@
 
 #include <QPainter>
 #include <QPainterPath>
+#include <QQuickWindow>
 
 namespace tarne {
 
@@ -30,14 +31,19 @@ void RoundedBox::setRadius(double radius) {
     assign(m_radius, radius);
 }
 
+QRectF RoundedBox::pictureRect() const {
+    const double ratio = window() ? window()->effectiveDevicePixelRatio() : 1.0;
+    return {QPointF(), QSizeF((size() * ratio).toSize()) / ratio};
+}
+
 QImage RoundedBox::paintPicture(double devicePixelRatio) {
-    QImage image((size() * devicePixelRatio).toSize(), QImage::Format_ARGB32_Premultiplied);
+    const QRectF box = pictureRect();
+    QImage image((box.size() * devicePixelRatio).toSize(), QImage::Format_ARGB32_Premultiplied);
     image.fill(Qt::transparent);
     image.setDevicePixelRatio(devicePixelRatio);
     QPainter painter(&image);
     painter.setRenderHint(QPainter::Antialiasing);
 
-    const QRectF box = boundingRect();
     const double radius = std::min({m_radius, box.width() / 2, box.height() / 2});
     QBrush fill(m_color);
     if (m_bottomColor.isValid()) {

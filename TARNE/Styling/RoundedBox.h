@@ -8,7 +8,11 @@ namespace tarne {
 
 /// A rounded rectangle or, with a radius of half its side, a circle, filled plainly or with a
 /// vertical gradient and outlined inside its edge. In place of Rectangle where something scales or
-/// fades: the software scene graph draws the corners of a scaled Rectangle with jags.
+/// fades, or where it is only a few points high: the software scene graph draws the corners of a
+/// scaled Rectangle with jags, and those of a small one out of place where a point is not a whole
+/// number of pixels.
+///
+/// It is drawn in whole pixels: half a pixel at its right or lower edge would halve the outline.
 class RoundedBox : public tarne::TextureItem {
     Q_OBJECT
     QML_ELEMENT
@@ -37,6 +41,7 @@ Q_SIGNALS:
 
 protected:
     QImage paintPicture(double devicePixelRatio) override;
+    [[nodiscard]] QRectF pictureRect() const override;
 
 private:
     template <typename Value>

@@ -12,6 +12,7 @@ FocusScope {
     property Item header: null
     property Item footer: null
     default property alias body: scroll.content
+    property alias revealsFocus: scroll.revealsFocus
 
     property bool hasDragIndicator: false
     property color color: Colors.regularMaterial
@@ -64,7 +65,7 @@ FocusScope {
         height: panel.footerHeight
         children: panel.footer ? [panel.footer] : []
     }
-    Rectangle {
+    RoundedBox {
         anchors.horizontalCenter: parent.horizontalCenter
         y: 5
         visible: panel.hasDragIndicator

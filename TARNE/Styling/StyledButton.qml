@@ -16,16 +16,20 @@ T.AbstractButton {
     property Item label: null
     // How long another look takes to come, in milliseconds.
     property int lookDuration: 0
+    // What the button lies on.
+    property color ground: Colors.background
+    // The look's opacity, on its way to another.
+    property real wholeOpacity: look.opacity
 
     readonly property buttonLook look: button.buttonStyle.render(button.down)
 
-    implicitWidth: Math.max(minimumWidth, implicitContentWidth + leftPadding + rightPadding)
+    // Whole points, so that what stands beside it is drawn on whole pixels as well.
+    implicitWidth: Math.max(minimumWidth, Math.ceil(implicitContentWidth) + leftPadding + rightPadding)
     implicitHeight: implicitContentHeight + topPadding + bottomPadding
     horizontalPadding: look.horizontalPadding
     verticalPadding: look.verticalPadding
     focusPolicy: Qt.TabFocus
     font: Typography.button
-    opacity: look.opacity
     Accessible.name: text
     // Space presses already. A key that is held presses once.
     Keys.onReturnPressed: event => {
@@ -41,8 +45,13 @@ T.AbstractButton {
             button.clicked();
     }
 
-    Behavior on opacity {
+    Behavior on wholeOpacity {
         EaseInOut { duration: 200 }
+    }
+    GroundVeil {
+        ground: button.ground
+        radius: button.look.cornerRadius
+        wholeOpacity: button.wholeOpacity
     }
 
     HoverHandler {

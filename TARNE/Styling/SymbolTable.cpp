@@ -10,6 +10,7 @@ using namespace Qt::StringLiterals;
 
 // Every file named here is embedded by symbols.cmake, which reads this table.
 constexpr std::array outlines{
+    SymbolOutline{"arrow.clockwise"_L1, "arrow-clockwise"_L1},
     SymbolOutline{"arrow.right"_L1, "arrow-right"_L1},
     SymbolOutline{"bell.fill"_L1, "bell-fill"_L1},
     SymbolOutline{"book.closed"_L1, "journal"_L1},
@@ -37,7 +38,8 @@ constexpr std::array outlines{
     SymbolOutline{"gear"_L1, "gear"_L1},
     SymbolOutline{"heart.fill"_L1, "heart-fill"_L1},
     SymbolOutline{"lightbulb.fill"_L1, "lightbulb-fill"_L1},
-    SymbolOutline{"line.3.horizontal"_L1, "list"_L1},
+    // At 17 points a unit of the grid is a point, and the three lines lie on whole pixels.
+    SymbolOutline{"line.3.horizontal"_L1, "list"_L1, {}, {}, 16.0 / 17},
     SymbolOutline{"link"_L1, "link-45deg"_L1},
     SymbolOutline{"magnifyingglass"_L1, "search"_L1},
     SymbolOutline{"minus"_L1, "dash-lg"_L1},

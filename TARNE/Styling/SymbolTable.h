@@ -14,7 +14,7 @@ struct SymbolOutline {
     QLatin1StringView file;
     QLatin1StringView enclosing = {};
     QLatin1StringView sign = {};
-    /// How much larger than on the package's grid it is drawn, where it fills little of that.
+    /// How much larger than on the package's grid it is drawn, where that suits it better.
     double zoom = 1;
 };
 

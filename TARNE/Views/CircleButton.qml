@@ -27,6 +27,7 @@ Item {
     PlainButton {
         anchors.fill: parent
         enabled: circle.isReady
+        ground: Colors.regularMaterial
         cornerRadius: width / 2
         text: circle.text
         onClicked: circle.clicked()

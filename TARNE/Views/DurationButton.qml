@@ -20,11 +20,20 @@ StyledButton {
         EaseInOut { duration: 200 }
     }
 
+    FontMetrics {
+        id: selectedLine
+
+        font: Typography.weighted(Typography.bodyLarge, Font.Bold)
+    }
+
     label: Column {
         anchors.centerIn: parent
 
+        // As high in either font, so that all presets of a row stand at the same height.
         Text {
             anchors.horizontalCenter: parent.horizontalCenter
+            height: Math.ceil(selectedLine.height)
+            verticalAlignment: Text.AlignVCenter
             text: button.minutes
             font: button.isSelected ? Typography.weighted(Typography.bodyLarge, Font.Bold)
                                     : Typography.body
@@ -53,7 +62,7 @@ StyledButton {
     Item {
         z: -2
         anchors.fill: parent
-        opacity: button.isSelected ? 1 : 0
+        opacity: button.isSelected ? button.look.opacity : 0
 
         Behavior on opacity {
             EaseInOut { duration: 200 }

@@ -22,6 +22,7 @@ Rectangle {
         horizontalPadding: 16
         verticalPadding: 10
         cornerRadius: 8
+        ground: footer.color
         text: "Save & Share"
         onClicked: footer.view.saveAndShareFeedback()
 
@@ -58,6 +59,7 @@ Rectangle {
         anchors.verticalCenter: parent.verticalCenter
         verticalPadding: 12
         cornerRadius: 8
+        ground: footer.color
         text: "Finish session"
         onClicked: footer.view.finishSession()
 

@@ -2,6 +2,7 @@
 #include "ItemLook.h"
 #include "LayoutProbe.h"
 #include "MainWindow.h"
+#include "TARNEStyle.h"
 #include "UiDriver.h"
 #include "UpdateCheck.h"
 #include "Workspace.h"
@@ -9,6 +10,8 @@
 #include <QQmlEngine>
 #include <QSignalSpy>
 #include <QtQml/QQmlExtensionPlugin>
+
+#include <map>
 
 Q_IMPORT_QML_PLUGIN(TARNEPlugin)
 Q_IMPORT_QML_PLUGIN(TARNE_StylingPlugin)
@@ -53,6 +56,54 @@ protected:
     bool isSelected(const QString &tab) { return ui().accessible(tab)->state().selected; }
     QString keysOf(const QString &entry) {
         return ui().find(entry, QAccessible::MenuItem)->property("keys").toString();
+    }
+
+    /// A session a day, whose cards are from one line to two windows high.
+    void storeUnevenHistory() {
+        ui();
+        std::vector<SessionHistoryEntry> entries;
+        for (int day = 0; day < 60; ++day) {
+            entries.push_back(
+                {.sessionDate = time.now() - day * 86400.0,
+                 .goals = {{.text = u"goal %1"_s.arg(day)}},
+                 .suggestions = day % 3 == 0 ? u"advice %1"_s.arg(day) : QString(),
+                 .reflection = u"a line\n"_s.repeated(day % 7 == 3 ? 80 : day * 5 % 11)});
+        }
+        content().sessionViewModel().saveSessionHistory(entries);
+    }
+    void showHistory() {
+        ASSERT_TRUE(ui().click(u"History"_s, QAccessible::PageTab));
+        ASSERT_TRUE(ui().waitUntil([&] { return isAtRest(2) && ui().has(u"Session History"_s); }));
+    }
+    void showTimer() {
+        ASSERT_TRUE(ui().click(u"Timer"_s, QAccessible::PageTab));
+        ASSERT_TRUE(ui().waitUntil([&] { return isAtRest(0) && !ui().has(u"Session History"_s); }));
+    }
+    /// Whether a tab's page has come in as a whole.
+    bool isAtRest(int tab) {
+        const auto *const page = ui().root()->findChild<QQuickItem *>(u"tab-%1"_s.arg(tab));
+        return page->x() == 0 && page->opacity() == 1;
+    }
+    void readOn(int pages) {
+        ui().find(u"Session History"_s, QAccessible::List)->forceActiveFocus();
+        for (int page = 0; page < pages; ++page)
+            ui().key(Qt::Key_PageDown);
+        for (int line = 0; line < 3; ++line)
+            ui().key(Qt::Key_Down);
+        (void)ui().picture();
+    }
+    /// The goals of the history that the window shows, and how far down they stand in it.
+    std::map<QString, double> goalsInSight() {
+        (void)ui().picture();
+        std::map<QString, double> places;
+        for (const QString &name : ui().names(QAccessible::StaticText)) {
+            if (!name.startsWith(u"goal "_s) && name != u"finished meanwhile"_s)
+                continue;
+            const double top = test::LayoutProbe(ui()).place(name).top();
+            if (top > 0 && top < 700)
+                places[name] = top;
+        }
+        return places;
     }
 
     QQmlEngine engine;
@@ -138,6 +189,51 @@ TEST_F(ShellScreen, TheInsightsAndTheHistoryAreTabs) {
     EXPECT_TRUE(ui().has(u"Complete project proposal"_s));
 }
 
+TEST_F(ShellScreen, TheHistoryIsWhereItsReaderLeftItWhenItsTabIsShownAgain) {
+    storeUnevenHistory();
+    showHistory();
+    readOn(8);
+    const auto left = goalsInSight();
+    ASSERT_GT(left.size(), 1U);
+    for (int visit = 0; visit < 3; ++visit) {
+        showTimer();
+        showHistory();
+        EXPECT_EQ(goalsInSight(), left) << "at return " << visit + 1;
+    }
+}
+
+TEST_F(ShellScreen, TheHistorysReaderKeepsTheirPlaceWhereASessionWasFinishedMeanwhile) {
+    storeUnevenHistory();
+    showHistory();
+    readOn(8);
+    auto left = goalsInSight();
+    showTimer();
+    content().sessionViewModel().saveSessionToHistory(
+        {.goals = {{.text = u"finished meanwhile"_s}}, .endTime = time.now() + 1});
+    showHistory();
+    EXPECT_EQ(goalsInSight(), left);
+}
+
+TEST_F(ShellScreen, AtTheTopOfTheHistoryASessionThatWasFinishedMeanwhileIsInSight) {
+    storeUnevenHistory();
+    showHistory();
+    showTimer();
+    content().sessionViewModel().saveSessionToHistory(
+        {.goals = {{.text = u"finished meanwhile"_s}}, .endTime = time.now() + 1});
+    showHistory();
+    EXPECT_TRUE(goalsInSight().contains(u"finished meanwhile"_s));
+}
+
+TEST_F(ShellScreen, ACoachingTextIsStillOpenWhenTheTabIsShownAgain) {
+    storeUnevenHistory();
+    showHistory();
+    ASSERT_TRUE(ui().click(u"Suggestions"_s, QAccessible::Button));
+    ASSERT_TRUE(ui().waitUntil([&] { return ui().has(u"advice 0"_s); }));
+    showTimer();
+    showHistory();
+    EXPECT_TRUE(ui().has(u"advice 0"_s));
+}
+
 TEST_F(ShellScreen, TheArrowKeysMoveBetweenTheTabs) {
     while (ui().focusedName() != u"Timer"_s)
         ui().tab();
@@ -178,6 +274,29 @@ TEST_F(ShellScreen, TheMenuShowsTheKeysOfItsEntries) {
     EXPECT_EQ(keysOf(u"Check for Updates..."_s), QString());
     EXPECT_EQ(keysOf(u"Quit TARNE"_s), u"Ctrl+Q"_s);
     EXPECT_TRUE(test::LayoutProbe(ui()).text(u"Ctrl+N"_s).isVisible());
+}
+
+TEST_F(ShellScreen, TheLinesOfTheTitleStripsSymbolsLieOnWholePixels) {
+    const QImage picture = ui().picture();
+    // The rows of a symbol that are drawn in its middle column, each with its strength.
+    const auto linesOf = [&](const QString &name) {
+        const QRectF place = test::LayoutProbe::place(*ui().find(name, QAccessible::Button));
+        std::vector<int> lines;
+        for (int y = int(place.top()); y < int(place.bottom()); ++y) {
+            const int darkness = 255 - picture.pixelColor(int(place.center().x()), y).red();
+            if (darkness > 8)
+                lines.push_back(darkness);
+        }
+        return lines;
+    };
+    const int full = SystemColors::secondaryLabel.alpha();
+    for (const auto &[name, count] :
+         {std::pair(u"Menu"_s, std::size_t(3)), std::pair(u"Minimize window"_s, std::size_t(1))}) {
+        const std::vector<int> lines = linesOf(name);
+        EXPECT_EQ(lines.size(), count) << qPrintable(name);
+        for (const int darkness : lines)
+            EXPECT_GT(darkness, full * 0.85) << qPrintable(name);
+    }
 }
 
 TEST_F(ShellScreen, ASecondPressOnTheMenuButtonClosesTheMenu) {

@@ -116,15 +116,21 @@ TEST(OrbPulse, StartedWhileComingToRestItSwingsBackToOneAllTheSame) {
     EXPECT_THAT(pulse.scale(), DoubleNear(1.025, 1e-3));
 }
 
-TEST(OrbPulse, StoppedTwiceItKeepsTheFirstPace) {
-    OrbPulse pulse;
-    pulse.start();
-    pulse.advance(2);
-    pulse.stop(0.3);
-    pulse.advance(0.2);
-    pulse.stop(0.5);
-    pulse.advance(0.1);
-    EXPECT_FALSE(pulse.isMoving());
+TEST(OrbPulse, StoppedTwiceItComesToRestAtTheEarlierOfTheTwoTimes) {
+    for (const auto &[first, second] : {std::pair(0.3, 0.5), std::pair(0.5, 0.1)}) {
+        OrbPulse pulse;
+        pulse.start();
+        pulse.advance(2);
+        pulse.stop(first);
+        pulse.advance(0.2);
+        const double before = pulse.scale();
+        pulse.stop(second);
+        EXPECT_EQ(pulse.scale(), before);
+        pulse.advance(0.09);
+        EXPECT_TRUE(pulse.isMoving());
+        pulse.advance(0.02);
+        EXPECT_FALSE(pulse.isMoving());
+    }
 }
 
 } // namespace

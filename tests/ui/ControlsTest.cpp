@@ -130,7 +130,7 @@ TEST(StyledButton, TakesItsLookByAConditionAtRunTime) {
     EXPECT_EQ(ui.picture().pixelColor(inside), QColor(Qt::white));
     EXPECT_TRUE(ui.click(u"Go"_s));
     QQuickItem *const button = ui.find(u"Go"_s);
-    EXPECT_TRUE(ui.waitUntil([&] { return button->opacity() == 1.0; }));
+    EXPECT_TRUE(ui.waitUntil([&] { return button->property("wholeOpacity") == 1.0; }));
     EXPECT_EQ(ui.picture().pixelColor(inside), QColor(0, 0x7A, 0xFF));
 }
 

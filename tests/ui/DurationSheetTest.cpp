@@ -84,6 +84,32 @@ TEST_F(DurationSheetTest, MarksTheSelectedPreset) {
     EXPECT_TRUE(ui().waitUntil([&] { return item(u"25 min"_s).scale() == 1.0; }));
 }
 
+TEST_F(DurationSheetTest, TheSelectedPresetStandsAsFarAboveItsNeighboursAsBelow) {
+    openDurationSheet();
+    for (const QString &selected : {u"25 min"_s, u"60 min"_s}) {
+        ASSERT_TRUE(ui().click(selected));
+        ASSERT_TRUE(ui().waitUntil(
+            [&] { return item(selected).scale() == 1.05 && item(u"15 min"_s).scale() == 1.0; }));
+        const QRectF large = LayoutProbe::place(item(selected));
+        const QRectF small = LayoutProbe::place(item(u"15 min"_s));
+        EXPECT_GT(small.top() - large.top(), 0.5);
+        EXPECT_NEAR(small.top() - large.top(), large.bottom() - small.bottom(), 0.01);
+        EXPECT_EQ(small.top(), std::round(small.top()));
+        EXPECT_EQ(small.bottom(), std::round(small.bottom()));
+    }
+}
+
+TEST_F(DurationSheetTest, TheRowOfPresetsKeepsItsHeightWhateverIsSelected) {
+    openCustomRow();
+    const double before = item(u"15 min"_s).parentItem()->height();
+    ASSERT_TRUE(ui().click(u"5-180"_s));
+    ui().type(u"33"_s);
+    ASSERT_TRUE(ui().click(u"Set"_s));
+    EXPECT_FALSE(isSelected(u"25 min"_s));
+    (void)ui().picture();
+    EXPECT_EQ(item(u"15 min"_s).parentItem()->height(), before);
+}
+
 TEST_F(DurationSheetTest, ShowsTheRowForACustomLength) {
     openCustomRow();
     EXPECT_TRUE(ui().has(u"5-180"_s, QAccessible::EditableText));

@@ -76,6 +76,25 @@ TEST_F(GlowingOrbViewTest, ComesToRestOverThreeTenthsOfASecondInAPauseAndHalfASe
     EXPECT_NEAR(secondsToRest(ui, [&] { orb(ui)->setPaused(true); }), 0.3, secondsAFrame);
     orb(ui)->setPaused(false);
     EXPECT_NEAR(secondsToRest(ui, [&] { orb(ui)->setActive(false); }), 0.5, secondsAFrame);
+    // A pause of a session changes both, in either order.
+    const auto resume = [&] {
+        orb(ui)->setPaused(false);
+        orb(ui)->setActive(true);
+    };
+    resume();
+    EXPECT_NEAR(secondsToRest(ui,
+                              [&] {
+                                  orb(ui)->setActive(false);
+                                  orb(ui)->setPaused(true);
+                              }),
+                0.3, secondsAFrame);
+    resume();
+    EXPECT_NEAR(secondsToRest(ui,
+                              [&] {
+                                  orb(ui)->setPaused(true);
+                                  orb(ui)->setActive(false);
+                              }),
+                0.3, secondsAFrame);
 }
 
 TEST_F(GlowingOrbViewTest, EndingThePausePulsesOnlyWhileActive) {

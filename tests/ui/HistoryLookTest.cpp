@@ -1,3 +1,4 @@
+#include "AnimationClock.h"
 #include "HistoryScreenFixture.h"
 #include "ItemLook.h"
 #include "TARNEStyle.h"
@@ -117,16 +118,16 @@ TEST_F(HistoryLook, EveryTextOfACardHasItsFontAndColour) {
     showSessions();
     using Type = TARNEStyle::Typography;
     expectLook(screen(), u"Today"_s, Type::system(15, QFont::DemiBold), label);
-    expectLook(screen(), u"2 entries"_s, Type::system(11), secondary);
-    expectLook(screen(), u"12:00 PM"_s, Type::system(11), secondary);
-    expectLook(screen(), u"1/4"_s, Type::system(11, QFont::Medium), secondary);
+    expectLook(screen(), u"2 entries"_s, Type::system(10), secondary);
+    expectLook(screen(), u"12:00 PM"_s, Type::system(10), secondary);
+    expectLook(screen(), u"1/4"_s, Type::system(10, QFont::Medium), secondary);
     expectLook(screen(), u"done"_s, Type::system(14), label);
     for (const QString &title : {u"Overall Assessment"_s, u"Patterns Observed"_s, u"Suggestions"_s,
                                  u"Motivation"_s, u"Your Reflection"_s})
         expectLook(screen(), title, Type::system(13, QFont::Medium), label);
     expectLook(screen(), u"my words"_s, Type::system(13), label);
     expectLook(screen(), u"No reflection provided"_s, Type::system(13), secondary);
-    expectLook(screen(), u"25 min"_s, Type::system(11), secondary);
+    expectLook(screen(), u"25 min"_s, Type::system(10), secondary);
     ASSERT_TRUE(screen().click(u"Suggestions"_s, QAccessible::Button));
     expectLook(screen(), u"suggested"_s, Type::system(13), label);
     for (const QString &several : {u"suggested"_s, u"my words"_s, u"No reflection provided"_s})
@@ -171,18 +172,47 @@ TEST_F(HistoryLook, ACoachingTextFadesInAndMovesFromTheTopInAFifthOfASecond) {
     const QQuickItem &content = *text(u"motive"_s).parentItem();
     const QQuickItem &frame = *content.parentItem();
     EXPECT_LT(content.opacity(), 1);
-    EXPECT_LT(content.y(), 0);
+    EXPECT_LT(content.y(), 8);
     EXPECT_TRUE(frame.clip());
     const auto [duration, easing] = test::animationOf(frame);
     EXPECT_EQ(duration, 200);
     EXPECT_NEAR(easing.valueForProgress(0.25), 0.129, 0.01); // In and out
     EXPECT_NEAR(easing.valueForProgress(0.75), 0.871, 0.01);
-    EXPECT_TRUE(screen().waitUntil([&] { return content.opacity() == 1 && content.y() == 0; }));
+    EXPECT_TRUE(screen().waitUntil([&] { return content.opacity() == 1 && content.y() == 8; }));
     const QRectF button = test::placeOf(*screen().find(u"Motivation"_s, QAccessible::Button));
     EXPECT_EQ(placeOf(u"motive"_s).topLeft(), QPointF(56, button.bottom() + 8));
     ASSERT_TRUE(screen().click(u"Motivation"_s, QAccessible::Button));
     EXPECT_TRUE(screen().has(u"motive"_s));
     EXPECT_TRUE(screen().waitUntil([&] { return !screen().has(u"motive"_s); }));
+}
+
+TEST_F(HistoryLook, ACoachingTextMakesRoomForItselfWithoutAJump) {
+    showSessions();
+    test::AnimationClock animations;
+    const auto below = [this] { return placeOf(u"Your Reflection"_s).top(); };
+    const double closed = below();
+    ASSERT_TRUE(screen().click(u"Motivation"_s, QAccessible::Button));
+    (void)screen().picture();
+    EXPECT_EQ(below(), closed) << "in the first frame";
+    const double whole = 8 + text(u"motive"_s).height();
+    animations.pass(100);
+    (void)screen().picture();
+    EXPECT_NEAR(below(), closed + whole / 2, 1);
+    animations.pass(100);
+    (void)screen().picture();
+    EXPECT_EQ(below(), closed + whole);
+    ASSERT_TRUE(screen().click(u"Motivation"_s, QAccessible::Button));
+    (void)screen().picture();
+    EXPECT_EQ(below(), closed + whole) << "in the first frame back";
+    animations.pass(200);
+    (void)screen().picture();
+    EXPECT_EQ(below(), closed);
+}
+
+TEST_F(HistoryLook, ACoachingTextsRowIsAsHighAsItsTitleAsTheReflectionsIs) {
+    showSessions();
+    EXPECT_EQ(screen().find(u"Motivation"_s, QAccessible::Button)->height(), 16);
+    EXPECT_EQ(text(u"Your Reflection"_s).height(), 16);
 }
 
 TEST_F(HistoryLook, ACardLiesOnARoundedGroundWithAThinOutline) {

@@ -26,25 +26,72 @@ protected:
     }
 };
 
-TEST_P(ButtonStyleLooks, StepsBackWhilePressedAndReturnsOverTwoTenthsOfASecondEasedInAndOut) {
-    UiDriver ui(button({}));
+TEST_P(ButtonStyleLooks, StepsBackAsAWholeWhilePressedAndReturnsOverTwoTenthsOfASecond) {
+    UiDriver ui(u"import QtQuick\nimport TARNE.Styling\nRectangle { %1Button { text: 'Go'; label: "
+                u"Rectangle { implicitWidth: 50; implicitHeight: 20; color: '#204060' } } }"_s.arg(
+                    QLatin1StringView(GetParam().name)));
+    const AnyButtonStyle style = ui.find(u"Go"_s)->property("buttonStyle").value<AnyButtonStyle>();
+    EXPECT_EQ(style.render(true).opacity, 0.9);
     AnimationClock animations;
-    const QQuickItem &go = *ui.find(u"Go"_s);
+    // What is seen of ground, label and outline is what is seen of the whole, however they overlap.
+    const auto expectOpacity = [&](double opacity) {
+        const QImage picture = ui.picture();
+        const auto expectAt = [&](const QPoint &point, const QColor &color) {
+            const QColor seen = picture.pixelColor(point);
+            const auto onWhite = [&](int part) { return 255 + (part - 255) * opacity; };
+            EXPECT_NEAR(seen.red(), onWhite(color.red()), 2) << opacity;
+            EXPECT_NEAR(seen.green(), onWhite(color.green()), 2) << opacity;
+            EXPECT_NEAR(seen.blue(), onWhite(color.blue()), 2) << opacity;
+        };
+        expectAt({8, 20}, GetParam().ground);
+        expectAt({40, 20}, QColor(0x20, 0x40, 0x60));
+        expectAt({0, 20}, GetParam().outline);
+        EXPECT_EQ(picture.pixelColor(90, 20), QColor(Qt::white));
+    };
+    expectOpacity(1);
     ui.press(QPointF(10, 10));
-    EXPECT_EQ(go.opacity(), 1);
+    expectOpacity(1);
     animations.pass(50);
-    EXPECT_NEAR(go.opacity(), 1 - 0.1 * 0.129, 0.001);
+    expectOpacity(1 - 0.1 * 0.129); // Eased in and out.
     animations.pass(149);
-    EXPECT_GT(go.opacity(), 0.9);
+    expectOpacity(0.9);
     animations.pass(1);
-    EXPECT_EQ(go.opacity(), 0.9);
+    expectOpacity(0.9);
     ui.release(QPointF(10, 10));
     animations.pass(100);
-    EXPECT_NEAR(go.opacity(), 0.95, 0.001);
-    animations.pass(99);
-    EXPECT_LT(go.opacity(), 1);
-    animations.pass(1);
-    EXPECT_EQ(go.opacity(), 1);
+    expectOpacity(0.95);
+    animations.pass(100);
+    expectOpacity(1);
+}
+
+TEST_P(ButtonStyleLooks, HasAnOutlineOfFullStrengthAllRoundHoweverLongItsText) {
+    // Three in a row: each stands where the one before it ends.
+    UiDriver ui(
+        u"import QtQuick\nimport TARNE.Styling\nRectangle { Row { spacing: 16; %1Button { "
+        u"text: 'Resume'; symbol: 'play.fill' } %1Button { text: 'Will' } %1Button { text: "
+        u"'Custom Duration'; symbol: 'pencil' } } }"_s.arg(QLatin1StringView(GetParam().name)));
+    const QImage picture = ui.picture();
+    for (const QString &name : {u"Resume"_s, u"Will"_s, u"Custom Duration"_s}) {
+        const QRectF place = LayoutProbe::place(*ui.find(name));
+        const int y = int(place.center().y());
+        EXPECT_EQ(picture.pixelColor(int(place.left()), y), GetParam().outline) << qPrintable(name);
+        EXPECT_EQ(picture.pixelColor(int(place.right()) - 1, y), GetParam().outline)
+            << qPrintable(name);
+        EXPECT_EQ(picture.pixelColor(int(place.left()) - 1, y), QColor(Qt::white));
+        EXPECT_EQ(picture.pixelColor(int(place.right()), y), QColor(Qt::white)) << qPrintable(name);
+    }
+}
+
+TEST_P(ButtonStyleLooks, HasAnOutlineOfFullStrengthWhereItIsGivenABrokenSize) {
+    UiDriver ui(
+        u"import QtQuick\nimport TARNE.Styling\nRectangle { %1Button { width: 90.4; height: "
+        u"40.4; text: 'Go'; label: Item {} } }"_s.arg(QLatin1StringView(GetParam().name)));
+    const QImage picture = ui.picture();
+    EXPECT_EQ(picture.pixelColor(89, 20), GetParam().outline);
+    EXPECT_EQ(picture.pixelColor(45, 39), GetParam().outline);
+    EXPECT_EQ(picture.pixelColor(88, 20), GetParam().ground);
+    EXPECT_EQ(picture.pixelColor(90, 20), QColor(Qt::white));
+    EXPECT_EQ(picture.pixelColor(45, 40), QColor(Qt::white));
 }
 
 TEST_P(ButtonStyleLooks, WritesItsLabelInItsFontAndColour) {
@@ -73,6 +120,20 @@ INSTANTIATE_TEST_SUITE_P(Styles, ButtonStyleLooks,
                                          StyleCase{"Secondary", SystemColors::blue,
                                                    SystemColors::white, SystemColors::blue}),
                          [](const auto &style) { return std::string(style.param.name); });
+
+TEST(PlainButton, OnAGroundOfItsOwnStepsBackAsAWholeWhilePressed) {
+    UiDriver ui(
+        u"import QtQuick\nimport TARNE.Styling\nRectangle { PlainButton { text: 'Go'; width: "
+        u"80; height: 40; background: Rectangle { color: '#0000ff' } contentItem: Item { "
+        u"Rectangle { anchors.centerIn: parent; width: 20; height: 20; color: '#ff0000' } } "
+        u"} }"_s);
+    ui.press(QPointF(10, 10));
+    const QImage picture = ui.picture();
+    EXPECT_EQ(picture.pixelColor(8, 20), QColor(102, 102, 255));
+    EXPECT_EQ(picture.pixelColor(40, 20), QColor(255, 102, 102));
+    ui.release(QPointF(10, 10));
+    EXPECT_EQ(ui.picture().pixelColor(40, 20), QColor(255, 0, 0));
+}
 
 TEST(Card, IsDrawnAboveAShadowThatFallsDownAndPadsWhatItHolds) {
     UiDriver ui(u"import QtQuick\nimport TARNE.Styling\nRectangle { Card { x: 50; y: 50; width: "
