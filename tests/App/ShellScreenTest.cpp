@@ -1,13 +1,8 @@
-#include "AppFixture.h"
 #include "ItemLook.h"
 #include "LayoutProbe.h"
-#include "MainWindow.h"
+#include "ShellFixture.h"
 #include "TARNEStyle.h"
-#include "UiDriver.h"
-#include "UpdateCheck.h"
-#include "Workspace.h"
 
-#include <QQmlEngine>
 #include <QSignalSpy>
 #include <QtQml/QQmlExtensionPlugin>
 
@@ -24,34 +19,8 @@ namespace {
 
 using testing::IsSupersetOf;
 
-/// An updater of a build that has no feed.
-class NoFeed final : public UpdaterController {
-public:
-    void checkForUpdates(Done done) override { done({}); }
-};
-
-class NoWorkspace final : public Workspace {
-public:
-    void open(const QUrl &) override {}
-};
-
-/// The whole window's content, used by its accessible names.
-class ShellScreen : public test::TARNEAppTest {
+class ShellScreen : public test::ShellTest {
 protected:
-    test::UiDriver &ui() {
-        if (!m_ui) {
-            app().windowShown();
-            m_ui = std::make_unique<test::UiDriver>(
-                QUrl(u"qrc:/qt/qml/TARNE/ShellScreen.qml"_s),
-                QVariantMap{{u"app"_s, QVariant::fromValue(&app())},
-                            {u"updateCheck"_s, QVariant::fromValue(&updateCheck)},
-                            {u"window"_s, QVariant::fromValue(&window)}});
-        }
-        return *m_ui;
-    }
-
-    ContentView &content() { return *app().contentView(); }
-
     /// What an assistive tool is told about a tab.
     bool isSelected(const QString &tab) { return ui().accessible(tab)->state().selected; }
     QString keysOf(const QString &entry) {
@@ -105,18 +74,6 @@ protected:
         }
         return places;
     }
-
-    QQmlEngine engine;
-    MainWindow window{&engine};
-    NoFeed updater;
-    NoWorkspace workspace;
-    UpdateCheck updateCheck{updater, workspace};
-
-private:
-    void SetUp() override { completeOnboardingBefore(); }
-    void TearDown() override { m_ui.reset(); }
-
-    std::unique_ptr<test::UiDriver> m_ui;
 };
 
 TEST_F(ShellScreen, ShowsFourTabsAndTheFirstTabsScreen) {

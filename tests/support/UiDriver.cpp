@@ -128,11 +128,17 @@ QPoint middleOf(const QQuickItem &item) {
 
 } // namespace
 
+QPointF UiDriver::middleOf(const QString &name, QAccessible::Role role) const {
+    const QQuickItem *const item = find(name, role);
+    EXPECT_TRUE(item) << "nothing is named " << qPrintable(name);
+    return item ? tarne::test::middleOf(*item) : QPoint();
+}
+
 bool UiDriver::click(const QString &name, QAccessible::Role role) {
     QQuickItem *const item = find(name, role);
     if (!item)
         return false;
-    clickAt(middleOf(*item));
+    clickAt(tarne::test::middleOf(*item));
     return true;
 }
 
@@ -150,6 +156,13 @@ void UiDriver::press(const QPointF &position) {
 void UiDriver::release(const QPointF &position) {
     QTest::mouseRelease(m_view.get(), Qt::LeftButton, {}, position.toPoint());
     settle();
+}
+
+void UiDriver::clickAgainAt(const QPointF &position) {
+    // A release of QTest's sets its clock on, so that no two clicks are a double click.
+    QTest::lastMouseTimestamp -= QTest::mouseDoubleClickInterval - 80;
+    press(position);
+    release(position);
 }
 
 void UiDriver::hover(const QPointF &position) {
@@ -170,7 +183,7 @@ Qt::CursorShape UiDriver::cursorOver(const QString &name) {
         ADD_FAILURE() << "nothing is named " << qPrintable(name);
         return Qt::BlankCursor;
     }
-    hover(middleOf(*item));
+    hover(tarne::test::middleOf(*item));
     return m_view->cursor().shape();
 }
 
@@ -187,6 +200,56 @@ void UiDriver::type(const QString &text) {
 void UiDriver::key(Qt::Key key, Qt::KeyboardModifiers modifiers) {
     QTest::keyClick(m_view.get(), key, modifiers);
     settle();
+}
+
+void UiDriver::holdKey(Qt::Key key, int repeats) {
+    const QString text = key == Qt::Key_Space ? u" "_s : u"\r"_s;
+    const auto send = [&](QEvent::Type type, bool isRepeat) {
+        QKeyEvent event(type, key, Qt::NoModifier, text, isRepeat);
+        QGuiApplication::sendEvent(m_view.get(), &event);
+        settle();
+    };
+    send(QEvent::KeyPress, false);
+    for (int repeat = 0; repeat < repeats; ++repeat) {
+        send(QEvent::KeyRelease, true);
+        send(QEvent::KeyPress, true);
+    }
+}
+
+void UiDriver::releaseKey(Qt::Key key) {
+    QKeyEvent release(QEvent::KeyRelease, key, Qt::NoModifier);
+    QGuiApplication::sendEvent(m_view.get(), &release);
+    settle();
+}
+
+namespace {
+
+/// Notes the keys that come through to a window: those that no shortcut has taken.
+class KeyNotes final : public QObject {
+public:
+    QSet<int> keys;
+
+    bool eventFilter(QObject *, QEvent *event) override {
+        if (event->type() == QEvent::KeyPress)
+            keys.insert(static_cast<QKeyEvent *>(event)->key());
+        return false;
+    }
+};
+
+} // namespace
+
+QString UiDriver::mnemonics() {
+    KeyNotes notes;
+    m_view->installEventFilter(&notes);
+    QString taken;
+    for (const QChar character : u"ABCDEFGHIJKLMNOPQRSTUVWXYZ0123456789 "_s) {
+        const auto key = static_cast<Qt::Key>(character.unicode());
+        QTest::keyClick(m_view.get(), key, Qt::AltModifier);
+        if (!notes.keys.contains(key))
+            taken += character;
+    }
+    settle();
+    return taken;
 }
 
 void UiDriver::tab() {

@@ -41,12 +41,17 @@ public:
     /// The accessible interface of what `find` finds, or null.
     [[nodiscard]] QAccessibleInterface *accessible(const QString &name) const;
 
+    /// The middle of the named control.
+    [[nodiscard]] QPointF middleOf(const QString &name,
+                                   QAccessible::Role role = QAccessible::NoRole) const;
     /// Presses and releases the left button on the middle of the named control. False when there is
     /// none.
     [[nodiscard]] bool click(const QString &name, QAccessible::Role role = QAccessible::NoRole);
     void clickAt(const QPointF &position);
     void press(const QPointF &position);
     void release(const QPointF &position);
+    /// The second click of a double click whose first click came last.
+    void clickAgainAt(const QPointF &position);
     void hover(const QPointF &position);
     void wheel(const QPointF &position, int degrees);
     /// The shape that the pointer has over the middle of the named control.
@@ -55,6 +60,11 @@ public:
     /// Types into what has the focus.
     void type(const QString &text);
     void key(Qt::Key key, Qt::KeyboardModifiers modifiers = Qt::NoModifier);
+    /// Presses a key and holds it until it has repeated itself so many times.
+    void holdKey(Qt::Key key, int repeats);
+    void releaseKey(Qt::Key key);
+    /// The letters and digits that, pressed together with Alt, trigger something in the window.
+    [[nodiscard]] QString mnemonics();
     void tab();
     void backtab();
     /// The accessible name of what has the focus, or an empty text.
