@@ -1,5 +1,7 @@
 #include "ModalLayer.h"
 
+#include "PressGuard.h"
+
 #include <QCursor>
 #include <QQuickWindow>
 
@@ -39,6 +41,9 @@ const ModalLayer *ModalLayer::topmost(const QQuickWindow &window) {
 }
 
 void ModalLayer::itemChange(ItemChange change, const ItemChangeData &value) {
+    // It knows only the presses that it has seen.
+    if (change == ItemSceneChange && value.window)
+        PressGuard::of(*value.window);
     // Asked to appear before it had a window, it does so as soon as it has one.
     if (change == ItemSceneChange && value.window && m_isPresented && !m_content)
         QMetaObject::invokeMethod(this, &ModalLayer::cover, Qt::QueuedConnection);
@@ -48,6 +53,7 @@ void ModalLayer::itemChange(ItemChange change, const ItemChangeData &value) {
 void ModalLayer::cover() {
     if (!window() || m_content || !m_isPresented)
         return;
+    PressGuard::of(*window()).coverChanged();
     m_content = window()->contentItem();
     m_formerFocus = window()->activeFocusItem();
     const QList<QQuickItem *> siblings = m_content->childItems();
@@ -74,6 +80,8 @@ void ModalLayer::uncover() {
     if (!m_content)
         return;
     disconnect(m_content, nullptr, this, nullptr);
+    if (m_content->window())
+        PressGuard::of(*m_content->window()).coverChanged();
     m_content.clear();
     setVisible(false);
     for (const QPointer<QQuickItem> &item : std::exchange(m_covered, {})) {

@@ -11,6 +11,7 @@ namespace tarne {
 /// Tab key and of assistive tools, and counted as not shown, so that no animation runs there.
 /// Layers stack; each covers those presented before it. The focus goes into the layer and, when it
 /// leaves, back to where it was. It covers what the window is moved by, and moves it in its place.
+/// The press that brings it up or takes it away presses nothing more (`PressGuard`).
 class ModalLayer : public tarne::WindowMoveArea {
     Q_OBJECT
     QML_ELEMENT

@@ -1,5 +1,9 @@
 #include "UiDriver.h"
 
+#include <QGuiApplication>
+#include <QStyleHints>
+#include <QTest>
+
 #include <gmock/gmock.h>
 
 namespace tarne::test {
@@ -154,6 +158,111 @@ TEST_F(SheetTest, FollowsTheWindowsHeight) {
     openBoth();
     ui.view().resize(800, 1000);
     EXPECT_TRUE(ui.waitUntil([&] { return ui.find(u"Upper"_s)->height() == 900; }));
+}
+
+/// A page over which a sheet comes by itself, with a button in the middle that has the focus.
+const QString pageUnderADueSheet = uR"(
+pragma ComponentBehavior: Bound
+import QtQuick
+import TARNE.Styling
+Rectangle {
+    id: root
+    property bool isUp: false
+    property int presses: 0
+    property int behind: 0
+    BorderedButton { anchors.centerIn: parent; text: "Behind"; focus: true; onClicked: root.behind++ }
+    Sheet {
+        isPresented: root.isUp
+        content: FocusScope {
+            width: 200
+            height: 200
+            BorderedButton { anchors.centerIn: parent; text: "Above"; focus: true; onClicked: root.presses++ }
+        }
+    }
+}
+)"_s;
+
+class DueSheetTest : public testing::Test {
+protected:
+    void show(bool isUp) {
+        ui.root()->setProperty("isUp", isUp);
+        ui.settle();
+    }
+    int above() { return ui.root()->property("presses").toInt(); }
+    int behind() { return ui.root()->property("behind").toInt(); }
+
+    UiDriver ui{pageUnderADueSheet, QSize(800, 600)};
+    const QPointF middle{400, 300};
+};
+
+TEST_F(DueSheetTest, AButtonThatIsStillHeldPressesNothingInIt) {
+    ui.press(middle);
+    show(true);
+    ui.release(middle);
+    EXPECT_EQ(above(), 0);
+    ui.clickAt(middle);
+    EXPECT_EQ(above(), 1);
+    EXPECT_EQ(behind(), 0);
+}
+
+TEST_F(DueSheetTest, AKeyThatIsStillHeldPressesNothingInItAndNothingBehindIt) {
+    for (const Qt::Key key : {Qt::Key_Space, Qt::Key_Return}) {
+        const int behindBefore = behind();
+        const int aboveBefore = above();
+        ui.holdKey(key, 0);
+        const int pressed = behind() - behindBefore; // Return presses at once.
+        show(true);
+        ASSERT_EQ(ui.focusedName(), u"Above"_s);
+        ui.releaseKey(key);
+        EXPECT_EQ(above(), aboveBefore);
+        ui.key(key);
+        EXPECT_EQ(above(), aboveBefore + 1) << "a press of its own counts";
+        ui.holdKey(key, 0);
+        const int aboveHeld = above();
+        show(false);
+        ASSERT_EQ(ui.focusedName(), u"Behind"_s);
+        ui.releaseKey(key);
+        EXPECT_EQ(behind() - behindBefore, pressed);
+        EXPECT_EQ(above(), aboveHeld);
+    }
+}
+
+TEST_F(DueSheetTest, ASecondClickAcrossItsComingPressesNothingInIt) {
+    ui.clickAt(middle);
+    show(true);
+    ui.clickAgainAt(middle);
+    EXPECT_EQ(above(), 0);
+    ui.clickAt(middle);
+    EXPECT_EQ(above(), 1);
+}
+
+TEST_F(DueSheetTest, ASecondClickBeyondTheDoubleClickDistanceCountsAtOnce) {
+    ui.clickAt(middle);
+    show(true);
+    ui.clickAgainAt(middle +
+                    QPointF(QGuiApplication::styleHints()->mouseDoubleClickDistance() + 1, 0));
+    EXPECT_EQ(above(), 1);
+}
+
+TEST_F(DueSheetTest, AnotherMouseButtonsPressIsNoPartOfTheClick) {
+    QTest::mouseClick(&ui.view(), Qt::RightButton, {}, middle.toPoint());
+    show(true);
+    ui.clickAgainAt(middle);
+    EXPECT_EQ(above(), 1);
+}
+
+TEST_F(DueSheetTest, ASecondTapAcrossItsComingPressesNothingInIt) {
+    static QPointingDevice *const screen = QTest::createTouchDevice();
+    const auto tap = [&] {
+        QTest::touchEvent(&ui.view(), screen).press(0, middle.toPoint());
+        QTest::touchEvent(&ui.view(), screen).release(0, middle.toPoint());
+        ui.settle();
+    };
+    tap();
+    ASSERT_EQ(behind(), 1);
+    show(true);
+    tap();
+    EXPECT_EQ(above(), 0);
 }
 
 TEST(SheetPanel, IsAsHighAsWhatItHoldsUnlessToldOtherwise) {
