@@ -96,17 +96,30 @@ void TimerView::followController() {
 // A sheet's view is there before its flag is raised: bindings hear of the flag before anybody else.
 // The view before it is deleted last, when nothing on the screen refers to it any more.
 
+bool TimerView::isSheetUpOrDue() const {
+    return m_showDurationSelection || m_showSessionNotes || m_showSessionReflection ||
+           m_areNotesDue || m_dueReflections > 0;
+}
+
 void TimerView::selectDuration() {
-    if (m_showDurationSelection)
+    if (isSheetUpOrDue())
         return;
     const auto previous = std::exchange(
-        m_durationSelection,
-        std::make_unique<DurationSelectionView>(
-            m_sessionViewModel, &m_selectedDuration, &m_showDurationSelection,
-            [this] { after(pauseBetweenSheets, [this] { presentSessionNotes(); }); }));
+        m_durationSelection, std::make_unique<DurationSelectionView>(
+                                 m_sessionViewModel, &m_selectedDuration, &m_showDurationSelection,
+                                 [this] { presentSessionNotesSoon(); }));
     m_durationSelection->appear();
     Q_EMIT durationSelectionChanged();
     m_showDurationSelection = true;
+}
+
+void TimerView::presentSessionNotesSoon() {
+    if (std::exchange(m_areNotesDue, true))
+        return;
+    after(pauseBetweenSheets, [this] {
+        m_areNotesDue = false;
+        presentSessionNotes();
+    });
 }
 
 void TimerView::presentSessionNotes() {
@@ -161,7 +174,11 @@ void TimerView::showTimerCompletion() {
     constexpr SpringAnimation spring{.response = 0.5, .dampingFraction = 0.6};
     animateTimerScale(1.2, spring);
     after(300ms, [=, this] { animateTimerScale(1.0, spring); });
-    after(500ms, [this] { presentSessionReflection(); });
+    ++m_dueReflections;
+    after(500ms, [this] {
+        --m_dueReflections;
+        presentSessionReflection();
+    });
 }
 
 void TimerView::completeSession() {

@@ -137,8 +137,11 @@ Q_SIGNALS:
     void timerScaleAnimated(double scale, tarne::SpringAnimation spring);
 
 private:
+    /// Sheets do not stack: while one is up, or will come by itself, none of a new session opens.
+    [[nodiscard]] bool isSheetUpOrDue() const;
     void followController();
     void chooseFace();
+    void presentSessionNotesSoon();
     void presentSessionNotes();
     void presentSessionReflection();
 
@@ -169,6 +172,9 @@ private:
     bool m_isTimerActive = false;
     bool m_isSetupMode = true;
     double m_timerScale = 1.0;
+    /// Sheets that come by themselves after a delay which is under way.
+    bool m_areNotesDue = false;
+    int m_dueReflections = 0;
 
     std::unique_ptr<DurationSelectionView> m_durationSelection;
     std::unique_ptr<SessionNotesView> m_sessionNotes;

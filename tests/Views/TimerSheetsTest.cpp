@@ -30,6 +30,46 @@ TEST_F(TimerSheetsTest, OpensTheNotesThreeTenthsOfASecondAfterContinue) {
     EXPECT_TRUE(view().showSessionNotes());
 }
 
+TEST_F(TimerSheetsTest, OpensNoOtherSheetWhileTheNotesAreDueOrUp) {
+    shown().selectDuration();
+    view().durationSelection()->submit();
+    view().selectDuration();
+    EXPECT_FALSE(view().showDurationSelection());
+    pass(0.3);
+    ASSERT_TRUE(view().showSessionNotes());
+    view().selectDuration();
+    EXPECT_FALSE(view().showDurationSelection());
+    view().sessionNotes()->close();
+    view().selectDuration();
+    EXPECT_TRUE(view().showDurationSelection());
+}
+
+TEST_F(TimerSheetsTest, OpensTheNotesOnceHoweverOftenTheLengthIsSubmitted) {
+    shown().selectDuration();
+    view().durationSelection()->submit();
+    view().durationSelection()->submit();
+    pass(0.2);
+    view().durationSelection()->submit();
+    pass(0.1);
+    ASSERT_TRUE(view().showSessionNotes());
+    view().sessionNotes()->setSessionGoal(u"Review"_s);
+    view().sessionNotes()->startSession();
+    pass(1);
+    EXPECT_FALSE(view().showSessionNotes());
+    EXPECT_EQ(controller().currentSession()->goal, u"Review"_s);
+}
+
+TEST_F(TimerSheetsTest, OpensNoSheetOfANewSessionWhileTheReflectionIsDueOrUp) {
+    startThroughTheSheets(5, u"Review"_s);
+    pass(300);
+    view().completeSession();
+    view().selectDuration();
+    EXPECT_FALSE(view().showDurationSelection());
+    pass(0.5);
+    view().selectDuration();
+    EXPECT_FALSE(view().showDurationSelection());
+}
+
 TEST_F(TimerSheetsTest, OpensTheNotesWithTheLastGoal) {
     controller().saveGoal(u"Write report"_s);
     shown().selectDuration();
