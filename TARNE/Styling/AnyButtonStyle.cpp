@@ -2,8 +2,20 @@
 
 #include "TARNEStyle.h"
 
+#include <QCoreApplication>
+
+// In Qt's documentation, but in none of its headers.
+Q_GUI_EXPORT void qt_set_sequence_auto_mnemonic(bool enable);
+
 namespace tarne {
 namespace {
+
+/// An ampersand in a button's text is a character: users' own words stand there, too. Otherwise it
+/// would bind Alt and the character behind it to the button.
+void bindNoMnemonics() {
+    qt_set_sequence_auto_mnemonic(false);
+}
+Q_COREAPP_STARTUP_FUNCTION(bindNoMnemonics)
 
 using Colors = TARNEStyle::Colors;
 

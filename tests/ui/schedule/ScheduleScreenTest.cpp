@@ -84,6 +84,15 @@ TEST_F(ScheduleScreen, EmojiInAGoalKeepTheirColours) {
     EXPECT_GT(coloured, 30);
 }
 
+TEST_F(ScheduleScreen, NoKeyDeletesAGoalWhoseTextHoldsAnAmpersand) {
+    add(2, 14, u"R&D notes"_s);
+    ASSERT_TRUE(ui().has(u"Delete R&D notes"_s, QAccessible::Button));
+    EXPECT_EQ(ui().mnemonics(), QString());
+    EXPECT_TRUE(ui().has(u"R&D notes"_s));
+    openSheet();
+    EXPECT_EQ(ui().mnemonics(), QString());
+}
+
 TEST_F(ScheduleScreen, ATextOfAHundredKilobytesIsShown) {
     const QString text = u"long text "_s.repeated(10'000);
     add(2, 14, text);
