@@ -40,7 +40,7 @@ void EditorDocument::setDocument(QQuickTextDocument *document) {
             m_dirtyTo = from + added;
             prepareLayout(added);
         });
-        connect(text, &QTextDocument::contentsChanged, this, &EditorDocument::apply);
+        connect(text, &QTextDocument::contentsChanged, this, &EditorDocument::contentsChanged);
     }
     applyToAll();
     Q_EMIT documentChanged();
@@ -80,6 +80,14 @@ QString EditorDocument::text() const {
             c = u'\n';
     }
     return text;
+}
+
+void EditorDocument::contentsChanged() {
+    if (m_isApplying)
+        return;
+    apply();
+    if (!m_isFilling)
+        Q_EMIT edited();
 }
 
 void EditorDocument::applyToAll() {

@@ -8,7 +8,8 @@
 namespace tarne {
 
 /// What an editor has no property for: every line of its document stands `spacing` points further
-/// apart than the font's own height, and its text can be had as it was typed.
+/// apart than the font's own height, its text can be had as it was typed, and what its user has
+/// done to it is told from what it was given.
 ///
 /// A text of a megabyte is laid out in a second. So a long one does without kerning, which takes
 /// most of the time, and shows no more than what is in sight.
@@ -18,6 +19,8 @@ class EditorDocument : public QObject {
 
     Q_PROPERTY(QQuickTextDocument *document MEMBER m_document WRITE setDocument NOTIFY
                    documentChanged FINAL)
+    /// Whether a text is being put into the document that no user has written there.
+    Q_PROPERTY(bool isFilling MEMBER m_isFilling FINAL)
     Q_PROPERTY(double spacing MEMBER m_spacing WRITE setSpacing NOTIFY spacingChanged FINAL)
     /// Whether there is a word of very many lines. An editor that looks for the end of each word
     /// first takes seconds for such a one, so it is to break its lines anywhere.
@@ -37,10 +40,14 @@ Q_SIGNALS:
     void documentChanged();
     void spacingChanged();
     void hasEndlessWordChanged();
+    /// The text was changed by the user: typed, composed, or written by an assistive tool, wherever
+    /// the focus is.
+    void edited();
 
 private:
     /// Before the change is laid out.
     void prepareLayout(int added);
+    void contentsChanged();
     /// Formats the lines that hold the characters from `m_dirtyFrom` to `m_dirtyTo`.
     void apply();
     void applyToAll();
@@ -49,6 +56,7 @@ private:
     double m_spacing = 0;
     int m_dirtyFrom = 0;
     int m_dirtyTo = 0;
+    bool m_isFilling = false;
     bool m_isApplying = false;
     bool m_isLong = false;
     bool m_hasEndlessWord = false;

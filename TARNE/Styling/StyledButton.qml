@@ -31,7 +31,12 @@ T.AbstractButton {
     focusPolicy: Qt.TabFocus
     font: Typography.button
     Accessible.name: text
+    // What an input method still composes belongs to what the press is about. This handler comes
+    // before those of who uses the button.
+    onClicked: InputMethod.commit()
     // Space presses already. A key that is held presses once.
+    Keys.onPressed: event => event.accepted = event.isAutoRepeat && event.key === Qt.Key_Space
+    Keys.onReleased: event => event.accepted = event.isAutoRepeat && event.key === Qt.Key_Space
     Keys.onReturnPressed: event => {
         if (!event.isAutoRepeat)
             button.clicked();

@@ -33,8 +33,11 @@ Flickable {
 
     onTextChanged: {
         // What comes back of an edit is there already, and is not to move the caret.
-        if (text !== editorDocument.text())
-            edit.text = text;
+        if (text === editorDocument.text())
+            return;
+        editorDocument.isFilling = true;
+        edit.text = text;
+        editorDocument.isFilling = false;
     }
 
     implicitHeight: edit.contentHeight + 2 * verticalInset
@@ -66,10 +69,6 @@ Flickable {
         Keys.onTabPressed: nextItemInFocusChain(true).forceActiveFocus(Qt.TabFocusReason)
         Keys.onBacktabPressed: nextItemInFocusChain(false).forceActiveFocus(Qt.BacktabFocusReason)
         onCursorRectangleChanged: editor.reveal(cursorRectangle)
-        onTextChanged: {
-            if (activeFocus)
-                editor.textEdited(editorDocument.text());
-        }
 
         HoverHandler {
             cursorShape: Qt.IBeamCursor
@@ -80,5 +79,6 @@ Flickable {
 
         document: edit.textDocument
         spacing: editor.lineSpacing
+        onEdited: editor.textEdited(editorDocument.text())
     }
 }

@@ -44,7 +44,8 @@ Item {
             width: 100
             placeholderText: "5-180"
             text: row.view.customDuration
-            onTextEdited: row.view.customDuration = text
+            // However it is written: an assistive tool's text counts as no edit of the field's.
+            onTextChanged: row.view.customDuration = text
         }
         PlainText {
             anchors.verticalCenter: parent.verticalCenter

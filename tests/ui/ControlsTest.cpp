@@ -1,3 +1,4 @@
+#include "ComposingInputMethod.h"
 #include "TARNEStyle.h"
 #include "TestMain.h"
 #include "UiDriver.h"
@@ -246,6 +247,63 @@ TEST(SecureField, ItsEyeShowsAndHidesTheValueOnScreenOnly) {
     EXPECT_EQ(field->property("displayText").toString(), u"••••••"_s);
 }
 
+TEST(TextField, TellsWhatAnInputMethodCommits) {
+    ComposingInputMethod inputMethod;
+    UiDriver ui(column(
+        u"TextField { placeholderText: 'words'; onTextEdited: root.typed = text } "
+        "SecureField { width: 300; placeholderText: 'key'; onTextEdited: text => root.typed = text }"_s));
+    for (const QString &field : {u"words"_s, u"key"_s}) {
+        EXPECT_TRUE(ui.click(field));
+        inputMethod.compose(u"本"_s);
+        inputMethod.commit();
+        EXPECT_EQ(typed(ui), u"本"_s) << qPrintable(field);
+        ui.root()->setProperty("typed", QString());
+    }
+}
+
+/// The buttons of every look, each of which notes what is written when it is pressed.
+const QString buttonsBelowAField =
+    u"TextEdit { id: field; Accessible.name: 'Field'; width: 100; height: 20 } "
+    "StyledButton { text: 'R&D'; onClicked: root.typed = field.text } "
+    "PlainButton { text: 'Q&A'; width: 40; height: 20; onClicked: root.typed = field.text } "
+    "BorderedButton { text: 'Save & Go'; onClicked: root.typed = field.text } "_s;
+const QStringList buttonNames{u"R&D"_s, u"Q&A"_s, u"Save & Go"_s};
+
+TEST(Buttons, AnAmpersandInAButtonsTextBindsNoKey) {
+    UiDriver ui(column(buttonsBelowAField));
+    EXPECT_EQ(ui.names(QAccessible::Button), buttonNames);
+    EXPECT_EQ(ui.mnemonics(), QString());
+}
+
+TEST(Buttons, WhatIsStillBeingComposedIsThereForTheHandlerOfAPress) {
+    ComposingInputMethod inputMethod;
+    UiDriver ui(column(buttonsBelowAField));
+    ui.find(u"Field"_s)->forceActiveFocus();
+    QString written;
+    for (const QString &button : buttonNames) {
+        inputMethod.compose(u"本"_s);
+        ui.settle();
+        EXPECT_TRUE(ui.click(button));
+        written += u"本"_s;
+        EXPECT_EQ(typed(ui), written) << qPrintable(button);
+    }
+}
+
+TEST(Buttons, AKeyThatIsHeldPressesOnce) {
+    for (const Qt::Key key : {Qt::Key_Space, Qt::Key_Return}) {
+        UiDriver ui(column(u"BorderedButton { text: 'a'; onClicked: root.presses++ } "
+                           "StyledButton { text: 'b'; onClicked: root.presses++ } "
+                           "PlainButton { text: 'c'; width: 40; height: 20; "
+                           "onClicked: root.presses++ }"_s));
+        for (int button = 1; button <= 3; ++button) {
+            ui.tab();
+            ui.holdKey(key, 3);
+            ui.releaseKey(key);
+            EXPECT_EQ(presses(ui), button) << qPrintable(ui.focusedName());
+        }
+    }
+}
+
 const QString editor =
     u"TextEditor { width: 300; height: 60; accessibleName: 'Reflection'; lineSpacing: 3; "
     "onTextEdited: text => root.typed = text } "
@@ -293,6 +351,37 @@ TEST(TextEditor, TellsNoBreakSpacesAndKeepsTheCaretWhenAnEditComesBack) {
     ui.type(u"e"_s);
     EXPECT_EQ(typed(ui).size(), 4);
     EXPECT_TRUE(typed(ui).contains(u"c\u00a0d"_s));
+}
+
+TEST(TextEditor, TellsWhatIsWrittenIntoItWithoutTheFocus) {
+    const UiDriver ui(column(editor));
+    ui.accessible(u"Reflection"_s)->setText(QAccessible::Value, u"dictated"_s);
+    EXPECT_EQ(ui.focusedName(), QString());
+    EXPECT_EQ(typed(ui), u"dictated"_s);
+}
+
+TEST(TextEditor, TellsNothingOfTheTextThatItIsGiven) {
+    UiDriver ui(column(u"TextEditor { width: 300; height: 60; accessibleName: 'Notes'; "
+                       "lineSpacing: 3; text: root.typed; onTextEdited: root.presses++ }"_s));
+    // A text that the editor holds in another form, since it knows one kind of line end.
+    ui.root()->setProperty("typed", u"one\r\ntwo"_s);
+    ui.root()->setProperty("typed", u"one\u2028two"_s);
+    ui.settle();
+    EXPECT_EQ(presses(ui), 0);
+    EXPECT_TRUE(ui.click(u"Notes"_s));
+    EXPECT_EQ(presses(ui), 0);
+    ui.type(u"x"_s);
+    EXPECT_GT(presses(ui), 0);
+}
+
+TEST(TextEditor, TellsWhatAnInputMethodCommits) {
+    ComposingInputMethod inputMethod;
+    UiDriver ui(column(editor));
+    EXPECT_TRUE(ui.click(u"Reflection"_s));
+    inputMethod.compose(u"本"_s);
+    EXPECT_EQ(typed(ui), QString());
+    inputMethod.commit();
+    EXPECT_EQ(typed(ui), u"本"_s);
 }
 
 TEST(TextEditor, SetsManyLinesApartInOneEdit) {
