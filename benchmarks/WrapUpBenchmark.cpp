@@ -87,6 +87,7 @@ public:
         m_view.sessionReflection()->rate(0, 0);
         m_view.sessionReflection()->rate(1, 0);
         m_view.sessionReflection()->completeReflection();
+        m_view.sessionReflection()->feedback()->generateFeedback();
         drawFrame();
     }
     void close() {

@@ -28,6 +28,9 @@ SheetPanel {
         color: sheet.color
     }
 
+    FirstFrame {
+        onDrawn: sheet.view.generateFeedback()
+    }
     Column {
         x: sheet.margin
         width: sheet.width - 2 * sheet.margin

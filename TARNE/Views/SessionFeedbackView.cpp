@@ -79,7 +79,6 @@ void SessionFeedbackView::setEditingReflection(bool editing) {
 
 void SessionFeedbackView::appear() {
     setupInitialState();
-    generateFeedback();
 }
 
 void SessionFeedbackView::setupInitialState() {
@@ -93,6 +92,8 @@ void SessionFeedbackView::showGoals() {
 }
 
 void SessionFeedbackView::generateFeedback() {
+    if (std::exchange(m_hasAsked, true))
+        return;
     const std::optional<FocusSession> session = m_sessionViewModel.currentSession();
     if (!session) {
         fail(u"No session data available"_s);

@@ -38,9 +38,10 @@ struct FeedbackPlatform {
 /// The sheet that closes a session: how the goals went, the coaching that Gemini gives, the
 /// reflection once more, and the end of it all.
 ///
-/// Made anew for each presentation, and each asks Gemini once, on appearing. A request is never
-/// cancelled: an answer that arrives when the sheet is gone is lost. It is read on the transport's
-/// thread and delivered through the main queue; everything else is main thread only.
+/// Made anew for each presentation, and each asks Gemini once, when it stands on the screen. A
+/// request is never cancelled: an answer that arrives when the sheet is gone is lost. It is read on
+/// the transport's thread and delivered through the main queue; everything else is main thread
+/// only.
 class SessionFeedbackView final : public QObject {
     Q_OBJECT
     QML_ELEMENT
@@ -95,8 +96,11 @@ public:
     [[nodiscard]] bool isEditingReflection() const { return m_isEditingReflection; }
     void setEditingReflection(bool editing);
 
-    /// Takes the session's reflection, then asks Gemini.
+    /// The sheet comes up: takes the session's reflection.
     void appear();
+    /// The sheet stands on the screen, directly after it came up: asks Gemini, the first time only.
+    /// A hung key store blocks this for seconds.
+    Q_INVOKABLE void generateFeedback();
 
     /// "Save & Share": puts a summary of the session on the clipboard, whatever is known by now.
     /// Saves nothing.
@@ -126,7 +130,6 @@ private:
 
     void setupInitialState();
     void showGoals();
-    void generateFeedback();
     void callGeminiAPI(const QString &prompt, const QString &apiKey, GeminiCompletion completion);
     void deliver(const Outcome &outcome);
     void fail(const QString &message);
@@ -137,6 +140,7 @@ private:
     std::function<void()> m_onComplete;
 
     QString m_feedback;
+    bool m_hasAsked = false;
     bool m_isLoadingFeedback = true;
     std::optional<QString> m_feedbackError;
     std::optional<ParsedFeedback> m_parsedFeedback;

@@ -86,9 +86,9 @@ void SessionReflectionView::presentFeedback() {
         m_feedback,
         std::make_unique<SessionFeedbackView>(m_sessionViewModel, m_platform, &m_showingFeedback,
                                               [this] { finishFlow(); }));
-    m_feedback->appear();
     Q_EMIT feedbackChanged();
     m_showingFeedback = true;
+    m_feedback->appear();
 }
 
 void SessionReflectionView::finishFlow() {

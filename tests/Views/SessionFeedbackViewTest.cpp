@@ -50,6 +50,13 @@ TEST_F(SessionFeedbackViewTest, AsksGeminiOnceOnAppearing) {
     EXPECT_EQ(request.body, geminiRequestBody(buildFeedbackPrompt(*controller().currentSession())));
 }
 
+TEST_F(SessionFeedbackViewTest, AsksOnceHoweverOftenItsSheetIsDrawn) {
+    reflectOn(u"A"_s, {}, {});
+    feedback();
+    feedback().generateFeedback();
+    EXPECT_EQ(gemini.requests.size(), 1U);
+}
+
 TEST_F(SessionFeedbackViewTest, WithoutASessionSaysSoBeforeItLooksForAKey) {
     items.items.clear();
     EXPECT_EQ(feedback().panel(), Panel::Error);
@@ -289,6 +296,7 @@ TEST_F(SessionFeedbackViewTest, HasTheReflectionBeforeItAsks) {
                      [&] { requestsBefore = gemini.requests.size(); });
     view.appear();
     EXPECT_EQ(requestsBefore, 0U);
+    view.generateFeedback();
     EXPECT_EQ(gemini.requests.size(), 1U);
 }
 

@@ -24,6 +24,12 @@ protected:
         m_sheet->appear();
     }
 
+    /// The check mark, and the feedback sheet is drawn.
+    void complete() {
+        sheet().completeReflection();
+        sheet().feedback()->generateFeedback();
+    }
+
     QList<int> selected() {
         QList<int> positions;
         for (int row = 0; row < sheet().goals()->rowCount(); ++row)
@@ -111,7 +117,7 @@ TEST_F(SessionReflectionViewTest, CompletionStoresVerdictsAndReflectionThenAsksF
     start(u"A"_s, 1500.0);
     sheet().rate(0, 0);
     sheet().setReflection(u"Fine"_s);
-    sheet().completeReflection();
+    complete();
     EXPECT_EQ(controller().currentSession()->goals[0].status, GoalStatus::completed);
     EXPECT_EQ(controller().currentSession()->reflection, u"Fine"_s);
     EXPECT_TRUE(sheet().showingFeedback());
@@ -132,7 +138,7 @@ TEST_F(SessionReflectionViewTest, CompletionStoresTheVerdictsThenTheReflectionTh
     });
     QObject::connect(&sheet(), &SessionReflectionView::showingFeedbackChanged,
                      [&] { order += u"feedback"_s; });
-    sheet().completeReflection();
+    complete();
     EXPECT_EQ(order, QStringList({u"verdicts"_s, u"Fine"_s, u"feedback"_s}));
 }
 
@@ -140,7 +146,7 @@ TEST_F(SessionReflectionViewTest, CompletionStoresAlsoAnEmptyReflection) {
     controller().saveReflection(u"old"_s);
     start(u"A"_s, 1500.0);
     sheet().rate(0, 0);
-    sheet().completeReflection();
+    complete();
     EXPECT_EQ(controller().currentSession()->reflection, QString());
     EXPECT_EQ(controller().loadLastReflection(), QString());
 }
@@ -150,15 +156,29 @@ TEST_F(SessionReflectionViewTest, TheFeedbackSheetIsThereBeforeItsFlagIsRaised) 
     bool wasThere = false;
     QObject::connect(&sheet(), &SessionReflectionView::showingFeedbackChanged,
                      [&](bool showing) { wasThere = showing && sheet().feedback(); });
-    sheet().completeReflection();
+    complete();
     EXPECT_TRUE(wasThere);
+}
+
+TEST_F(SessionReflectionViewTest, TheFeedbackSheetIsUpBeforeTheKeyIsAskedForAndGeminiIsCalled) {
+    start(u"A"_s, 1500.0);
+    sheet().rate(0, 0);
+    sheet().setReflection(u"Fine"_s);
+    sheet().completeReflection();
+    EXPECT_TRUE(sheet().showingFeedback());
+    EXPECT_EQ(items.calls().count(u"copy"_s), 0);
+    EXPECT_TRUE(gemini.requests.empty());
+    EXPECT_EQ(sheet().feedback()->panel(), SessionFeedbackView::Panel::Loading);
+    EXPECT_EQ(sheet().feedback()->reflection(), u"Fine"_s);
+    sheet().feedback()->generateFeedback();
+    EXPECT_EQ(gemini.requests.size(), 1U);
 }
 
 TEST_F(SessionReflectionViewTest, ClosedFeedbackUncoversThisSheetAsItWas) {
     start(u"A"_s, 1500.0);
     sheet().rate(0, 0);
     sheet().setReflection(u"Fine"_s);
-    sheet().completeReflection();
+    complete();
     sheet().feedback()->close();
     EXPECT_FALSE(sheet().showingFeedback());
     EXPECT_TRUE(isPresented);
@@ -169,9 +189,9 @@ TEST_F(SessionReflectionViewTest, ClosedFeedbackUncoversThisSheetAsItWas) {
 
 TEST_F(SessionReflectionViewTest, EachCompletionPresentsFeedbackAnew) {
     start(u"A"_s, 1500.0);
-    sheet().completeReflection();
+    complete();
     sheet().feedback()->close();
-    sheet().completeReflection();
+    complete();
     EXPECT_EQ(gemini.requests.size(), 2U);
     EXPECT_TRUE(sheet().feedback()->isLoadingFeedback());
 }
@@ -180,7 +200,7 @@ TEST_F(SessionReflectionViewTest, OfAThousandPresentationsOneViewIsLeft) {
     start(u"A"_s, 1500.0);
     QPointer<SessionFeedbackView> previous;
     for (int i = 0; i < 1000; ++i) {
-        sheet().completeReflection();
+        complete();
         EXPECT_TRUE(previous.isNull());
         previous = sheet().feedback();
         previous->close();
@@ -191,7 +211,7 @@ TEST_F(SessionReflectionViewTest, OfAThousandPresentationsOneViewIsLeft) {
 
 TEST_F(SessionReflectionViewTest, FinishedFeedbackClosesBothSheetsAndEndsTheFlow) {
     start(u"A"_s, 1500.0);
-    sheet().completeReflection();
+    complete();
     sheet().feedback()->finishSession();
     EXPECT_FALSE(sheet().showingFeedback());
     EXPECT_FALSE(isPresented);
@@ -225,7 +245,7 @@ TEST_F(SessionReflectionViewTest, ClosingKeepsWhatAnEarlierCompletionWrote) {
     start(u"A"_s, 1500.0);
     sheet().rate(0, 0);
     sheet().setReflection(u"Fine"_s);
-    sheet().completeReflection();
+    complete();
     sheet().feedback()->close();
     sheet().rate(0, 2);
     sheet().close();
@@ -238,7 +258,7 @@ TEST_F(SessionReflectionViewTest, MoreThanFiveMinutesOnTheSheetAfterARunOutLeave
     start(u"A"_s, 300.0);
     pass(301);
     sheet().rate(0, 0);
-    sheet().completeReflection();
+    complete();
     answerInFourSections();
     pass(300);
     sheet().feedback()->finishSession();
@@ -253,7 +273,7 @@ TEST_F(SessionReflectionViewTest, ASessionEndedEarlyLeavesOneEntryWithAllTexts) 
     pass(100);
     sheet().rate(0, 1);
     sheet().setReflection(u"Fine"_s);
-    sheet().completeReflection();
+    complete();
     answerInFourSections();
     sheet().feedback()->finishSession();
     controller().endSession(std::nullopt, true);
@@ -269,7 +289,7 @@ TEST_F(SessionReflectionViewTest, ARunOutBehindTheSheetsDropsTheReflectionOfTheS
     pass(250);
     sheet().rate(0, 0);
     sheet().setReflection(u"Fine"_s);
-    sheet().completeReflection();
+    complete();
     pass(60);
     EXPECT_FALSE(controller().currentSession()->reflection);
     EXPECT_EQ(sheet().feedback()->reflection(), u"Fine"_s);

@@ -44,6 +44,7 @@ struct WrapUpStage {
     void completeReflection() {
         rateAll();
         view.sessionReflection()->completeReflection();
+        feedback().generateFeedback();
     }
     void answer() {
         session.feedback.gemini.answer(test::FeedbackFakes::answerWith(coaching));

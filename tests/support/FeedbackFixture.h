@@ -39,6 +39,7 @@ protected:
         m_feedback = std::make_unique<SessionFeedbackView>(controller(), feedbackPlatform(),
                                                            &isPresented, [this] { ++completions; });
         m_feedback->appear();
+        m_feedback->generateFeedback();
     }
 
     /// The sheet is gone, and its view with it.

@@ -16,6 +16,7 @@ protected:
             sheet().rate(row, verdicts[row]);
         sheet().setReflection(QStringLiteral("Fine"));
         sheet().completeReflection();
+        awaitRequest();
         layOut();
     }
     QRectF panel() { return LayoutProbe::place(feedbackPanel()); }

@@ -19,7 +19,15 @@ protected:
         openReflection(goal);
         ASSERT_TRUE(ui().click(QStringLiteral("Completed")));
         write(QStringLiteral("Fine"));
+        completeReflection();
+    }
+    void completeReflection() {
         ASSERT_TRUE(ui().click(QStringLiteral("Complete reflection")));
+        awaitRequest();
+    }
+    /// Gemini is asked once the feedback sheet has been drawn.
+    void awaitRequest() {
+        ASSERT_TRUE(ui().waitUntil([&] { return feedback.gemini.waitingCount() > 0; }));
     }
     void write(const QString &text) {
         ASSERT_TRUE(ui().click(QStringLiteral("Reflection"), QAccessible::EditableText));

@@ -277,7 +277,7 @@ TEST_F(WrapUpTest, AfterACloseTheReflectionCanBeCompletedAgainAndAsksAnew) {
     openFeedback(u"Review"_s);
     fail(u"No network."_s);
     ASSERT_TRUE(ui().click(u"Close"_s));
-    ASSERT_TRUE(ui().click(u"Complete reflection"_s));
+    completeReflection();
     EXPECT_TRUE(ui().has(u"Generating personalized feedback..."_s));
     EXPECT_EQ(feedback.gemini.requests.size(), 2U);
     answer();
