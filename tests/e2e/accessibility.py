@@ -85,6 +85,10 @@ class Node:
         wanted = next(i for i, name in enumerate(names) if name in ("Press", "Toggle"))
         return self._call("org.a11y.atspi.Action", "DoAction", GLib.Variant("(i)", (wanted,)))[0]
 
+    def write(self, text):
+        """Replaces what a field holds, as a screen reader or a dictation does."""
+        self._call("org.a11y.atspi.EditableText", "SetTextContents", GLib.Variant("(s)", (text,)))
+
     def grab_focus(self):
         return self._call("org.a11y.atspi.Component", "GrabFocus")[0]
 

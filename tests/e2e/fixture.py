@@ -136,6 +136,17 @@ class TarneTestCase(unittest.TestCase):
         """Presses a control through the accessibility tree."""
         self.node(name, role="push button").press()
 
+    def click(self, name, times=1):
+        """Presses a control with the mouse; twice makes a double click."""
+        left, top, width, height = self.node(name, role="push button").extents
+        self.desktop.xdotool("mousemove", left + width // 2, top + height // 2,
+                             "click", "--repeat", times, "--delay", 60, 1)
+
+    def resize(self, width, height):
+        self.desktop.xdotool("windowsize", self.window_id(), width, height)
+        self.eventually(lambda: f"WIDTH={width}\nHEIGHT={height}" in self.desktop.xdotool(
+            "getwindowgeometry", "--shell", self.window_id()), "the window has its size")
+
     def open_tab(self, name):
         """Presses a tab with the mouse: a page tab has no action for assistive tools."""
         tab = self.node(name, role="page tab")

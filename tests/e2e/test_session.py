@@ -130,6 +130,76 @@ class AWholeSession(SessionTestCase):
         self.assertFalse(self.program.logged("Starting new session"))
 
 
+class TheSheets(SessionTestCase):
+    SIZES = ((800, 600), (1000, 700), (900, 640))
+    # Shows all of the faces: what has to be scrolled to is not on the screen.
+    ROOM = (1000, 700)
+
+    def test_space_twice_on_continue_leaves_one_sheet(self):
+        self.launch()
+        for size in self.SIZES:
+            self.resize(*self.ROOM)
+            self.press("Start Session")
+            self.assert_shown("Select Session Duration")
+            self.resize(*size)
+            self.tab_to("Continue")
+            self.desktop.xdotool("key", "--delay", 20, "space", "space")
+            self.assert_shown("Start session")
+            self.press("Close")
+            # A sheet below would be uncovered by now.
+            self.assert_shown("Session Setup")
+        self.resize(*self.ROOM)
+        self.start_session(GOALS_AS_TYPED, minutes=5)
+        self.assert_shown("⏱️ Session")
+        self.assertEqual(self.program.log.count(f"📱 Starting new session: {GOALS_AS_TYPED}"), 1)
+
+    def test_a_double_click_presses_nothing_in_what_comes_up(self):
+        self.launch()
+        for number, size in enumerate(self.SIZES, start=1):
+            self.resize(*self.ROOM)
+            self.start_session(GOALS_AS_TYPED, minutes=5)
+            self.press("Stop")
+            self.assert_shown("How did you do with your goals?")
+            self.rate_all("Completed")
+            self.resize(*size)
+            self.await_centred("How did you do with your goals?", size)
+            self.click("Complete reflection", times=2)
+            # The mouse's presses come in their order: the second click has come by now.
+            self.click("Save & Share")
+            self.eventually(lambda: self.program.log.count(
+                "Session summary copied to clipboard") == number, "the summary is copied")
+            self.assertEqual(self.timer_keys()["TimerIsActive"], 1)
+            self.click("Finish session", times=2)
+            self.open_tab("History")
+            self.open_tab("Timer")
+            self.assert_shown("Session Setup")
+
+    def await_centred(self, name, size):
+        def is_centred():
+            left, top, *window = self.node("TARNE", role="frame").extents
+            x, y, width, height = self.node(name, role="dialog").extents
+            return tuple(window) == size == (2 * (x - left) + width, 2 * (y - top) + height)
+        self.eventually(is_centred, f"{name} is in the middle of {size}")
+
+    def rate_all(self, verdict):
+        def options():
+            return [node for node in self._visible_nodes()
+                    if node.name == verdict and node.role == "radio button"]
+        for option in options():
+            option.press()
+        self.eventually(lambda: all(option.has("checked") for option in options()),
+                        "the goals are rated")
+
+    def test_what_a_screen_reader_writes_becomes_the_goal(self):
+        self.launch()
+        self.choose_duration(5)
+        self.tab_to("Close")
+        self.node("Session Goal", role="text").write("Dictated")
+        self.press("Start session")
+        self.assert_shown("Pause")
+        self.assertIn("📱 Starting new session: Dictated", self.program.log)
+
+
 class ARestart(SessionTestCase):
     def test_after_a_crash_goes_on_with_the_session(self):
         self.launch()
