@@ -59,6 +59,7 @@ FocusScope {
                 Accessible.name: text
                 Accessible.selected: isSelected
                 Accessible.selectable: true
+                Accessible.onPressAction: clicked()
                 onClicked: strip.contentView.selectedTab = index
 
                 background: RoundedBox {

@@ -20,34 +20,12 @@ void collectKnown(const QQuickItem &item, QList<QAccessibleInterface *> &known) 
     }
 }
 
-/// Asked with the most derived class first; the stock factory answers for QQuickWindow.
-QAccessibleInterface *makeAccessibleWindow(const QString &, QObject *object) {
-    auto *const window = qobject_cast<QQuickWindow *>(object);
-    return window ? new AccessibleWindow(window) : nullptr;
-}
-
-void installAccessibleWindow() {
-    QAccessible::installFactory(makeAccessibleWindow);
-}
-Q_COREAPP_STARTUP_FUNCTION(installAccessibleWindow)
-
 } // namespace
 
 AccessibleWindow::AccessibleWindow(QQuickWindow *window) : QAccessibleObject(window) {}
 
 QQuickWindow *AccessibleWindow::window() const {
     return static_cast<QQuickWindow *>(object());
-}
-
-QAccessibleInterface *AccessibleWindow::parentOf(const QQuickItem &item) {
-    QQuickWindow *const window = item.window();
-    for (QQuickItem *ancestor = item.parentItem();
-         window && ancestor && ancestor != window->contentItem();
-         ancestor = ancestor->parentItem()) {
-        if (QAccessibleInterface *const known = QAccessible::queryAccessibleInterface(ancestor))
-            return known;
-    }
-    return QAccessible::queryAccessibleInterface(window);
 }
 
 QAccessible::State AccessibleWindow::state() const {

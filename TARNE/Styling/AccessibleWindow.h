@@ -13,9 +13,6 @@ class AccessibleWindow : public QAccessibleObject {
 public:
     explicit AccessibleWindow(QQuickWindow *window);
 
-    /// The nearest ancestor of `item` that assistive tools know; its window where there is none.
-    [[nodiscard]] static QAccessibleInterface *parentOf(const QQuickItem &item);
-
     [[nodiscard]] QAccessible::Role role() const override { return QAccessible::Window; }
     [[nodiscard]] QAccessible::State state() const override;
     [[nodiscard]] QString text(QAccessible::Text kind) const override;

@@ -1,11 +1,9 @@
 #include "SecretGuard.h"
 
-#include "AccessibleWindow.h"
+#include "AccessibleItem.h"
 
 #include <QAccessible>
-#include <QAccessibleObject>
 #include <QCoreApplication>
-#include <QQuickWindow>
 
 namespace tarne {
 namespace {
@@ -13,68 +11,39 @@ namespace {
 /// Marks a guarded field.
 constexpr const char *secretProperty = "tarne_isSecret";
 
-class SecretFieldInterface : public QAccessibleObject, public QAccessibleActionInterface {
+/// Of what an item tells, this is what does not depend on the text in it.
+class SecretFieldInterface : public AccessibleItem {
 public:
-    explicit SecretFieldInterface(QQuickItem *item) : QAccessibleObject(item) {}
+    using AccessibleItem::AccessibleItem;
 
     [[nodiscard]] QAccessible::Role role() const override { return QAccessible::EditableText; }
 
     [[nodiscard]] QAccessible::State state() const override {
-        QAccessible::State state;
+        QAccessible::State state = AccessibleItem::state();
         state.passwordEdit = true;
         state.editable = true;
-        state.focusable = item()->isEnabled();
-        state.focused = item()->hasActiveFocus();
-        state.disabled = !item()->isEnabled();
-        state.invisible =
-            !item()->isVisible() || !item()->window() || !item()->window()->isVisible();
         return state;
     }
 
     [[nodiscard]] QString text(QAccessible::Text kind) const override {
-        return kind == QAccessible::Name ? item()->property("placeholderText").toString()
-                                         : QString();
+        return kind == QAccessible::Name || kind == QAccessible::Description
+                   ? AccessibleItem::text(kind)
+                   : QString();
     }
+    void setText(QAccessible::Text, const QString &) override {}
 
-    [[nodiscard]] QRect rect() const override {
-        if (!item()->window())
-            return {};
-        const QRectF inScene = item()->mapRectToScene(item()->boundingRect());
-        return inScene.translated(item()->window()->position()).toRect();
-    }
-
-    [[nodiscard]] QAccessibleInterface *parent() const override {
-        return AccessibleWindow::parentOf(*item());
-    }
-
-    [[nodiscard]] int childCount() const override { return 0; }
-    [[nodiscard]] QAccessibleInterface *child(int) const override { return nullptr; }
-    int indexOfChild(const QAccessibleInterface *) const override { return -1; }
-    QAccessibleInterface *childAt(int, int) const override { return nullptr; }
-    [[nodiscard]] QWindow *window() const override { return item()->window(); }
-
+protected:
     void *interface_cast(QAccessible::InterfaceType type) override {
-        return type == QAccessible::ActionInterface
-                   ? static_cast<QAccessibleActionInterface *>(this)
-                   : nullptr;
+        return type == QAccessible::ActionInterface ? AccessibleItem::interface_cast(type)
+                                                    : nullptr;
     }
-    [[nodiscard]] QStringList actionNames() const override { return {setFocusAction()}; }
-    void doAction(const QString &name) override {
-        if (name == setFocusAction())
-            item()->forceActiveFocus();
-    }
-    [[nodiscard]] QStringList keyBindingsForAction(const QString &) const override { return {}; }
-
-private:
-    [[nodiscard]] QQuickItem *item() const { return static_cast<QQuickItem *>(object()); }
 };
 
 /// Asked for every class of an object, the most derived first: well before the stock interface,
 /// which answers for QQuickItem.
 QAccessibleInterface *makeSecretFieldInterface(const QString &, QObject *object) {
-    if (!object || !object->property(secretProperty).toBool())
-        return nullptr;
-    return new SecretFieldInterface(static_cast<QQuickItem *>(object));
+    auto *const item = qobject_cast<QQuickItem *>(object);
+    return item && SecretGuard::isSecret(*item) ? new SecretFieldInterface(item) : nullptr;
 }
 
 void installSecretFieldInterface() {
@@ -84,15 +53,19 @@ Q_COREAPP_STARTUP_FUNCTION(installSecretFieldInterface)
 
 } // namespace
 
+bool SecretGuard::isSecret(const QQuickItem &item) {
+    return item.property(secretProperty).toBool();
+}
+
 void SecretGuard::setTarget(QQuickItem *target) {
     if (m_target == target)
         return;
     m_target = target;
     if (target) {
         target->setProperty(secretProperty, true);
-        // A tool that is running has had the stock interface made already.
-        if (QAccessibleInterface *const stock = QAccessible::queryAccessibleInterface(target))
-            QAccessible::deleteAccessibleInterface(QAccessible::uniqueId(stock));
+        // A tool that is running has had another interface made already.
+        if (QAccessibleInterface *const other = QAccessible::queryAccessibleInterface(target))
+            QAccessible::deleteAccessibleInterface(QAccessible::uniqueId(other));
     }
     Q_EMIT targetChanged();
 }

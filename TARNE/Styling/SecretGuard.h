@@ -19,6 +19,9 @@ public:
 
     void setTarget(QQuickItem *target);
 
+    /// Whether a guard has been set over the item.
+    [[nodiscard]] static bool isSecret(const QQuickItem &item);
+
 Q_SIGNALS:
     void targetChanged();
 

@@ -6,6 +6,11 @@
 #include <QTest>
 
 #include <gtest/gtest.h>
+#include <private/qguiapplication_p.h>
+#include <qpa/qplatformaccessibility.h>
+#include <qpa/qplatformintegration.h>
+
+#include <algorithm>
 
 namespace tarne::test {
 
@@ -13,9 +18,10 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-/// Controls learn of an assistive tool by this alone, and set up part of what they tell only then.
+/// As when an assistive tool runs: controls set up part of what they tell only then, and nothing is
+/// told before. The public QAccessible::setActive does the first alone.
 void activateAccessibility() {
-    QAccessible::setActive(true);
+    QGuiApplicationPrivate::platformIntegration()->accessibility()->setActive(true);
 }
 
 bool isVisible(const QAccessibleInterface &node) {
@@ -100,24 +106,39 @@ QQuickItem *UiDriver::find(const QString &name, QAccessible::Role role) const {
     return found;
 }
 
+QQuickItem *UiDriver::findText(const QString &text) const {
+    QQuickItem *const heading = find(text, QAccessible::Heading);
+    return heading ? heading : find(text, QAccessible::StaticText);
+}
+
 bool UiDriver::isEnabled(const QString &name, QAccessible::Role role) const {
-    const QQuickItem *const item = find(name, role);
+    QQuickItem *const item = find(name, role);
     EXPECT_TRUE(item) << "nothing is named " << qPrintable(name);
-    return item && item->isEnabled();
+    return item && !QAccessible::queryAccessibleInterface(item)->state().disabled;
 }
 
 bool UiDriver::has(const QString &name, QAccessible::Role role) const {
     return find(name, role);
 }
 
-QStringList UiDriver::names(QAccessible::Role role) const {
+QStringList UiDriver::namesOf(std::initializer_list<QAccessible::Role> roles) const {
     QStringList result;
     walk(QAccessible::queryAccessibleInterface(m_view.get()), [&](QAccessibleInterface &node) {
-        if (node.object() != m_view.get() && isVisible(node) && matches(node, role))
+        const bool isWanted =
+            std::ranges::any_of(roles, [&](QAccessible::Role role) { return matches(node, role); });
+        if (node.object() != m_view.get() && isVisible(node) && isWanted)
             result.append(node.text(QAccessible::Name));
         return false;
     });
     return result;
+}
+
+QStringList UiDriver::names(QAccessible::Role role) const {
+    return namesOf({role});
+}
+
+QStringList UiDriver::texts() const {
+    return namesOf({QAccessible::Heading, QAccessible::StaticText, QAccessible::Notification});
 }
 
 namespace {

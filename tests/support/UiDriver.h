@@ -33,7 +33,11 @@ public:
     [[nodiscard]] QQuickItem *find(const QString &name,
                                    QAccessible::Role role = QAccessible::NoRole) const;
     [[nodiscard]] bool has(const QString &name, QAccessible::Role role = QAccessible::NoRole) const;
-    /// Whether the named control can be used.
+    /// The text that reads `text`, a heading or any other, or null.
+    [[nodiscard]] QQuickItem *findText(const QString &text) const;
+    /// What can be read, headings included, in the order of the tree.
+    [[nodiscard]] QStringList texts() const;
+    /// Whether an assistive tool is told that the named control can be used.
     [[nodiscard]] bool isEnabled(const QString &name,
                                  QAccessible::Role role = QAccessible::NoRole) const;
     /// The names of all that can be found, in the order of the tree.
@@ -82,6 +86,7 @@ public:
 
 private:
     void show(const QSize &size);
+    [[nodiscard]] QStringList namesOf(std::initializer_list<QAccessible::Role> roles) const;
 
     std::unique_ptr<QQuickView> m_view;
 };
