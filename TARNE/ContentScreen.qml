@@ -10,6 +10,9 @@ FocusScope {
 
     required property ContentView contentView
 
+    // A tab that has the focus leaves the keys that scroll to the screen it has brought up.
+    Keys.forwardTo: tabs.activeFocus ? [pages.children[contentView.selectedTab]] : []
+
     TabStrip {
         id: tabs
 
@@ -17,6 +20,8 @@ FocusScope {
         contentView: content.contentView
     }
     Item {
+        id: pages
+
         anchors.top: tabs.bottom
         anchors.topMargin: Layout.spacingSmall
         anchors.bottom: parent.bottom

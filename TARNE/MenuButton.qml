@@ -25,6 +25,7 @@ IconButton {
         implicitWidth: 210
         implicitHeight: 28
         Accessible.name: text
+        Accessible.onPressAction: clicked()
 
         background: Rectangle {
             color: entry.highlighted ? Colors.accent : "transparent"
@@ -64,11 +65,20 @@ IconButton {
         margins: 4
         // A press on the button closes it by way of the button, not before.
         closePolicy: T.Popup.CloseOnEscape | T.Popup.CloseOnPressOutsideParent
+        onAboutToShow: {
+            contentItem.parent.Accessible.name = button.text;
+            formerFocus = button.Window.activeFocusItem;
+            formerReason = formerFocus?.["focusReason"] ?? Qt.PopupFocusReason;
+        }
         onClosed: {
             // It leaves the focus to the window as a whole, where no key reaches anything.
             if (button.Window.activeFocusItem === button.Window.contentItem)
-                button.forceActiveFocus(Qt.PopupFocusReason);
+                formerFocus?.forceActiveFocus(formerReason);
         }
+
+        // What had the focus when it opened, and how it came by it.
+        property Item formerFocus
+        property int formerReason
 
         Entry {
             text: "New Session"
@@ -77,7 +87,11 @@ IconButton {
         }
         Entry {
             text: "Check for Updates..."
-            onTriggered: button.updateCheckRequested()
+            onTriggered: {
+                // What comes up is to find the focus where the menu hands it back to.
+                menu.close();
+                button.updateCheckRequested();
+            }
         }
         Entry {
             text: "Quit TARNE"

@@ -25,8 +25,11 @@ FocusScope {
     enabled: isSelected
     focus: isSelected
     state: isSelected ? "shown" : "gone"
+    Keys.forwardTo: [slot.item]
 
     ComponentSlot {
+        id: slot
+
         anchors.fill: parent
         isActive: page.hasScreen
         component: page.screen

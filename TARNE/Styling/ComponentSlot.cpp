@@ -74,7 +74,9 @@ void ComponentSlot::make() {
     connect(item, &QQuickItem::implicitHeightChanged, this, &ComponentSlot::adoptSize);
     connect(item, &QQuickItem::widthChanged, this, &ComponentSlot::adoptSize);
     connect(item, &QQuickItem::heightChanged, this, &ComponentSlot::adoptSize);
-    item->setFocus(true);
+    // What asked for the focus inside the item is to have it, not the item around it.
+    if (!scopedFocusItem())
+        item->setFocus(true);
     adoptSize();
 }
 

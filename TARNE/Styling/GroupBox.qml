@@ -17,6 +17,7 @@ Column {
         text: box.title
         font: Typography.systemHeadline
         leftPadding: 4
+        Accessible.role: Accessible.Heading
     }
     Rectangle {
         width: box.width

@@ -6,6 +6,23 @@
 #include <QQuickWindow>
 
 namespace tarne {
+namespace {
+
+/// How `item` came by the focus, which decides whether it shows that it has it.
+Qt::FocusReason focusReasonOf(const QQuickItem *item) {
+    const QVariant reason = item ? item->property("focusReason") : QVariant();
+    return reason.isValid() ? reason.value<Qt::FocusReason>() : Qt::PopupFocusReason;
+}
+
+/// The item may have the focus again already, by being enabled, which counts as no reason at all.
+void giveFocus(QQuickItem &item, Qt::FocusReason reason) {
+    item.forceActiveFocus(reason);
+    QQuickItem *const focused = item.window() ? item.window()->activeFocusItem() : nullptr;
+    if (focused && focused->metaObject()->indexOfProperty("focusReason") >= 0)
+        focused->setProperty("focusReason", reason);
+}
+
+} // namespace
 
 ModalLayer::ModalLayer(QQuickItem *parent) : WindowMoveArea(parent) {
     setVisible(false);
@@ -56,6 +73,7 @@ void ModalLayer::cover() {
     PressGuard::of(*window()).coverChanged();
     m_content = window()->contentItem();
     m_formerFocus = window()->activeFocusItem();
+    m_formerReason = focusReasonOf(m_formerFocus);
     const QList<QQuickItem *> siblings = m_content->childItems();
     for (QQuickItem *sibling : siblings) {
         if (sibling == this || !sibling->isEnabled())
@@ -94,7 +112,7 @@ void ModalLayer::uncover() {
                      (next == m_formerFocus || next->isFocusScope())))
         next = next->parentItem();
     if (next)
-        next->forceActiveFocus(Qt::PopupFocusReason);
+        giveFocus(*next, m_formerReason);
 }
 
 void ModalLayer::fillWindow() {

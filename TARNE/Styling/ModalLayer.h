@@ -10,8 +10,9 @@ namespace tarne {
 /// that lay there before, and everything behind it is disabled: out of reach of the pointer, of the
 /// Tab key and of assistive tools, and counted as not shown, so that no animation runs there.
 /// Layers stack; each covers those presented before it. The focus goes into the layer and, when it
-/// leaves, back to where it was. It covers what the window is moved by, and moves it in its place.
-/// The press that brings it up or takes it away presses nothing more (`PressGuard`).
+/// leaves, back to where it was, for the reason it was there. It covers what the window is moved
+/// by, and moves it in its place. The press that brings it up or takes it away presses nothing more
+/// (`PressGuard`).
 class ModalLayer : public tarne::WindowMoveArea {
     Q_OBJECT
     QML_ELEMENT
@@ -45,6 +46,7 @@ private:
     /// What this layer has disabled, to be enabled again.
     QList<QPointer<QQuickItem>> m_covered;
     QPointer<QQuickItem> m_formerFocus;
+    Qt::FocusReason m_formerReason = Qt::PopupFocusReason;
     QPointer<QQuickItem> m_content;
 };
 

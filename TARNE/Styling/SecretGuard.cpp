@@ -26,9 +26,10 @@ public:
     }
 
     [[nodiscard]] QString text(QAccessible::Text kind) const override {
-        return kind == QAccessible::Name || kind == QAccessible::Description
-                   ? AccessibleItem::text(kind)
-                   : QString();
+        // The attached name of a password field is always told as empty.
+        if (kind == QAccessible::Name)
+            return item()->property("placeholderText").toString();
+        return kind == QAccessible::Description ? AccessibleItem::text(kind) : QString();
     }
     void setText(QAccessible::Text, const QString &) override {}
 

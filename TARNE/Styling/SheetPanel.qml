@@ -30,6 +30,8 @@ FocusScope {
     implicitHeight: Math.min(ownHeight > 0 ? ownHeight : naturalHeight, availableHeight)
     Accessible.role: Accessible.Dialog
     Accessible.name: accessibleName
+    // The keys that nothing in the panel has a use for scroll its body.
+    Keys.forwardTo: [scroll]
 
     ShadowImage {
         anchors.fill: parent

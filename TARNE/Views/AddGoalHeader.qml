@@ -29,6 +29,7 @@ Rectangle {
             text: "New Goal"
             font: Typography.system(20, Font.DemiBold)
             color: Colors.hex("1F2937")
+            Accessible.role: Accessible.Heading
         }
         PlainText {
             text: "Schedule a focus session"

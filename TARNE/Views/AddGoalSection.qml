@@ -38,6 +38,7 @@ Column {
             text: section.title
             font: Typography.system(17, Font.DemiBold)
             color: Colors.hex("1F2937")
+            Accessible.role: Accessible.Heading
         }
     }
     Column {

@@ -16,6 +16,7 @@ Column {
         text: heading.title
         font: Typography.heading3
         wrapMode: Text.Wrap
+        Accessible.role: Accessible.Heading
     }
     PlainText {
         width: heading.width

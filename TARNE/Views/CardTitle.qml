@@ -22,5 +22,6 @@ Row {
         text: title.text
         font: Typography.system(16, Font.DemiBold)
         color: Colors.label
+        Accessible.role: Accessible.Heading
     }
 }

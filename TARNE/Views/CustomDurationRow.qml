@@ -4,7 +4,7 @@ import TARNE.Styling
 import TARNE.Views
 
 // The field for minutes typed by hand, with the space above it; no height while it is not shown.
-Item {
+FocusScope {
     id: row
 
     required property DurationControls view
@@ -14,6 +14,14 @@ Item {
     readonly property bool hasError: view.customInputError.length > 0
     readonly property real fullHeight: Layout.spacingMedium + controls.rowHeight
                                        + (hasError ? Layout.spacingSmall + error.implicitHeight : 0)
+
+    // It was closed while it had the focus.
+    signal focusLeft
+
+    onIsShownChanged: {
+        if (!row.isShown && row.focus)
+            row.focusLeft();
+    }
 
     height: isShown ? fullHeight : 0
     opacity: isShown ? 1 : 0
@@ -44,6 +52,7 @@ Item {
             width: 100
             placeholderText: "5-180"
             text: row.view.customDuration
+            Accessible.description: row.view.customInputError
             // However it is written: an assistive tool's text counts as no edit of the field's.
             onTextChanged: row.view.customDuration = text
         }
@@ -57,7 +66,12 @@ Item {
 
             text: "Set"
             enabled: row.view.canSetCustomDuration
-            onClicked: row.view.applyCustomDuration()
+            // Refused, it is disabled until the field holds something else.
+            onClicked: {
+                row.view.applyCustomDuration();
+                if (row.hasError)
+                    field.forceActiveFocus(Qt.TabFocusReason);
+            }
         }
     }
     PlainText {
@@ -69,5 +83,6 @@ Item {
         text: row.view.customInputError
         font: row.errorFont
         color: Colors.warning
+        Accessible.role: Accessible.Notification
     }
 }

@@ -45,6 +45,8 @@ Column {
         width: parent.width
 
         SecondaryButton {
+            id: customButton
+
             anchors.horizontalCenter: parent.horizontalCenter
             width: Math.min(implicitWidth, 200)
             symbol: "pencil"
@@ -55,6 +57,7 @@ Column {
             width: parent.width
             view: choice.view
             errorFont: choice.errorFont
+            onFocusLeft: customButton.forceActiveFocus()
         }
     }
 

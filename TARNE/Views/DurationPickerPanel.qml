@@ -34,6 +34,7 @@ Item {
             anchors.horizontalCenter: parent.horizontalCenter
             text: "Select Session Duration"
             font: Typography.heading2
+            Accessible.role: Accessible.Heading
         }
         DurationChoice {
             width: parent.width - 2 * Layout.padding

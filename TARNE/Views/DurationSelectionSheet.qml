@@ -30,6 +30,7 @@ SheetPanel {
             y: Layout.padding
             text: "Select Session Duration"
             font: Typography.heading1
+            Accessible.role: Accessible.Heading
         }
         IconButton {
             anchors.right: parent.right

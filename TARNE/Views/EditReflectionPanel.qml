@@ -36,6 +36,7 @@ SheetPanel {
 
                 text: "Edit Reflection"
                 font: Typography.weighted(Typography.systemTitle2, Font.DemiBold)
+                Accessible.role: Accessible.Heading
             }
             PlainText {
                 text: panel.view.dateText

@@ -23,6 +23,8 @@ FeedbackCard {
         text: "Unable to generate feedback"
         font: Typography.system(16, Font.DemiBold)
         color: Colors.label
+        Accessible.role: Accessible.Notification
+        Accessible.description: card.error
     }
     // The service's own words, of any length.
     LongText {

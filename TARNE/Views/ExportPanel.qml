@@ -24,6 +24,7 @@ SheetPanel {
             anchors.verticalCenter: done.verticalCenter
             text: "Export Session History"
             font: Typography.weighted(Typography.systemTitle2, Font.DemiBold)
+            Accessible.role: Accessible.Heading
         }
         BorderedButton {
             id: done

@@ -24,6 +24,7 @@ Item {
             text: "Session Feedback"
             font: Typography.system(17, Font.Bold)
             color: Colors.label
+            Accessible.role: Accessible.Heading
         }
         Item {
             width: parent.width

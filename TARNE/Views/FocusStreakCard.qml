@@ -29,6 +29,7 @@ InsightsCard {
         PlainText {
             text: "Focus Streak"
             font: Typography.heading3
+            Accessible.role: Accessible.Heading
         }
     }
     Item {

@@ -17,6 +17,7 @@ Rectangle {
     color: Colors.background
     Accessible.role: Accessible.Pane
     Accessible.name: head.title
+    Keys.forwardTo: [list]
 
     ListView {
         id: list
@@ -76,6 +77,7 @@ Rectangle {
         cacheBuffer: 600
         boundsBehavior: Flickable.DragOverBounds
         keyNavigationEnabled: false
+        focus: true
         activeFocusOnTab: true
         Accessible.role: Accessible.List
         Accessible.name: head.title

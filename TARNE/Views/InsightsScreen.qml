@@ -14,13 +14,17 @@ Rectangle {
     color: Colors.background
     Accessible.role: Accessible.Pane
     Accessible.name: screen.navigationTitle
+    Keys.forwardTo: [column]
 
     ScrollColumn {
+        id: column
+
         anchors.fill: parent
         horizontalPadding: Layout.spacingMedium
         topPadding: Layout.spacingMedium
         bottomPadding: Layout.spacingMedium
         spacing: Layout.spacingLarge
+        focus: true
         activeFocusOnTab: true
         Accessible.role: Accessible.Pane
         Accessible.name: head.title

@@ -17,6 +17,8 @@ Rectangle {
         anchors.horizontalCenter: parent.horizontalCenter
         y: Layout.spacingMedium
         spacing: 8
+        Accessible.role: Accessible.Indicator
+        Accessible.name: "Page " + (screen.view.currentScreen + 1) + " of 2"
 
         Repeater {
             model: 2
@@ -59,6 +61,8 @@ Rectangle {
             isShown: screen.view.isSetupShown
 
             SetupPage {
+                id: setup
+
                 anchors.fill: parent
                 view: screen.view
             }
@@ -67,6 +71,7 @@ Rectangle {
     FocusScope {
         id: buttons
 
+        focus: true
         anchors.bottom: parent.bottom
         anchors.bottomMargin: Layout.spacingMedium
         x: Layout.spacingMedium
@@ -82,7 +87,12 @@ Rectangle {
                 id: back
 
                 text: "Back"
-                onClicked: screen.view.goBack()
+                // It goes with its page; what it leads to has the focus next.
+                onClicked: {
+                    const reason = back.visualFocus ? Qt.TabFocusReason : Qt.OtherFocusReason;
+                    screen.view.goBack();
+                    forward.forceActiveFocus(reason);
+                }
             }
         }
         PrimaryButton {
@@ -96,7 +106,13 @@ Rectangle {
                 font: forward.font
                 color: forward.look.textColor
             }
-            onClicked: screen.view.goForward()
+            focus: true
+            onClicked: {
+                const opensSetup = !screen.view.isSetupShown;
+                screen.view.goForward();
+                if (opensSetup)
+                    setup.forceActiveFocus();
+            }
         }
     }
     Alert {

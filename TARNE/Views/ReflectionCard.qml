@@ -32,7 +32,12 @@ FeedbackCard {
             anchors.right: parent.right
             anchors.verticalCenter: parent.verticalCenter
             text: card.isEditing ? "Done" : "Edit"
-            onClicked: card.editingToggled()
+            // The editor goes; it does not take the focus along.
+            onClicked: {
+                if (editor.isFocused)
+                    toggle.forceActiveFocus();
+                card.editingToggled();
+            }
 
             contentItem: PlainText {
                 text: toggle.text

@@ -33,6 +33,7 @@ Rectangle {
 
                 text: "Schedule"
                 font: Typography.heading1
+                Accessible.role: Accessible.Heading
             }
             PlainText {
                 text: "Plan your focus sessions"

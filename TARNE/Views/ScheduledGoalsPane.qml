@@ -27,6 +27,7 @@ Item {
                 text: pane.view.selectedDateText
                 font: Typography.system(20, Font.DemiBold)
                 color: Colors.hex("1F2937")
+                Accessible.role: Accessible.Heading
             }
             PlainText {
                 text: pane.view.goalsCountText

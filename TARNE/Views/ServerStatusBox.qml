@@ -50,6 +50,7 @@ GroupBox {
         topPadding: 4
         text: box.view.serverError
         color: Colors.red
+        Accessible.role: Accessible.Notification
     }
     SettingsNote {
         text: "The classification server runs locally on port 3000"

@@ -15,6 +15,7 @@ Column {
         anchors.horizontalCenter: parent.horizontalCenter
         text: "⏱️ Session"
         font: Typography.heading1
+        Accessible.role: Accessible.Heading
     }
 
     PausedBadge {

@@ -45,6 +45,7 @@ SheetPanel {
             font.pixelSize: Typography.heading(24).pixelSize
             font.letterSpacing: -0.3
             color: Colors.label
+            Accessible.role: Accessible.Heading
         }
         IconButton {
             anchors.right: parent.right

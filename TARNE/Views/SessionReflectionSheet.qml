@@ -30,6 +30,7 @@ SheetPanel {
             text: "How did you do with your goals?"
             font: Typography.system(22, Font.DemiBold)
             color: Colors.label
+            Accessible.role: Accessible.Heading
         }
         IconButton {
             anchors.right: parent.right

@@ -10,14 +10,23 @@ Rectangle {
     required property SettingsView view
 
     color: Colors.background
+    Keys.forwardTo: [column]
 
     ScrollColumn {
+        id: column
+
         anchors.fill: parent
+        focus: true
+        activeFocusOnTab: true
+        Accessible.role: Accessible.Pane
+        Accessible.name: head.title
         spacing: Layout.spacingLarge
         horizontalPadding: Layout.spacingMedium
         bottomPadding: Layout.spacingMedium
 
         PageHead {
+            id: head
+
             width: parent.width
             topPadding: Layout.spacingMedium
             title: "Settings"

@@ -28,6 +28,7 @@ Card {
         PlainText {
             text: card.title
             font: Typography.heading3
+            Accessible.role: Accessible.Heading
         }
     }
 }

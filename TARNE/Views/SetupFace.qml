@@ -20,6 +20,7 @@ Column {
             anchors.horizontalCenter: parent.horizontalCenter
             text: "Session Setup"
             font: Typography.heading1
+            Accessible.role: Accessible.Heading
         }
         PlainText {
             anchors.horizontalCenter: parent.horizontalCenter

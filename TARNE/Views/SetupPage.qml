@@ -12,8 +12,13 @@ ScrollColumn {
     spacing: Layout.spacingLarge
     horizontalPadding: Layout.spacingMedium
     bottomPadding: Layout.spacingMedium
+    activeFocusOnTab: true
+    Accessible.role: Accessible.Pane
+    Accessible.name: head.title
 
     PageHead {
+        id: head
+
         width: parent.width
         topPadding: Layout.spacingMedium
         title: "Complete Setup"

@@ -23,5 +23,6 @@ Row {
         text: title.text
         font: Typography.system(title.size, Font.DemiBold)
         color: Colors.hex("1F2937")
+        Accessible.role: Accessible.Heading
     }
 }

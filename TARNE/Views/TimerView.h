@@ -34,7 +34,7 @@ struct SpringAnimation {
 /// session the reflection. It keeps its own copies of the controller's time values, which follow
 /// the controller while the screen is shown, and leaves all logic to the controller. Main thread
 /// only.
-class TimerView final : public Screen {
+class TimerView final : public tarne::Screen {
     Q_OBJECT
     QML_ELEMENT
     QML_UNCREATABLE("Made with the tabs.")

@@ -48,6 +48,7 @@ Column {
         topPadding: Layout.spacingMedium
         text: "TARNE"
         font: Typography.system(24, Font.DemiBold)
+        Accessible.role: Accessible.Heading
     }
     Column {
         anchors.horizontalCenter: parent.horizontalCenter

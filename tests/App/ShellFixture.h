@@ -1,6 +1,7 @@
 #pragma once
 
 #include "AppFixture.h"
+#include "ItemLook.h"
 #include "MainWindow.h"
 #include "UiDriver.h"
 #include "UpdateCheck.h"
@@ -41,6 +42,17 @@ protected:
 
     ContentView &content() { return *app().contentView(); }
 
+    /// Whether the page of the tab has come to rest in its place.
+    bool isAtRest(int tab) {
+        const auto *const page =
+            ui().root()->findChild<QQuickItem *>(QStringLiteral("tab-%1").arg(tab));
+        return page && page->x() == 0 && page->opacity() == 1;
+    }
+    /// Whether the row for minutes typed by hand is there in full.
+    bool isCustomRowOpen() {
+        const QQuickItem *const row = around(ui().find(QStringLiteral("Set")), "fullHeight");
+        return row && row->height() == row->property("fullHeight").toDouble();
+    }
     /// Goes on with Tab until the named control has the focus.
     void tabTo(const QString &name) {
         for (int steps = 0; steps < 60 && ui().focusedName() != name; ++steps)

@@ -48,11 +48,6 @@ protected:
         ASSERT_TRUE(ui().click(u"Timer"_s, QAccessible::PageTab));
         ASSERT_TRUE(ui().waitUntil([&] { return isAtRest(0) && !ui().has(u"Session History"_s); }));
     }
-    /// Whether a tab's page has come in as a whole.
-    bool isAtRest(int tab) {
-        const auto *const page = ui().root()->findChild<QQuickItem *>(u"tab-%1"_s.arg(tab));
-        return page->x() == 0 && page->opacity() == 1;
-    }
     void readOn(int pages) {
         ui().find(u"Session History"_s, QAccessible::List)->forceActiveFocus();
         for (int page = 0; page < pages; ++page)

@@ -21,6 +21,21 @@ class AccessibilityBus:
             | Gio.DBusConnectionFlags.MESSAGE_BUS_CONNECTION, None, None)
         self._bus.set_exit_on_close(False)
 
+    def listen(self, event):
+        """Asks every application for an event, such as "object:state-changed:showing", and collects
+        those that come: the signal's name, its detail, its number, its value and whom it is of."""
+        heard = []
+
+        def keep(_bus, owner, path, _interface, signal, arguments):
+            detail, number, _, value = arguments.unpack()[:4]
+            heard.append((signal, detail, number, value, Node(self, owner, path)))
+
+        self._bus.signal_subscribe(None, "org.a11y.atspi.Event.Object", None, None, None,
+                                   Gio.DBusSignalFlags.NONE, keep)
+        self.call("org.a11y.atspi.Registry", "/org/a11y/atspi/registry", "org.a11y.atspi.Registry",
+                  "RegisterEvent", GLib.Variant("(sass)", (event, [], "")))
+        return heard
+
     def application(self, process):
         """The root node of the application whose process id this is, None while it has none."""
         for name, path in self.call(*REGISTRY, ACCESSIBLE, "GetChildren")[0]:
@@ -68,6 +83,10 @@ class Node:
     def has(self, state):
         low, high = self._call(ACCESSIBLE, "GetState")[0]
         return bool((high << 32 | low) >> STATES[state] & 1)
+
+    @property
+    def description(self):
+        return self._property(ACCESSIBLE, "Description")
 
     @property
     def text(self):

@@ -2,6 +2,8 @@
 
 import signal
 
+from gi.repository import GLib
+
 from fixture import TarneTestCase
 
 
@@ -95,6 +97,51 @@ class TheCommandLine(TarneTestCase):
         self.assert_shown("Start Session")
         timer, settings = self.node("Timer").extents, self.node("Settings").extents
         self.assertLess(timer[0], settings[0], "the screen is mirrored")
+
+
+class AScreenReader(TarneTestCase):
+    """What it gets to know, beside the names and roles that every test goes by."""
+
+    def test_knows_which_buttons_are_disabled(self):
+        self.launch()
+        self.choose_duration(5)
+        start = self.node("Start session", role="push button")
+        self.assertFalse(start.has("enabled") or start.has("sensitive") or start.has("focusable"))
+        self.type_into("Session Goal", "Read")
+        self.eventually(lambda: start.has("enabled") and start.has("sensitive"),
+                        "the start button is told as enabled")
+
+    def test_presses_tabs_and_menu_entries(self):
+        self.launch()
+        self.open_tab("Settings")
+        self.assert_shown("Save API Key")
+        self.press("Menu")
+        self.node("Menu", role="popup menu")
+        self.node("Check for Updates...", role="menu item").press()
+        self.assert_shown("Updates Are Not Set Up")
+
+    def test_learns_of_an_error_and_finds_it_at_its_field(self):
+        bus = self.desktop.accessibility
+        shown = bus.listen("object:state-changed:showing")
+        described = bus.listen("object:property-change:accessible-description")
+        self.launch()
+        self.press("Start Session")
+        self.press("Custom Duration")
+        self.type_into("5-180", "4")
+        error = "Duration must be at least 5 minutes"
+        self.assertEqual(self.node("5-180", role="text").description, error)
+        self.node(error, role="notification")
+        self.eventually(lambda: self.has_come(shown, "showing", 1, error), "the error is announced")
+        self.eventually(lambda: [value for _, _, _, value, _ in described if value == error],
+                        "the field's description is announced")
+
+    @staticmethod
+    def has_come(events, detail, number, name):
+        context = GLib.MainContext.default()
+        while context.iteration(False):
+            pass
+        return any(event[1] == detail and event[2] == number and event[4].name == name
+                   for event in events)
 
 
 class TheKeyboardAlone(TarneTestCase):

@@ -492,9 +492,9 @@ TEST(Containers, ShowWhatTheyHold) {
                "TextInputBox { width: 200; height: 50; PlainText { text: 'in a box' } } "
                "GroupBox { width: 200; title: 'About'; PlainText { text: 'in a group' } } "
                "Badge { text: 'Completed' } Separator { width: 50 } Spinner {}"_s));
-    for (const QString &text :
-         {u"in a card"_s, u"in a box"_s, u"About"_s, u"in a group"_s, u"Completed"_s})
+    for (const QString &text : {u"in a card"_s, u"in a box"_s, u"in a group"_s, u"Completed"_s})
         EXPECT_TRUE(ui.has(text, QAccessible::StaticText)) << qPrintable(text);
+    EXPECT_TRUE(ui.has(u"About"_s, QAccessible::Heading));
 }
 
 TEST(Card, UntouchedIsOfTheCardStyle) {

@@ -20,9 +20,10 @@ protected:
         layOut();
     }
     QRectF panel() { return LayoutProbe::place(feedbackPanel()); }
-    QRectF text(const QString &text) { return probe().place(text, QAccessible::StaticText); }
+    QRectF text(const QString &text) { return LayoutProbe::place(textItem(text)); }
     QQuickItem &textItem(const QString &text) {
-        return probe().item(text, QAccessible::StaticText);
+        QQuickItem *const found = ui().findText(text);
+        return found ? *found : probe().item(text);
     }
 
     /// The card that holds the text.

@@ -44,10 +44,9 @@ protected:
         (void)screen(QSize(900, 1000)).picture();
     }
     const QQuickItem &text(const QString &name) {
-        const QQuickItem *const found = screen().find(name, QAccessible::StaticText);
-        const QQuickItem *const heading = screen().find(name, QAccessible::Heading);
-        EXPECT_TRUE(found || heading) << qPrintable(name);
-        return found ? *found : heading ? *heading : *screen().root();
+        const QQuickItem *const found = screen().findText(name);
+        EXPECT_TRUE(found) << qPrintable(name);
+        return found ? *found : *screen().root();
     }
     QRectF placeOf(const QString &name) { return test::placeOf(text(name)); }
     /// The card that a text stands on.

@@ -39,8 +39,7 @@ TEST_F(HistoryScrolling, ACoachingTextStaysOpenWhileItsCardIsScrolledAway) {
 
 TEST_F(HistoryScrolling, TheKeyboardReachesEveryCoachingTextAndOpensIt) {
     view().appear();
-    screen().tab();
-    EXPECT_EQ(screen().focusedName(), u"Session History"_s);
+    ASSERT_EQ(screen().focusedName(), u"Session History"_s);
     for (const QString &title : {u"Overall Assessment"_s, u"Patterns Observed"_s, u"Suggestions"_s,
                                  u"Motivation"_s, u"Overall Assessment"_s}) {
         screen().tab();

@@ -108,7 +108,7 @@ TEST(EditReflectionScreen, ItsPartsStandApartAndAtTheEdgesOfAPaddingOf24) {
     const auto place = [&](const QString &name, QAccessible::Role role) {
         return test::placeOf(*edited.ui.find(name, role));
     };
-    const QRectF title = place(u"Edit Reflection"_s, QAccessible::StaticText);
+    const QRectF title = place(u"Edit Reflection"_s, QAccessible::Heading);
     const QRectF date = place(u"Monday, March 2, 2026 at 12:00 PM"_s, QAccessible::StaticText);
     const QRectF label = place(prompt, QAccessible::StaticText);
     const QRectF ground =
@@ -175,7 +175,7 @@ TEST(ExportScreen, ItsPartsStandApartWithinAPaddingOf24) {
     const QQuickItem &ground = *test::rectangleAround(shown.ui.find(u"text"_s));
     EXPECT_EQ(test::groundOf(ground), std::pair(SystemColors::textBackground, 8.0));
     EXPECT_EQ(
-        test::placeOf(*shown.ui.find(u"Export Session History"_s, QAccessible::StaticText)).left(),
+        test::placeOf(*shown.ui.find(u"Export Session History"_s, QAccessible::Heading)).left(),
         24);
     EXPECT_EQ(place(u"Done"_s).topRight(), QPointF(700 - 24, 24));
     EXPECT_EQ(test::placeOf(ground).topLeft(), QPointF(24, place(u"Done"_s).bottom() + 20));

@@ -18,7 +18,7 @@ namespace {
 class InsightsLook : public test::InsightsScreenTest {
 protected:
     const QQuickItem &text(const QString &name) {
-        const QQuickItem *const found = screen().find(name, QAccessible::StaticText);
+        const QQuickItem *const found = screen().findText(name);
         EXPECT_TRUE(found) << qPrintable(name);
         return found ? *found : *screen().root();
     }
@@ -223,8 +223,8 @@ TEST_F(InsightsLook, TheLegendStandsSixteenBelowTheGridAsTheGridDoesBelowTheHead
 }
 
 TEST_F(InsightsLook, WhereTheCardIsNarrowerTheOldestWeeksAreCutOffAndTodayIsShown) {
-    controller().saveSessionHistory(
-        std::vector<SessionHistoryEntry>(4, {.sessionDate = time.now()}));
+    controller().saveSessionHistory(std::vector<SessionHistoryEntry>(
+        4, {.sessionDate = time.now(), .goals = {}, .duration = 1500.0}));
     view().appear();
     screen(QSize(800, 900)).settle();
     const QRectF card = test::placeOf(cardOf(u"Your Focus Journey"_s)).adjusted(16, 16, -16, -16);

@@ -18,7 +18,7 @@ class NotesSheetLook : public TimerScreenTest {
 protected:
     LayoutProbe probe() { return LayoutProbe(ui()); }
     QRectF panel() { return probe().place(u"Session Goal"_s, QAccessible::Dialog); }
-    QQuickItem &title() { return probe().item(u"Session Goal"_s, QAccessible::StaticText); }
+    QQuickItem &title() { return probe().item(u"Session Goal"_s, QAccessible::Heading); }
     QQuickItem &editor() { return probe().item(u"Session Goal"_s, QAccessible::EditableText); }
     /// What editor and controls lie in.
     QQuickItem &area() { return *editor().parentItem()->parentItem()->parentItem(); }
@@ -108,7 +108,7 @@ TEST_F(NotesSheetLook, LiesOnACardOfItsOwnNumbers) {
 TEST_F(NotesSheetLook, PlacesTitleAndEditorAsTold) {
     openNotesSheet();
     const QRectF sheet = panel();
-    const QQuickItem &title = probe().item(u"Session Goal"_s, QAccessible::StaticText);
+    const QQuickItem &title = probe().item(u"Session Goal"_s, QAccessible::Heading);
     EXPECT_EQ(LayoutProbe::place(title).left(), sheet.left() + 40);
     EXPECT_EQ(LayoutProbe::font(title).pixelSize(), 24);
     EXPECT_NEAR(LayoutProbe::font(title).letterSpacing(), -0.3, 0.01);

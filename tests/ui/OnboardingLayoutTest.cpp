@@ -116,7 +116,7 @@ TEST_F(OnboardingWithIcon, ShowsItInPlaceOfTheName) {
     EXPECT_EQ(icon().size(), QSizeF(120, 120));
     EXPECT_EQ(icon().property("source"), withIcon.appIcon());
     EXPECT_EQ(icon().property("fillMode").toInt(), 1); // Image.PreserveAspectFit
-    EXPECT_EQ(window.names(QAccessible::StaticText).count(u"TARNE"_s), 1);
+    EXPECT_EQ(window.texts().count(u"TARNE"_s), 1);
 }
 
 TEST_F(OnboardingWithIcon, DrawsItInTheMiddleAndNothingInItsCorners) {
@@ -140,7 +140,7 @@ TEST_F(OnboardingScreenTest, AnIconThatCannotBeReadCountsAsNone) {
     const UiDriver window(QUrl(u"qrc:/qt/qml/TARNE/Views/OnboardingScreen.qml"_s),
                           {{u"view"_s, QVariant::fromValue(&broken)}});
     EXPECT_FALSE(window.has(u"AppIcon"_s));
-    EXPECT_EQ(window.names(QAccessible::StaticText).count(u"TARNE"_s), 2);
+    EXPECT_EQ(window.texts().count(u"TARNE"_s), 2);
 }
 
 // Around the pages.

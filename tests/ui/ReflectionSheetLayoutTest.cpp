@@ -14,7 +14,10 @@ using Fonts = TARNEStyle::Typography;
 class ReflectionSheetLayout : public WrapUpScreenTest {
 protected:
     /// Where a text stands.
-    QRectF text(const QString &text) { return probe().place(text, QAccessible::StaticText); }
+    QRectF text(const QString &text) {
+        const QQuickItem *const found = ui().findText(text);
+        return LayoutProbe::place(found ? *found : probe().item(text));
+    }
     QQuickItem &editor() { return probe().item(u"Reflection"_s, QAccessible::EditableText); }
     /// The rounded rectangle that the editor lies on.
     QQuickItem &editorGround() { return *editor().parentItem()->parentItem()->parentItem(); }

@@ -36,11 +36,11 @@ protected:
 TEST_F(SettingsScreen, ShowsItsTextsInOrder) {
     EXPECT_TRUE(ui().has(u"Settings"_s, QAccessible::Heading));
     EXPECT_THAT(
-        ui().names(QAccessible::StaticText),
+        ui().texts(),
         ElementsAre(
-            u"Configure your AI and server preferences"_s, u"Server Status"_s, u"Server Stopped"_s,
-            u"The classification server runs locally on port 3000"_s, u"Gemini AI Configuration"_s,
-            u"API Key"_s,
+            u"Settings"_s, u"Configure your AI and server preferences"_s, u"Server Status"_s,
+            u"Server Stopped"_s, u"The classification server runs locally on port 3000"_s,
+            u"Gemini AI Configuration"_s, u"API Key"_s,
             u"Get your free API key from Google AI Studio. The key is stored securely on your "
             "device."_s,
             u"About"_s,
@@ -78,7 +78,7 @@ TEST_F(SettingsScreen, ShowsTheServersErrorInRedAndNothingWithoutOne) {
     bundle.files.clear();
     ASSERT_TRUE(ui().click(u"Start"_s));
     const QString error = u"Server binary not found in app bundle or project root"_s;
-    ASSERT_TRUE(ui().has(error, QAccessible::StaticText));
+    ASSERT_TRUE(ui().has(error, QAccessible::Notification));
     EXPECT_EQ(ui().find(error)->property("color").value<QColor>(), QColor(SystemColors::red));
     bundle.files = {server};
     ASSERT_TRUE(ui().click(u"Start"_s));

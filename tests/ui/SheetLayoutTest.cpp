@@ -72,7 +72,7 @@ TEST_F(SheetLayout, TheDurationSheetLiesOnACardOfItsOwnNumbers) {
 TEST_F(SheetLayout, TheDurationSheetKeepsItsPaddingAndItsSpacing) {
     openDurationSheet();
     const QRectF sheet = LayoutProbe::place(panel(u"Select Session Duration"_s));
-    const QRectF title = probe().place(u"Select Session Duration"_s, QAccessible::StaticText);
+    const QRectF title = probe().place(u"Select Session Duration"_s, QAccessible::Heading);
     const QRectF close = probe().place(u"Close"_s);
     const QRectF custom = probe().place(u"Custom Duration"_s);
     const QRectF go = probe().place(u"Continue"_s);
@@ -89,7 +89,7 @@ TEST_F(SheetLayout, TheDurationSheetKeepsItsPaddingAndItsSpacing) {
 
 TEST_F(SheetLayout, TheDurationSheetsRowsStandSixteenPointsApart) {
     openDurationSheet();
-    const QRectF title = probe().place(u"Select Session Duration"_s, QAccessible::StaticText);
+    const QRectF title = probe().place(u"Select Session Duration"_s, QAccessible::Heading);
     EXPECT_NEAR(probe().place(u"Close"_s).center().y(), title.center().y(), 0.5);
     const QRectF presets = LayoutProbe::place(*probe().item(u"15 min"_s).parentItem());
     EXPECT_EQ(presets.top(), title.bottom() + 16);
@@ -107,7 +107,7 @@ TEST_F(SheetLayout, TheFirstTwoSheetsShowTheirDragIndicator) {
 
 TEST_F(SheetLayout, TheDurationSheetWritesInItsTokens) {
     openDurationSheet();
-    const QQuickItem &title = probe().item(u"Select Session Duration"_s, QAccessible::StaticText);
+    const QQuickItem &title = probe().item(u"Select Session Duration"_s, QAccessible::Heading);
     EXPECT_EQ(LayoutProbe::font(title), Fonts::heading1());
     EXPECT_EQ(LayoutProbe::color(probe().item(u"Close"_s)), Colors::secondaryText);
     EXPECT_EQ(probe().item(u"Close"_s).property("symbol"), u"xmark.circle.fill"_s);

@@ -12,8 +12,7 @@ namespace tarne::test {
 /// Expects that a visible text is written in this font and colour.
 inline void expectLook(const UiDriver &ui, const QString &text, const QFont &font,
                        const QColor &color) {
-    const QQuickItem *const heading = ui.find(text, QAccessible::Heading);
-    const QQuickItem *const item = heading ? heading : ui.find(text, QAccessible::StaticText);
+    const QQuickItem *const item = ui.findText(text);
     ASSERT_TRUE(item) << "no text " << qPrintable(text);
     const auto actual = item->property("font").value<QFont>();
     EXPECT_EQ(actual.families(), font.families()) << qPrintable(text);

@@ -33,7 +33,7 @@ protected:
     }
 
     const QQuickItem &text(const QString &words) {
-        return found(m_window().find(words, QAccessible::StaticText), words);
+        return found(m_window().findText(words), words);
     }
     const QQuickItem &button(const QString &name) {
         return found(m_window().find(name, QAccessible::Button), name);
@@ -48,7 +48,7 @@ protected:
 
     /// The place of a text or, where no text reads so, of a button.
     QRectF place(const QString &name) {
-        const QQuickItem *const words = m_window().find(name, QAccessible::StaticText);
+        const QQuickItem *const words = m_window().findText(name);
         return place(words ? *words : button(name));
     }
     static QRectF place(const QQuickItem &item) {

@@ -37,7 +37,7 @@ protected:
     void openSheet() { click(u"New Goal"_s, QAccessible::Button); }
     bool hasSheet() { return ui().has(u"New Goal"_s, QAccessible::Dialog); }
     QQuickItem *goalField() { return ui().find(u"What do you want to focus on?"_s); }
-    QStringList texts() { return ui().names(QAccessible::StaticText); }
+    QStringList texts() { return ui().texts(); }
     /// Whether the item's left edge comes to have a colour, once what moves has come to rest.
     bool comesToShow(const QString &name, QColor color) {
         const QQuickItem *const item = ui().find(name);

@@ -39,14 +39,14 @@ TEST_F(ScheduleScreen, ADayPickedInTheCalendarIsShownInThePane) {
     draw();
     EXPECT_FALSE(ui().has(u"Far off"_s));
     click(u"Friday, March 20, 2026"_s);
-    EXPECT_TRUE(ui().has(u"Far off"_s, QAccessible::StaticText));
-    EXPECT_TRUE(ui().has(u"March 20, 2026"_s, QAccessible::StaticText));
+    EXPECT_TRUE(ui().findText(u"Far off"_s));
+    EXPECT_TRUE(ui().findText(u"March 20, 2026"_s));
 }
 
 TEST_F(ScheduleScreen, PastDaysCanBePicked) {
     click(u"Previous month"_s, QAccessible::Button);
     click(u"Monday, February 2, 2026"_s);
-    EXPECT_TRUE(ui().has(u"February 2, 2026"_s, QAccessible::StaticText));
+    EXPECT_TRUE(ui().findText(u"February 2, 2026"_s));
 }
 
 TEST_F(ScheduleScreen, EveryGoalShowsItsTimeAndThatAReminderIsSet) {
@@ -60,7 +60,7 @@ TEST_F(ScheduleScreen, EveryGoalShowsItsTimeAndThatAReminderIsSet) {
 
 TEST_F(ScheduleScreen, AGoalsTextIsNeverMarkup) {
     add(2, 14, u"<b>a</b> & \"b\"\nline"_s);
-    EXPECT_TRUE(ui().has(u"<b>a</b> & \"b\"\nline"_s, QAccessible::StaticText));
+    EXPECT_TRUE(ui().findText(u"<b>a</b> & \"b\"\nline"_s));
     QQuickItem *const text = ui().find(u"<b>a</b> & \"b\"\nline"_s);
     ASSERT_NE(text, nullptr);
     EXPECT_EQ(text->property("textFormat").toInt(), 0); // Text.PlainText
@@ -97,7 +97,7 @@ TEST_F(ScheduleScreen, ATextOfAHundredKilobytesIsShown) {
     const QString text = u"long text "_s.repeated(10'000);
     add(2, 14, text);
     EXPECT_TRUE(ui().has(u"2:00 PM"_s));
-    EXPECT_TRUE(ui().has(text, QAccessible::StaticText));
+    EXPECT_TRUE(ui().findText(text));
 }
 
 TEST_F(ScheduleScreen, TheTickStrikesTheTextOutAndTakesTheGoalFromTheUpcomingCount) {
@@ -124,7 +124,7 @@ TEST_F(ScheduleScreen, ListsTheGoalsInTheOrderOfTheirStarts) {
     add(2, 12, u"second"_s);
     double y = 0;
     for (const QString &text : {u"first"_s, u"second"_s, u"third"_s}) {
-        const QQuickItem *const item = ui().find(text, QAccessible::StaticText);
+        const QQuickItem *const item = ui().findText(text);
         ASSERT_NE(item, nullptr);
         EXPECT_GT(item->mapToScene({}).y(), y);
         y = item->mapToScene({}).y();
@@ -191,16 +191,16 @@ TEST_F(ScheduleScreen, GoalsStoredBeforeAreShownAtOnce) {
     m_stage.fakes.defaults.setObject(u"ScheduledGoals"_s,
                                      *encodeScheduledGoals({{at(2, 9), at(2, 15), u"stored"_s}}));
     draw();
-    EXPECT_TRUE(ui().has(u"stored"_s, QAccessible::StaticText));
-    EXPECT_TRUE(ui().has(u"3:00 PM"_s, QAccessible::StaticText));
+    EXPECT_TRUE(ui().findText(u"stored"_s));
+    EXPECT_TRUE(ui().findText(u"3:00 PM"_s));
 }
 
 TEST_F(ScheduleScreen, WritesDatesAndTimesInTheLocale) {
     useLocale(u"de_DE"_s);
     add(2, 14, u"Schreiben"_s);
-    EXPECT_TRUE(ui().has(u"2. März 2026"_s, QAccessible::StaticText));
-    EXPECT_TRUE(ui().has(u"14:00"_s, QAccessible::StaticText));
-    EXPECT_TRUE(ui().has(u"1 goals scheduled"_s, QAccessible::StaticText));
+    EXPECT_TRUE(ui().findText(u"2. März 2026"_s));
+    EXPECT_TRUE(ui().findText(u"14:00"_s));
+    EXPECT_TRUE(ui().findText(u"1 goals scheduled"_s));
 }
 
 TEST_F(ScheduleScreen, RunsFromLeftToRightInEveryLocale) {
@@ -208,7 +208,7 @@ TEST_F(ScheduleScreen, RunsFromLeftToRightInEveryLocale) {
     const QString goal = u"كتابة التقرير"_s;
     add(2, 14, goal);
     for (const QString &words : {u"٢:٠٠ م"_s, goal}) {
-        const QQuickItem *const text = ui().find(words, QAccessible::StaticText);
+        const QQuickItem *const text = ui().findText(words);
         ASSERT_NE(text, nullptr) << qPrintable(words);
         EXPECT_EQ(text->property("effectiveHorizontalAlignment").toInt(), int(Qt::AlignLeft));
     }
@@ -220,7 +220,7 @@ TEST_F(ScheduleScreen, HasItsGroundsRulesAndSizes) {
     add(2, 14, u"Write"_s);
     EXPECT_EQ(ui().find(u"Close schedule"_s)->size(), QSizeF(44, 44));
     EXPECT_EQ(ui().find(u"Delete Write"_s)->size(), QSizeF(32, 32));
-    EXPECT_EQ(ui().find(u"Schedule"_s, QAccessible::StaticText)->mapToScene({}).x(), 24);
+    EXPECT_EQ(ui().findText(u"Schedule"_s)->mapToScene({}).x(), 24);
     EXPECT_EQ(colorAt(3, 3), QColor(Qt::white));        // The header,
     EXPECT_EQ(colorAt(3, 690), QColor(Qt::white));      // the sidebar,
     EXPECT_EQ(colorAt(420, 690), QColor(u"#E5E7EB"_s)); // the rule,
