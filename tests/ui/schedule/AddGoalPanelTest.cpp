@@ -188,7 +188,7 @@ TEST_F(TheAddGoalSheet, OpensAtItsDateAndGoesToTheFieldWithTheFirstKey) {
         m_size = QSize(900, 700);
         openSheet();
         (void)ui().picture();
-        const QRectF date = placeOf(*ui().find(u"Date"_s, QAccessible::StaticText));
+        const QRectF date = placeOf(*ui().findText(u"Date"_s));
         const QRectF head = placeOf(*ui().find(u"Schedule a focus session"_s));
         const QRectF foot = placeOf(*ui().find(u"Cancel"_s));
         EXPECT_GT(date.top(), head.bottom());
