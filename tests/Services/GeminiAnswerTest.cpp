@@ -54,8 +54,10 @@ TEST(GeminiAnswer, OfTwoEqualKeysTheLastCounts) {
 }
 
 TEST(GeminiAnswer, IsReadBesideNumbersOfAnySize) {
-    for (const QByteArray number :
-         {"123456789012345678901234567890", "-98765432109876543210", "1e400", "-0.5E-4000"}) {
+    for (const QByteArray &number :
+         {QByteArray("123456789012345678901234567890"), QByteArray("-98765432109876543210"),
+          QByteArray("1e400"), QByteArray("-0.5E-4000"), QByteArray(400, '1') + "e-5",
+          QByteArray(400, '1') + "E+5"}) {
         const QByteArray answer =
             R"("candidates":[{"content":{"parts":[{"text":"\\\"1e999\" 2"}]}}])";
         EXPECT_EQ(success("{" + answer + R"(,"n":)" + number + "}"), u"\\\"1e999\" 2"_s);

@@ -55,6 +55,25 @@ TEST_F(SessionOrder, ANewSessionIsTheCurrentOneBeforeItsCountdownRuns) {
     EXPECT_TRUE(isCountdownStored());
 }
 
+TEST_F(SessionOrder, AStartClearsTheKeysOfTheLastCountdownBeforeItTakesTheSession) {
+    start(u"First"_s, 300);
+    defaults.takeWrites();
+    QObject::connect(&controller(), &SessionViewModel::currentSessionChanged, [&] {
+        EXPECT_EQ(defaults.takeWrites().count(u"synchronize"_s), 2) << "for each clearing of keys";
+    });
+    controller().startSession(FocusSession());
+}
+
+TEST_F(SessionOrder, ACountdownThatReplacesAnotherStopsItBeforeItTakesItsOwnLength) {
+    start(u"Review"_s, 300);
+    pass(10);
+    std::vector<double> shown;
+    QObject::connect(&controller(), &SessionViewModel::timeRemainingChanged,
+                     [&](double seconds) { shown.push_back(seconds); });
+    controller().startTimer(600);
+    EXPECT_THAT(shown, ElementsAre(300.0, 600.0));
+}
+
 TEST_F(SessionOrder, AnEndStopsTheCountdownThenClearsItsKeysThenTheSession) {
     start(u"Review"_s, 300);
     pass(10);
