@@ -32,6 +32,8 @@ Row {
         // Shown or not, a key is not for an input method to complete, correct or remember.
         inputMethodHints: Qt.ImhSensitiveData | Qt.ImhNoPredictiveText | Qt.ImhNoAutoUppercase
         // Neither a key nor its dots have anything to shape, and a megabyte would take seconds.
+        font.family: Typography.body.family
+        font.pixelSize: Typography.body.pixelSize
         font.preferShaping: false
         onTextEdited: secure.textEdited(text)
 
