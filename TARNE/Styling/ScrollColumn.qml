@@ -78,6 +78,10 @@ Flickable {
         if (view.holdsFocus())
             view.reveal(focusedItem);
     }
+    onRevealsFocusChanged: {
+        if (view.holdsFocus())
+            view.reveal(focusedItem);
+    }
     onCaretChanged: caretFollower.restart()
     onContentHeightChanged: caretFollower.restart()
 

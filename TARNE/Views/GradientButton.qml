@@ -64,7 +64,7 @@ PlainButton {
             anchors.verticalCenter: parent.verticalCenter
             width: fullWidth * presence
             height: icon.height
-            visible: presence > 0
+            visible: button.isAvailable || presence > 0
 
             Behavior on presence {
                 EaseInOut { duration: 200 }

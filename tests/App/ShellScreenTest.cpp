@@ -35,6 +35,7 @@ protected:
             entries.push_back(
                 {.sessionDate = time.now() - day * 86400.0,
                  .goals = {{.text = u"goal %1"_s.arg(day)}},
+                 .duration = 1500.0,
                  .suggestions = day % 3 == 0 ? u"advice %1"_s.arg(day) : QString(),
                  .reflection = u"a line\n"_s.repeated(day % 7 == 3 ? 80 : day * 5 % 11)});
         }
@@ -42,7 +43,7 @@ protected:
     }
     void showHistory() {
         ASSERT_TRUE(ui().click(u"History"_s, QAccessible::PageTab));
-        ASSERT_TRUE(ui().waitUntil([&] { return isAtRest(2) && ui().has(u"Session History"_s); }));
+        ASSERT_TRUE(ui().waitUntil([&] { return isAtRest(2) && !ui().has(u"Session Setup"_s); }));
     }
     void showTimer() {
         ASSERT_TRUE(ui().click(u"Timer"_s, QAccessible::PageTab));

@@ -5,6 +5,8 @@
 
 #include <gmock/gmock.h>
 
+#include <cmath>
+
 using namespace Qt::StringLiterals;
 using testing::DoubleNear;
 using testing::FloatNear;
@@ -105,7 +107,7 @@ TEST_F(OnboardingAnimation, TheForwardTextTurnsIntoTheNextOneWithTheDefaultAnima
     const double middle = button.width();
     animations.pass(175);
     EXPECT_EQ(label.opacity(), 1);
-    EXPECT_EQ(button.width(), label.width() + 2 * 16);
+    EXPECT_EQ(button.width(), std::ceil(label.width()) + 2 * 16);
     EXPECT_THAT(middle, DoubleNear((before + button.width()) / 2, 1));
 }
 

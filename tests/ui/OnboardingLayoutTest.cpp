@@ -6,6 +6,8 @@
 
 #include <gmock/gmock.h>
 
+#include <cmath>
+
 using namespace Qt::StringLiterals;
 using testing::DoubleNear;
 
@@ -162,7 +164,7 @@ TEST_F(OnboardingLayout, TheButtonsStandInTheCornersInTheirStyles) {
     openSetup();
     ASSERT_TRUE(ui().waitUntil([&] {
         return probe().place(u"Start Focusing"_s).width() ==
-               LayoutProbe::place(probe().text(u"Start Focusing"_s)).width() + 2 * 16;
+               std::ceil(LayoutProbe::place(probe().text(u"Start Focusing"_s)).width()) + 2 * 16;
     }));
     EXPECT_EQ(probe().look(u"Start Focusing"_s), PrimaryButtonStyle{}({}));
     EXPECT_EQ(probe().place(u"Start Focusing"_s).bottomRight(), QPointF(1000 - 16, 700 - 16));

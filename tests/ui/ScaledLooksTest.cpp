@@ -18,7 +18,7 @@ protected:
         UiDriver ui(u"import QtQuick\nimport TARNE.Styling\nRectangle { "_s + qml + u" }"_s,
                     QSize(440, 300));
         const QImage picture = ui.picture();
-        const double ratio = picture.devicePixelRatio();
+        const double ratio = ui.view().effectiveDevicePixelRatio();
         return picture.copy(
             QRectF(points.topLeft() * ratio, points.size() * ratio).toAlignedRect());
     }

@@ -165,7 +165,7 @@ TEST_F(TheAddGoalSheetsLook, TheScheduleButtonsTextMakesRoomForItsSymbolWhichFad
     pass(100);
     EXPECT_NEAR(left(), alone + 5.5, 1);
     ASSERT_EQ(symbol().size(), 1U);
-    EXPECT_NEAR(symbol().front()->opacity(), 0.5, 0.01);
+    EXPECT_NEAR(symbol().front()->opacity(), 0.5, 0.05);
     pass(100);
     EXPECT_NEAR(left(), alone + 11, 0.5);
     EXPECT_EQ(symbol().front()->opacity(), 1);
@@ -176,7 +176,7 @@ TEST_F(TheAddGoalSheetsLook, TheScheduleButtonsTextMakesRoomForItsSymbolWhichFad
     ASSERT_EQ(symbol().size(), 1U);
     pass(100);
     ASSERT_EQ(symbol().size(), 1U);
-    EXPECT_NEAR(symbol().front()->opacity(), 0.5, 0.01);
+    EXPECT_NEAR(symbol().front()->opacity(), 0.5, 0.05);
     pass(100);
     EXPECT_EQ(symbol().size(), 0U);
     EXPECT_NEAR(left(), alone, 0.5);
