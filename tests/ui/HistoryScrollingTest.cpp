@@ -176,6 +176,9 @@ TEST_F(HistoryScrolling, OfAnEntryOfHalfAMillionLinesOnlyThoseInSightExist) {
     for (int page = 0; page < 20; ++page)
         screen().key(Qt::Key_PageDown);
     expectSomeLines();
-    screen().key(Qt::Key_End);
-    EXPECT_TRUE(screen().waitUntil([&] { return screen().has(u"1 min"_s); }));
+    // The end moves a little while it is worked out.
+    EXPECT_TRUE(screen().waitUntil([&] {
+        screen().key(Qt::Key_End);
+        return screen().has(u"1 min"_s);
+    }));
 }
