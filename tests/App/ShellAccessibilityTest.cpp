@@ -109,8 +109,8 @@ TEST_F(ShellAccessibility, TheKeyFieldIsAsLargeAsItIsDrawnWhateverItHolds) {
     const QString field = u"Enter your Gemini API key"_s;
     ASSERT_TRUE(ui().waitUntil([&] { return isAtRest(3); }));
     const QQuickItem *const item = ui().find(field);
-    const QRect drawn =
-        QRectF(ui().view().mapToGlobal(item->mapToScene(QPointF())), item->size()).toRect();
+    const QRect drawn(ui().view().mapToGlobal(item->mapToScene(QPointF()).toPoint()),
+                      item->size().toSize());
     EXPECT_EQ(ui().accessible(field)->rect(), drawn);
     ASSERT_TRUE(ui().click(field));
     ui().type(u"a key of some length"_s);
