@@ -157,7 +157,7 @@ class TheSheets(SessionTestCase):
         self.launch()
         for number, size in enumerate(self.SIZES, start=1):
             self.resize(*self.ROOM)
-            self.start_session(GOALS_AS_TYPED, minutes=5)
+            self.begin_session()
             self.press("Stop")
             self.assert_shown("How did you do with your goals?")
             self.rate_all("Completed")
@@ -173,6 +173,13 @@ class TheSheets(SessionTestCase):
             self.open_tab("History")
             self.open_tab("Timer")
             self.assert_shown("Session Setup")
+
+    def begin_session(self):
+        self.press("Start Session")
+        self.press("Continue")
+        self.type_into("Session Goal", GOALS_AS_TYPED)
+        self.press("Start session")
+        self.assert_shown("Pause")
 
     def await_centred(self, name, size):
         def is_centred():
