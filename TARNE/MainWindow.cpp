@@ -1,10 +1,10 @@
 #include "MainWindow.h"
 
 #include <QCursor>
+#include <QGuiApplication>
 #include <QMouseEvent>
 #include <QScreen>
 
-#include <algorithm>
 #include <utility>
 
 using namespace Qt::StringLiterals;
@@ -41,36 +41,71 @@ MainWindow::MainWindow(QQmlEngine *engine) : QQuickView(engine, nullptr) {
     setTitle(u"TARNE"_s);
     setResizeMode(SizeRootObjectToView);
     applyProperties();
-    connect(this, &QWindow::windowStateChanged, this, &MainWindow::undoZoom);
+    followScreen(screen());
+    connect(this, &QWindow::screenChanged, this, &MainWindow::followScreen);
+    // Queued: a Wayland compositor's wish is told while Qt is still carrying it out, and would be
+    // carried out to its end after the answer.
+    connect(this, &QWindow::windowStateChanged, this, &MainWindow::undoZoom, Qt::QueuedConnection);
 }
 
 MainWindow::~MainWindow() {
     // The base class hides the window in its own destructor, when there is nobody left to tell.
     disconnect(this, nullptr, this, nullptr);
+    disconnect(m_screenSize);
+}
+
+QRect MainWindow::placeWithin(const QRect &available, const QSize &size) {
+    QRect place(QPoint(), size.boundedTo(available.size()));
+    place.moveCenter(available.center());
+    return place;
 }
 
 void MainWindow::applyProperties() {
     setFlags(Qt::Window | Qt::FramelessWindowHint | Qt::WindowMinimizeButtonHint |
              Qt::WindowCloseButtonHint);
     setColor(Qt::white);
-    setMinimumSize(minimumContentSize);
-}
-
-QPoint MainWindow::firstPosition(const QRect &available) {
-    const QPoint centred = available.center() - QRect(QPoint(), contentSize).center();
-    // The title strip is the one place to move the window by.
-    return {centred.x(), std::max(centred.y(), available.top())};
+    setMinimumSize(screen() ? minimumContentSize.boundedTo(screen()->availableSize())
+                            : minimumContentSize);
 }
 
 void MainWindow::placeOnScreen() {
     resize(contentSize);
-    if (const QScreen *onScreen = screen())
-        setPosition(firstPosition(onScreen->availableGeometry()));
+    if (const QScreen *const onScreen = screen())
+        setGeometry(placeWithin(onScreen->availableGeometry(), contentSize));
+}
+
+void MainWindow::followScreen(QScreen *screen) {
+    disconnect(m_screenSize);
+    if (!screen)
+        return;
+    m_screenSize =
+        connect(screen, &QScreen::availableGeometryChanged, this, &MainWindow::fitScreen);
+    fitScreen();
+}
+
+void MainWindow::fitScreen() {
+    applyProperties();
+    // A hand that is at an edge may draw the window over several screens.
+    const QRect available = screen()->availableGeometry();
+    if (!m_pressedEdges && size() != size().boundedTo(available.size()))
+        setGeometry(placeWithin(available, size()));
 }
 
 void MainWindow::present() {
+    // Under Wayland nobody but the compositor knows whether a window is minimised, and none brings
+    // one back that asks for it. A window that is mapped anew comes up in front.
+    if (isVisible() && !isActive() && QGuiApplication::platformName().startsWith(u"wayland"_s))
+        mapAnew();
     showNormal();
     requestActivate();
+}
+
+void MainWindow::mapAnew() {
+    // To everybody else the window is neither closed nor shown again by this.
+    m_isMappedAnew = true;
+    hide();
+    showNormal();
+    m_isMappedAnew = false;
 }
 
 void MainWindow::undoZoom() {
@@ -80,6 +115,8 @@ void MainWindow::undoZoom() {
 
 bool MainWindow::event(QEvent *event) {
     const bool result = QQuickView::event(event);
+    if (m_isMappedAnew)
+        return result;
     if (event->type() == QEvent::Show)
         Q_EMIT shown();
     else if (event->type() == QEvent::Hide)

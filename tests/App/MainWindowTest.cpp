@@ -28,17 +28,19 @@ TEST_F(MainWindowTest, OffersNoZoomAndNoFullScreen) {
     EXPECT_FALSE(window.flags() & Qt::WindowFullscreenButtonHint);
 }
 
-TEST_F(MainWindowTest, BeginsWith1000By700InTheMiddleOfItsScreen) {
+TEST_F(MainWindowTest, BeginsInTheMiddleOfItsScreenAndNoLargerThanThat) {
+    ASSERT_EQ(window.screen()->availableGeometry(), QRect(0, 0, 800, 800));
     window.placeOnScreen();
-    EXPECT_EQ(window.size(), QSize(1000, 700));
-    const QPoint offset =
-        window.geometry().center() - window.screen()->availableGeometry().center();
-    EXPECT_LE(offset.manhattanLength(), 2);
+    EXPECT_EQ(window.geometry(), QRect(0, 50, 800, 700));
 }
 
-TEST_F(MainWindowTest, KeepsItsTitleStripWithinReachOnALowScreen) {
-    EXPECT_EQ(MainWindow::firstPosition(QRect(0, 30, 1920, 1050)), QPoint(460, 205));
-    EXPECT_EQ(MainWindow::firstPosition(QRect(0, 30, 1366, 600)), QPoint(183, 30));
+TEST_F(MainWindowTest, TakesWhatIsAvailableOfASmallerScreen) {
+    const QSize wanted = MainWindow::contentSize;
+    EXPECT_EQ(MainWindow::placeWithin(QRect(0, 30, 1920, 1050), wanted),
+              QRect(460, 205, 1000, 700));
+    EXPECT_EQ(MainWindow::placeWithin(QRect(0, 30, 1366, 584), wanted), QRect(183, 30, 1000, 584));
+    EXPECT_EQ(MainWindow::placeWithin(QRect(60, 0, 900, 640), wanted), QRect(60, 0, 900, 640));
+    EXPECT_EQ(MainWindow::placeWithin(QRect(60, 20, 580, 340), wanted), QRect(60, 20, 580, 340));
 }
 
 TEST_F(MainWindowTest, UndoesAZoomAndAFullScreenFromOutside) {
@@ -88,7 +90,7 @@ class MainWindowEdges : public testing::TestWithParam<Place> {};
 TEST_P(MainWindowEdges, ShowWhereADragResizes) {
     QQmlEngine engine;
     MainWindow window(&engine);
-    window.placeOnScreen();
+    window.resize(1000, 700);
     window.show();
     QTest::mouseMove(&window, {500, 350});
     QTest::mouseMove(&window, GetParam().at);

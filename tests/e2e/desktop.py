@@ -35,6 +35,17 @@ BUS_CONFIGURATION = """<!DOCTYPE busconfig PUBLIC "-//freedesktop//DTD D-Bus Bus
 </busconfig>
 """
 
+# An empty desktop of one dark colour that never turns itself off.
+COMPOSITOR_CONFIGURATION = """[core]
+idle-time=0
+[shell]
+background-color=0xff204060
+panel-position=none
+locking=false
+animation=none
+startup-animation=none
+"""
+
 
 class Desktop:
     """Everything the program meets on a desktop, private to the tests' box.
@@ -42,8 +53,10 @@ class Desktop:
     One bus stands for both the session's and the system's; the names on it do not overlap.
     """
 
-    def __init__(self, folder):
+    def __init__(self, folder, screen="1280x900"):
+        """`screen` is the display's size in pixels."""
         self.folder = pathlib.Path(folder)
+        self._screen = screen
         self.runtime = self.folder / "run"
         self.runtime.mkdir(mode=0o700)
         # What a desktop's programs write about themselves is not left with who runs the tests.
@@ -157,6 +170,22 @@ class Desktop:
         eventually(lambda: "window id" in self.ask("xprop", "-root", "_NET_SUPPORTING_WM_CHECK"),
                    "a window manager manages")
 
+    def start_compositor(self):
+        """Starts a Wayland compositor that fills the display; returns the name of its own one."""
+        name, configuration = "wayland-0", self.folder / "weston.ini"
+        configuration.write_text(COMPOSITOR_CONFIGURATION)
+        width, height = self.xdotool("getdisplaygeometry").split()
+        self._start("weston", "--backend=x11-backend.so", "--use-pixman", f"--socket={name}",
+                    f"--config={configuration}", f"--width={width}", f"--height={height}",
+                    **self.environment)
+        compositor = "Weston Compositor"
+        eventually(lambda: (self.runtime / name).exists()
+                   and self.xdotool("search", "--onlyvisible", "--class", compositor),
+                   "a compositor is up")
+        # There is no window manager that would give it the keyboard.
+        self.xdotool("search", "--class", compositor, "windowfocus", "--sync")
+        return name
+
     def show_another_window(self):
         self._start("xev", **self.environment)
         eventually(lambda: self.xdotool("search", "--onlyvisible", "--name", "Event Tester"),
@@ -170,6 +199,10 @@ class Desktop:
         """What another program of the desktop prints; `typed` is its standard input."""
         return subprocess.run(command, env=dict(os.environ, **self.environment), check=True,
                               timeout=30, capture_output=True, text=True, input=typed).stdout
+
+    def ask_bytes(self, *command):
+        return subprocess.run(command, env=dict(os.environ, **self.environment), check=True,
+                              timeout=30, capture_output=True).stdout
 
     def screenshot(self, path):
         subprocess.run(["import", "-display", DISPLAY, "-window", "root", str(path)],
@@ -190,8 +223,8 @@ class Desktop:
     def _start_display(self):
         # The box has a /tmp of its own, so the number is always free. No key repeats itself when
         # a busy machine takes its time between press and release.
-        self._display = self._start("Xvfb", DISPLAY, "-screen", "0", "1280x900x24", "-nolisten",
-                                    "tcp", "-noreset", "-r")
+        self._display = self._start("Xvfb", DISPLAY, "-screen", "0", f"{self._screen}x24",
+                                    "-nolisten", "tcp", "-noreset", "-r")
         eventually(lambda: self.xdotool("getdisplaygeometry"), "the display answers")
 
     def start_bus(self, name, services=None, **environment):

@@ -34,6 +34,7 @@ class TarneTestCase(unittest.TestCase):
 
     has_session_bus = True
     has_seen_onboarding = True
+    screen = "1280x900"
     extra_environment = {}
 
     def setUp(self):
@@ -41,7 +42,7 @@ class TarneTestCase(unittest.TestCase):
         self.addCleanup(shutil.rmtree, self.folder, ignore_errors=True)
         self.home = self.folder / "home"
         self.home.mkdir()
-        self.desktop = Desktop(self.folder)
+        self.desktop = Desktop(self.folder, self.screen)
         self.addCleanup(self.desktop.close)
         self.clock = WallClock(self.folder)
         self.store = Store(self.home / "share")

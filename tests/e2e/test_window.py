@@ -158,6 +158,93 @@ class UnderAWindowManager(TarneTestCase):
         self.assertEqual(editor.text, "Write report")
 
 
+class OnASmallScreen:
+    """From the first page to a paused session by the mouse, on a screen that is all there is."""
+
+    has_seen_onboarding = False
+    scale = 1.0
+
+    def place(self, node):
+        """Left, top, right and bottom of a control, in pixels of the screen."""
+        left, top, width, height = (side * self.scale for side in node.extents)
+        return left, top, left + width, top + height
+
+    def is_on_the_screen(self, place):
+        width, height = map(int, self.screen.split("x"))
+        left, top, right, bottom = place
+        return 0 <= left and 0 <= top and right <= width + 1 and bottom <= height + 1
+
+    def click(self, name, role="push button"):
+        node = self.node(name, role=role)
+        self.eventually(lambda: self.is_on_the_screen(self.place(node)),
+                        lambda: f"{name} is on the screen, not at {self.place(node)}")
+        left, top, right, bottom = self.place(node)
+        self.desktop.xdotool("mousemove", int(left + right) // 2, int(top + bottom) // 2,
+                             "click", 1)
+
+    def scroll_to(self, name):
+        """By the wheel, over the middle of the window. What is out of sight is not told of."""
+        width, height = map(int, self.screen.split("x"))
+        self.desktop.xdotool("mousemove", width // 2, height // 2)
+
+        def is_there():
+            node = self.find(name, role="push button")
+            if node and self.is_on_the_screen(self.place(node)):
+                return True
+            self.desktop.xdotool("click", 5)
+            return False
+
+        self.eventually(is_there, f"the wheel leads to {name}")
+
+    def test_all_is_within_reach_from_the_first_page_to_a_paused_session(self):
+        self.launch()
+        frame = self.desktop.accessibility.application(self.program.pid).children[0]
+        self.assertTrue(self.is_on_the_screen(self.place(frame)), frame.extents)
+        self.click("Next")
+        self.assert_shown("Back")
+        field = self.node("Enter your Gemini API key")
+        field.grab_focus()
+        self.eventually(lambda: field.has("focused"), "the key field has the keyboard")
+        self.assertTrue(self.is_on_the_screen(self.place(field)), self.place(field))
+        self.desktop.xdotool("type", "--delay", "5", "key")
+        self.eventually(lambda: self.node("Start Focusing").has("enabled"), "the key is there")
+        self.click("Start Focusing")
+        self.click("Start Using TARNE")
+        self.assert_shown("Session Setup")
+        self.scroll_to("Start Session")
+        self.click("Start Session")
+        self.click("Continue")
+        self.click("Session Goal", role="text")
+        self.desktop.xdotool("type", "--delay", "5", "Write")
+        self.click("Start session")
+        self.activate("Pause")
+        self.assert_shown("Resume")
+        resume = self.node("Resume", role="push button")
+        self.assertTrue(resume.has("focused"))
+        self.eventually(lambda: self.is_on_the_screen(self.place(resume)),
+                        lambda: f"the focus is in sight, not at {self.place(resume)}")
+
+
+class OnAScreenOf800By600(OnASmallScreen, TarneTestCase):
+    screen = "800x600"
+
+
+class OnAScreenOf900By640(OnASmallScreen, TarneTestCase):
+    screen = "900x640"
+
+
+class OnALaptopAt125Percent(OnASmallScreen, TarneTestCase):
+    screen = "1366x768"
+    scale = 1.25
+    extra_environment = {"QT_SCALE_FACTOR": "1.25"}
+
+
+class OnAFullHDScreenAt200Percent(OnASmallScreen, TarneTestCase):
+    screen = "1920x1080"
+    scale = 2.0
+    extra_environment = {"QT_SCALE_FACTOR": "2"}
+
+
 class TheEndOfTheDisplay(ServerTestCase):
     def test_is_a_termination_that_stops_the_server_and_loses_nothing(self):
         self.launch()
