@@ -2,9 +2,9 @@ pragma ComponentBehavior: Bound
 import QtQuick
 import TARNE.Styling
 
-// A column that scrolls when it is higher than its place, by wheel, touch and keyboard, with a thin
-// bar that shows while it moves. What receives the focus by keyboard is brought into view, and the
-// caret of what is written in stays in view.
+// A column that scrolls when it is higher than its place, by wheel, touch and keyboard, with a bar
+// that shows whenever it is. What receives the focus is brought into view, and stays there when
+// heights change until it is scrolled away from; the caret of what is written in stays in view.
 Flickable {
     id: view
 
@@ -19,6 +19,8 @@ Flickable {
     readonly property Item focusedItem: Window.activeFocusItem
     // Of what has the focus and is written in, in its coordinates.
     readonly property rect caret: focusedItem?.["cursorRectangle"] ?? Qt.rect(0, 0, 0, 0)
+    // Whether what has the focus was last left in sight.
+    property bool keepsFocusInSight: true
 
     function holdsFocus(): bool {
         for (let item = focusedItem; item; item = item.parent) {
@@ -34,8 +36,6 @@ Flickable {
     }
 
     function revealCaret(): void {
-        if (view.caret.height === 0 || !view.holdsFocus())
-            return;
         const caret = view.focusedItem.mapToItem(view.contentItem, view.caret);
         view.revealSpan(caret.y, caret.y + caret.height);
     }
@@ -44,13 +44,33 @@ Flickable {
         if (!view.revealsFocus)
             return;
         if (top < view.contentY)
-            view.contentY = Math.max(0, top - 8);
+            view.moveTo(top - 8);
         else if (bottom > view.contentY + view.height)
-            view.contentY = Math.min(view.contentHeight - view.height, bottom + 8 - view.height);
+            view.moveTo(bottom + 8 - view.height);
+    }
+
+    function moveTo(y: real): void {
+        view.cancelFlick();
+        view.contentY = Math.max(0, Math.min(y, view.contentHeight - view.height));
     }
 
     function scrollTo(y: real): void {
-        view.contentY = Math.max(0, Math.min(y, view.contentHeight - view.height));
+        view.moveTo(y);
+        view.noteSight();
+    }
+
+    // For what replaces all that was there. What has the focus then is brought into view from here.
+    function scrollToTop(): void {
+        view.moveTo(0);
+        view.keepsFocusInSight = true;
+        follower.restart();
+    }
+
+    function noteSight(): void {
+        if (!view.holdsFocus())
+            return;
+        const top = view.focusedItem.mapToItem(view, 0, 0).y;
+        view.keepsFocusInSight = top < view.height && top + view.focusedItem.height > 0;
     }
 
     clip: true
@@ -74,23 +94,34 @@ Flickable {
         event.accepted = true;
     }
 
+    onMovementEnded: view.noteSight()
     onFocusedItemChanged: {
-        if (view.holdsFocus())
-            view.reveal(focusedItem);
+        if (!view.holdsFocus())
+            return;
+        view.keepsFocusInSight = true;
+        view.reveal(focusedItem);
     }
     onRevealsFocusChanged: {
         if (view.holdsFocus())
             view.reveal(focusedItem);
     }
-    onCaretChanged: caretFollower.restart()
-    onContentHeightChanged: caretFollower.restart()
+    onCaretChanged: follower.restart()
+    onHeightChanged: follower.restart()
+    onContentHeightChanged: follower.restart()
 
-    // Later, when what is written in has grown and scrolled itself.
+    // Later, when all has its place, and what is written in has grown and scrolled itself.
     Timer {
-        id: caretFollower
+        id: follower
 
         interval: 0
-        onTriggered: view.revealCaret()
+        onTriggered: {
+            if (!view.holdsFocus())
+                return;
+            if (view.caret.height > 0)
+                view.revealCaret();
+            else if (view.keepsFocusInSight)
+                view.reveal(view.focusedItem);
+        }
     }
 
     Column {
@@ -102,20 +133,10 @@ Flickable {
         bottomPadding: view.bottomPadding
     }
 
-    Rectangle {
+    ScrollBar {
         parent: view
         anchors.right: parent.right
-        anchors.rightMargin: 3
-        y: view.visibleArea.yPosition * view.height
-        width: 6
-        height: Math.max(24, view.visibleArea.heightRatio * view.height)
-        radius: 3
-        color: Colors.tertiaryLabel
-        visible: view.interactive && opacity > 0
-        opacity: view.moving ? 1 : 0
-
-        Behavior on opacity {
-            NumberAnimation { duration: 200 }
-        }
+        view: view
+        onDragged: distance => view.scrollTo(view.contentY + distance)
     }
 }

@@ -191,19 +191,9 @@ Rectangle {
         opacity: Math.min(1, pull / screen.refreshDistance)
         rotation: 360 * opacity
     }
-    Rectangle {
+    ScrollBar {
         anchors.right: parent.right
-        anchors.rightMargin: 3
-        y: list.visibleArea.yPosition * list.height
-        width: 6
-        height: Math.max(24, list.visibleArea.heightRatio * list.height)
-        radius: 3
-        color: Colors.tertiaryLabel
-        visible: opacity > 0 && list.lowestY > list.highestY
-        opacity: list.moving ? 1 : 0
-
-        Behavior on opacity {
-            NumberAnimation { duration: 200 }
-        }
+        view: list
+        onDragged: distance => list.scrollTo(list.contentY + distance)
     }
 }

@@ -49,10 +49,16 @@ Rectangle {
             duration: 300
             isShown: !screen.view.isSetupShown
 
-            WelcomePage {
-                anchors.centerIn: parent
-                width: parent.width
-                appIcon: screen.view.appIcon
+            ScrollColumn {
+                anchors.fill: parent
+                topPadding: Math.max(0, Math.round((height - welcome.implicitHeight) / 2))
+
+                WelcomePage {
+                    id: welcome
+
+                    width: parent.width
+                    appIcon: screen.view.appIcon
+                }
             }
         }
         FadingScope {

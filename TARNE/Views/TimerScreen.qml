@@ -29,6 +29,7 @@ Rectangle {
             const focused = screen.Window.activeFocusItem;
             if (focused?.["focusReason"] !== undefined)
                 focused["focusReason"] = reason;
+            column.scrollToTop();
         }
     }
 

@@ -468,6 +468,28 @@ TEST(ScrollColumn, ScrollsByWheelAndBringsTheFocusIntoView) {
     EXPECT_LE(focused->mapToScene(QPointF(0, focused->height())).y(), 200);
 }
 
+TEST(ScrollColumn, IsScrolledByItsBarThatIsThereWheneverThereIsMore) {
+    UiDriver ui(u"import QtQuick\nimport TARNE.Styling\nScrollColumn { id: view; "
+                "property real rowHeight: 100; "
+                "Rectangle { width: 100; height: view.rowHeight } "
+                "Rectangle { width: 100; height: view.rowHeight } }"_s,
+                QSize(300, 200));
+    const auto *const bar = ui.root()->findChild<QQuickItem *>(u"scrollBar"_s);
+    ASSERT_TRUE(bar);
+    EXPECT_FALSE(bar->isVisible());
+    ui.root()->setProperty("rowHeight", 200);
+    EXPECT_FALSE(ui.picture().isNull());
+    EXPECT_TRUE(bar->isVisible());
+    EXPECT_EQ(bar->height(), 100);
+    ui.press(QPointF(292, 40));
+    ui.hover(QPointF(292, 70));
+    EXPECT_EQ(ui.root()->property("contentY").toReal(), 60);
+    ui.hover(QPointF(292, 250));
+    EXPECT_EQ(ui.root()->property("contentY").toReal(), 200);
+    ui.release(QPointF(292, 250));
+    EXPECT_EQ(bar->y(), 100);
+}
+
 TEST(DisclosureSection, OpensAndClosesByItsWholeRow) {
     UiDriver ui(
         column(u"DisclosureSection { width: 300; symbol: 'heart.fill'; title: 'Motivation'; "
