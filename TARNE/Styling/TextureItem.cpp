@@ -14,6 +14,7 @@ QRectF TextureItem::pictureRect() const {
 }
 
 void TextureItem::repaint() {
+    m_isPictureStale = true;
     polish();
 }
 
@@ -22,6 +23,10 @@ double TextureItem::devicePixelRatio() const {
 }
 
 void TextureItem::updatePolish() {
+    // What is hidden is painted when it comes into sight.
+    if (!isVisible())
+        return;
+    m_isPictureStale = false;
     m_picture = pictureRect().isEmpty() ? QImage() : paintPicture(devicePixelRatio());
     m_isTextureStale = true;
     update();
@@ -56,6 +61,8 @@ void TextureItem::geometryChange(const QRectF &newGeometry, const QRectF &oldGeo
 void TextureItem::itemChange(ItemChange change, const ItemChangeData &value) {
     if (change == ItemDevicePixelRatioHasChanged || (change == ItemSceneChange && value.window))
         repaint();
+    if (change == ItemVisibleHasChanged && value.boolValue && m_isPictureStale)
+        polish();
     QQuickItem::itemChange(change, value);
 }
 

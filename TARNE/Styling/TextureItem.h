@@ -6,8 +6,9 @@
 namespace tarne {
 
 /// An item that shows one picture, painted on the GUI thread when its looks change and kept as a
-/// texture, so that a scene that is scaled, faded or redrawn pays a blit and nothing else. The
-/// edges are those of the raster painter, smooth on the software scene graph as on a GPU.
+/// texture, so that a scene that is scaled, faded or redrawn pays a blit and nothing else. Nothing
+/// is painted while it is hidden. The edges are those of the raster painter, smooth on the software
+/// scene graph as on a GPU.
 class TextureItem : public QQuickItem {
     Q_OBJECT
     QML_ANONYMOUS
@@ -34,6 +35,7 @@ private:
     [[nodiscard]] double devicePixelRatio() const;
 
     QImage m_picture;
+    bool m_isPictureStale = true;
     bool m_isTextureStale = true;
 };
 

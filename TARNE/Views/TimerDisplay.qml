@@ -3,7 +3,7 @@ import QtQuick
 import TARNE.Styling
 import TARNE.Views
 
-// The orb and the time below it.
+// The orb and the time below it. On the face that is hidden both stand still.
 Column {
     id: display
 
@@ -20,14 +20,14 @@ Column {
 
         GlowingOrbView {
             anchors.centerIn: parent
-            progress: display.view.orbProgress
+            progress: display.visible ? display.view.orbProgress : 0
             isActive: display.view.isTimerActive
             isPaused: display.view.isPaused
         }
     }
     PlainText {
         anchors.horizontalCenter: parent.horizontalCenter
-        text: display.view.timeText
+        text: display.visible ? display.view.timeText : ""
         font: Typography.timerDisplay
         color: Colors.primaryText
     }

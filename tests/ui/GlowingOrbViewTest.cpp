@@ -116,6 +116,35 @@ TEST_F(GlowingOrbViewTest, NothingRunsWhileItIsHidden) {
     EXPECT_TRUE(orb(ui)->isAnimating());
 }
 
+/// An orb that counts how often it is painted.
+class CountedOrb final : public GlowingOrbView {
+public:
+    using GlowingOrbView::GlowingOrbView;
+    int paintings = 0;
+
+protected:
+    QImage paintPicture(double devicePixelRatio) override {
+        ++paintings;
+        return GlowingOrbView::paintPicture(devicePixelRatio);
+    }
+};
+
+TEST_F(GlowingOrbViewTest, IsPaintedWhenItComesIntoSightAndNotWhileItIsHidden) {
+    UiDriver ui(u"import QtQuick\nItem {}"_s);
+    CountedOrb orb;
+    orb.setVisible(false);
+    orb.setSize(QSizeF(250, 250));
+    orb.setParentItem(ui.root());
+    for (const double progress : {0.2, 0.4, 0.6}) {
+        orb.setProgress(progress);
+        EXPECT_FALSE(ui.picture().isNull());
+    }
+    EXPECT_EQ(orb.paintings, 0);
+    orb.setVisible(true);
+    EXPECT_NE(ui.picture().pixelColor(125, 125), QColor(Qt::white));
+    EXPECT_EQ(orb.paintings, 1);
+}
+
 TEST_F(GlowingOrbViewTest, NothingRunsBehindASheet) {
     const UiDriver ui(document(u"isActive: true"_s));
     ui.root()->setProperty("covered", true);
