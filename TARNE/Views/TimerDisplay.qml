@@ -27,7 +27,8 @@ Column {
     }
     PlainText {
         anchors.horizontalCenter: parent.horizontalCenter
-        text: display.visible ? display.view.timeText : ""
+        // On the hidden face a text of the same size, so that nothing moves when it comes.
+        text: display.visible ? display.view.timeText : "00:00:00"
         font: Typography.timerDisplay
         color: Colors.primaryText
     }

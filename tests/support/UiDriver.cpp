@@ -107,8 +107,12 @@ QQuickItem *UiDriver::find(const QString &name, QAccessible::Role role) const {
 }
 
 QQuickItem *UiDriver::findText(const QString &text) const {
-    QQuickItem *const heading = find(text, QAccessible::Heading);
-    return heading ? heading : find(text, QAccessible::StaticText);
+    for (const auto role :
+         {QAccessible::Heading, QAccessible::StaticText, QAccessible::Notification}) {
+        if (QQuickItem *const found = find(text, role))
+            return found;
+    }
+    return nullptr;
 }
 
 bool UiDriver::isEnabled(const QString &name, QAccessible::Role role) const {

@@ -484,9 +484,9 @@ TEST(ScrollColumn, IsScrolledByItsBarThatIsThereWheneverThereIsMore) {
     ui.press(QPointF(292, 40));
     ui.hover(QPointF(292, 70));
     EXPECT_EQ(ui.root()->property("contentY").toReal(), 60);
-    ui.hover(QPointF(292, 250));
+    ui.hover(QPointF(292, 199));
     EXPECT_EQ(ui.root()->property("contentY").toReal(), 200);
-    ui.release(QPointF(292, 250));
+    ui.release(QPointF(292, 199));
     EXPECT_EQ(bar->y(), 100);
 }
 

@@ -43,9 +43,8 @@ protected:
 
 TEST_F(DurationSheetTest, ShowsItsPartsFromTopToBottom) {
     openDurationSheet();
-    EXPECT_THAT(
-        ui().texts(),
-        ElementsAre(u"Select Session Duration"_s, u"Selected Duration:"_s, u"25 minutes"_s));
+    EXPECT_THAT(ui().texts(), ElementsAre(u"Select Session Duration"_s, u"Selected Duration:"_s,
+                                          u"25 minutes"_s));
     EXPECT_EQ(ui().names(QAccessible::Button),
               (QStringList{u"Close"_s, u"15 min"_s, u"25 min"_s, u"45 min"_s, u"60 min"_s,
                            u"Custom Duration"_s, u"Continue"_s}));
@@ -220,9 +219,8 @@ protected:
 };
 
 TEST_F(DurationPickerPanelTest, HasNothingToCloseAndNothingToGoOnTo) {
-    EXPECT_THAT(
-        ui.texts(),
-        ElementsAre(u"Select Session Duration"_s, u"Selected Duration:"_s, u"25 minutes"_s));
+    EXPECT_THAT(ui.texts(), ElementsAre(u"Select Session Duration"_s, u"Selected Duration:"_s,
+                                        u"25 minutes"_s));
     EXPECT_EQ(ui.names(QAccessible::Button), (QStringList{u"15 min"_s, u"25 min"_s, u"45 min"_s,
                                                           u"60 min"_s, u"Custom Duration"_s}));
 }

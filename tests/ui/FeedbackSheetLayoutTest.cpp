@@ -59,7 +59,7 @@ TEST_F(FeedbackSheetLayout, SetsGoalsCardsAndTheEndApartAsTold) {
     open(u"Write report, Review"_s, {0, 1});
     answer();
     const auto row = [&](const QString &goal) {
-        return LayoutProbe::place(*textItem(goal).parentItem());
+        return LayoutProbe::place(*textItem(goal).parentItem()->parentItem());
     };
     EXPECT_EQ(row(u"Write report"_s).top(),
               LayoutProbe::place(*linesIn(feedbackPanel())[0]).bottom() + 20);
@@ -98,7 +98,7 @@ TEST_F(FeedbackSheetLayout, ShowsEachGoalWithItsMarkAndItsBadge) {
     for (const Verdict &verdict : table) {
         expectLook(ui(), verdict.goal, Fonts::system(15, QFont::Medium), SystemColors::label);
         expectLook(ui(), verdict.text, Fonts::system(11, QFont::Medium), verdict.color);
-        const QQuickItem &row = *textItem(verdict.goal).parentItem();
+        const QQuickItem &row = *textItem(verdict.goal).parentItem()->parentItem();
         const QRectF place = LayoutProbe::place(row);
         const QQuickItem &symbol = symbolIn(row, verdict.symbol);
         expectSymbol(symbol, 16, QFont::Medium, verdict.color);

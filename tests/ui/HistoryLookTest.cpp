@@ -168,7 +168,7 @@ TEST_F(HistoryLook, EveryCoachingTextHasItsIconAndAChevronThatTurns) {
 TEST_F(HistoryLook, ACoachingTextFadesInAndMovesFromTheTopInAFifthOfASecond) {
     showSessions();
     ASSERT_TRUE(screen().click(u"Motivation"_s, QAccessible::Button));
-    const QQuickItem &content = *text(u"motive"_s).parentItem();
+    const QQuickItem &content = *text(u"motive"_s).parentItem()->parentItem();
     const QQuickItem &frame = *content.parentItem();
     EXPECT_LT(content.opacity(), 1);
     EXPECT_LT(content.y(), 8);

@@ -190,7 +190,7 @@ TEST_F(OnboardingLayout, InTheSmallestWindowThePageEndsAboveTheButtonsAndScrolls
 
 TEST_F(OnboardingLayout, TheSetupPageSetsItsPartsApartAsTold) {
     openSetup();
-    const QRectF title = probe().place(u"Complete Setup"_s);
+    const QRectF title = probe().place(u"Complete Setup"_s, QAccessible::Heading);
     const QRectF line = probe().place(u"Configure Safari extension and AI to start focusing"_s);
     const QRectF first = placeOf(cardAround(u"Safari Extension Setup"_s));
     const QRectF second = placeOf(cardAround(u"Gemini AI Configuration"_s));

@@ -55,7 +55,7 @@ protected:
 };
 
 TEST_F(SettingsLayout, SetsItsPartsApartAsTold) {
-    const QRectF title = probe().place(u"Settings"_s);
+    const QRectF title = probe().place(u"Settings"_s, QAccessible::Heading);
     const QRectF line = probe().place(u"Configure your AI and server preferences"_s);
     const QRectF first = placeOf(box(u"Server Status"_s));
     const QRectF second = placeOf(box(u"Gemini AI Configuration"_s));
