@@ -129,7 +129,6 @@ void DefaultsWriter::saveIntoFile() {
 }
 
 void DefaultsWriter::saveIntoNewFile() {
-    m_file.reset();
     auto [file, name] = replaceDamagedFile(m_folder, m_values, m_now);
     m_file = std::move(file);
     m_saving = Saving::Changes;
