@@ -5,9 +5,7 @@ import fcntl
 import os
 import signal
 import struct
-import subprocess
 
-from desktop import BUS_CONFIGURATION
 from fixture import TarneTestCase
 from test_server import ServerTestCase
 
@@ -24,20 +22,12 @@ class OneProgramTestCase(TarneTestCase):
     def setUp(self):
         super().setUp()
         self.bus = DESKTOPS
-        self.other_bus = self.folder / "other-bus"
-        configuration = self.folder / "other-bus.conf"
-        configuration.write_text(BUS_CONFIGURATION.format(socket=self.other_bus))
-        other = subprocess.Popen(["dbus-daemon", f"--config-file={configuration}", "--nofork",
-                                  "--print-address=1"], stdout=subprocess.PIPE)
-        self.addCleanup(other.wait)
-        self.addCleanup(other.kill)
-        self.addCleanup(other.stdout.close)
-        other.stdout.readline()
+        self.other_bus = self.desktop.start_bus("other-bus")
 
     def environment(self):
         environment = super().environment()
         if self.bus == ANOTHER:
-            environment["DBUS_SESSION_BUS_ADDRESS"] = f"unix:path={self.other_bus}"
+            environment["DBUS_SESSION_BUS_ADDRESS"] = self.other_bus
         elif self.bus == NOBODYS:
             environment["DBUS_SESSION_BUS_ADDRESS"] = f"unix:path={self.folder}/nobody"
         return environment
