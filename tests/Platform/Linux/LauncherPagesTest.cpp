@@ -15,7 +15,7 @@ namespace {
 
 using namespace Qt::StringLiterals;
 
-const QUrl page(u"https://example.org/a b?q=ü\n"_s);
+const QUrl pageWithOddCharacters(u"https://example.org/a b?q=ü\n"_s);
 
 class LauncherPipe : public testing::Test {
 protected:
@@ -52,18 +52,18 @@ private:
 };
 
 TEST_F(LauncherPipe, GetsEachPageAsOneLineOfItsEncodedAddress) {
-    EXPECT_TRUE(LauncherPages(writeEnd()).open(page));
+    EXPECT_TRUE(LauncherPages(writeEnd()).open(pageWithOddCharacters));
     EXPECT_EQ(written(), "https://example.org/a%20b?q=%C3%BC%0A\n");
 }
 
 TEST_F(LauncherPipe, ThatNobodyReadsAnyMoreOpensNothing) {
     stopReading();
-    EXPECT_FALSE(LauncherPages(writeEnd()).open(page));
+    EXPECT_FALSE(LauncherPages(writeEnd()).open(pageWithOddCharacters));
 }
 
 TEST_F(LauncherPipe, ThatIsFullBlocksNobody) {
     fill();
-    EXPECT_FALSE(LauncherPages(writeEnd()).open(page));
+    EXPECT_FALSE(LauncherPages(writeEnd()).open(pageWithOddCharacters));
 }
 
 TEST_F(LauncherPipe, TakesNoAddressThatItCouldTakeInPartsOnly) {
@@ -72,26 +72,26 @@ TEST_F(LauncherPipe, TakesNoAddressThatItCouldTakeInPartsOnly) {
 }
 
 TEST_F(LauncherPipe, IsToldFromAnotherProgramsOutput) {
-    EXPECT_FALSE(LauncherPages(readEnd()).open(page));
+    EXPECT_FALSE(LauncherPages(readEnd()).open(pageWithOddCharacters));
 }
 
 TEST(NoLauncherPipe, WritesNothingIntoATerminalAFileOrASocket) {
     std::array<int, 2> sockets{-1, -1};
     ASSERT_EQ(socketpair(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0, sockets.data()), 0);
-    EXPECT_FALSE(LauncherPages(sockets[0]).open(page));
+    EXPECT_FALSE(LauncherPages(sockets[0]).open(pageWithOddCharacters));
     close(sockets[0]);
     close(sockets[1]);
 
     for (const char *path : {"/dev/null", "/dev/ptmx"}) {
         const int file = open(path, O_RDWR | O_NOCTTY | O_CLOEXEC);
         ASSERT_GE(file, 0);
-        EXPECT_FALSE(LauncherPages(file).open(page)) << path;
+        EXPECT_FALSE(LauncherPages(file).open(pageWithOddCharacters)) << path;
         close(file);
     }
 }
 
 TEST(NoLauncherPipe, IsNothingAtAllWhereTheDescriptorIsClosed) {
-    EXPECT_FALSE(LauncherPages(-1).open(page));
+    EXPECT_FALSE(LauncherPages(-1).open(pageWithOddCharacters));
 }
 
 } // namespace
