@@ -44,8 +44,7 @@ protected:
 
     /// Whether the page of the tab has come to rest in its place.
     bool isAtRest(int tab) {
-        const auto *const page =
-            ui().root()->findChild<QQuickItem *>(QStringLiteral("tab-%1").arg(tab));
+        const QQuickItem *const page = below(*ui().root(), QStringLiteral("tab-%1").arg(tab));
         return page && page->x() == 0 && page->opacity() == 1;
     }
     /// Whether the row for minutes typed by hand is there in full.

@@ -79,6 +79,18 @@ inline const QQuickItem *around(const QQuickItem *item, const char *property) {
     return item;
 }
 
+/// The item below `item` that is called this in QML. Unlike findChild it follows what is drawn, so
+/// that it finds what a ComponentSlot has made too, which is nobody's QObject child.
+inline const QQuickItem *below(const QQuickItem &item, const QString &objectName) {
+    for (const QQuickItem *child : item.childItems()) {
+        if (child->objectName() == objectName)
+            return child;
+        if (const QQuickItem *const found = below(*child, objectName))
+            return found;
+    }
+    return nullptr;
+}
+
 /// Fill and corner radius of a QML Rectangle or a RoundedBox.
 inline std::pair<QColor, double> groundOf(const QQuickItem &rectangle) {
     return {rectangle.property("color").value<QColor>(), rectangle.property("radius").toDouble()};
