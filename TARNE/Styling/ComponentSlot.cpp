@@ -15,7 +15,10 @@ ComponentSlot::ComponentSlot(QQuickItem *parent) : QQuickItem(parent) {
     setFlag(ItemIsFocusScope);
 }
 
-ComponentSlot::~ComponentSlot() = default;
+ComponentSlot::~ComponentSlot() {
+    // Later, the engine that both came from may be gone, and what the item has begun outlives it.
+    delete m_item.release();
+}
 
 void ComponentSlot::DeleteLater::operator()(QQuickItem *item) const {
     item->setVisible(false);
