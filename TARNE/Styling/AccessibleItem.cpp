@@ -48,6 +48,13 @@ QAccessible::State AccessibleItem::state() const {
     return state;
 }
 
+QString AccessibleItem::text(QAccessible::Text kind) const {
+    const QString text = QAccessibleQuickItem::text(kind);
+    // The stock field describes itself by its placeholder, which is its name already.
+    return kind == QAccessible::Description && text == this->text(QAccessible::Name) ? QString()
+                                                                                     : text;
+}
+
 void AccessibleItem::doAction(const QString &name) {
     if (item()->isEnabled())
         QAccessibleQuickItem::doAction(name);

@@ -79,7 +79,8 @@ FocusScope {
 
         anchors.horizontalCenter: parent.horizontalCenter
         y: controls.y + controls.rowHeight + Layout.spacingSmall
-        visible: row.hasError
+        // It is announced as it appears, so its name comes first.
+        visible: Accessible.name.length > 0
         text: row.view.customInputError
         font: row.errorFont
         color: Colors.warning

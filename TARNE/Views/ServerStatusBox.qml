@@ -46,7 +46,8 @@ GroupBox {
         }
     }
     SettingsNote {
-        visible: text.length > 0
+        // It is announced as it appears, so its name comes first.
+        visible: Accessible.name.length > 0
         topPadding: 4
         text: box.view.serverError
         color: Colors.red
