@@ -23,12 +23,13 @@ class AccessibilityBus:
 
     def listen(self, event):
         """Asks every application for an event, such as "object:state-changed:showing", and collects
-        those that come: the signal's name, its detail, its number, its value and whom it is of."""
+        those that come: the detail, the number and whom it is of. The toolkit tells no more: what
+        a property has become is asked of the node."""
         heard = []
 
-        def keep(_bus, owner, path, _interface, signal, arguments):
-            detail, number, _, value = arguments.unpack()[:4]
-            heard.append((signal, detail, number, value, Node(self, owner, path)))
+        def keep(_bus, owner, path, _interface, _signal, arguments):
+            detail, number = arguments.unpack()[:2]
+            heard.append((detail, number, Node(self, owner, path)))
 
         self._bus.signal_subscribe(None, "org.a11y.atspi.Event.Object", None, None, None,
                                    Gio.DBusSignalFlags.NONE, keep)
