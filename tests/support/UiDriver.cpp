@@ -249,7 +249,8 @@ void UiDriver::releaseKey(Qt::Key key) {
 
 namespace {
 
-/// Notes the keys that come through to a window: those that no shortcut has taken.
+/// Notes the keys that come through to a window, which are those that no shortcut has taken, and
+/// keeps them from what has the focus: Space presses that, with Alt too.
 class KeyNotes final : public QObject {
 public:
     QSet<int> keys;
@@ -257,7 +258,7 @@ public:
     bool eventFilter(QObject *, QEvent *event) override {
         if (event->type() == QEvent::KeyPress)
             keys.insert(static_cast<QKeyEvent *>(event)->key());
-        return false;
+        return event->type() == QEvent::KeyPress || event->type() == QEvent::KeyRelease;
     }
 };
 
