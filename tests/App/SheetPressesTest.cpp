@@ -29,6 +29,11 @@ protected:
     QPointF placeOf(const QString &name, QAccessible::Role role = QAccessible::NoRole) {
         EXPECT_FALSE(ui().picture().isNull()); // What has just come up has its place by now.
         const QRectF inSight(QPointF(), QSizeF(ui().view().size()));
+        // What has the focus is brought into sight later, and all moves with it.
+        EXPECT_TRUE(ui().waitUntil([&] {
+            const QQuickItem *const focused = ui().view().activeFocusItem();
+            return !focused || inSight.contains(focused->mapRectToScene(focused->boundingRect()));
+        }));
         if (!inSight.contains(ui().middleOf(name, role))) {
             ui().find(name, role)->forceActiveFocus(Qt::TabFocusReason);
             EXPECT_FALSE(ui().picture().isNull());
