@@ -68,10 +68,11 @@ class Program:
         for source, destination in binds:
             command += ["--ro-bind", str(source), str(destination)]
         information, write_end = os.pipe()
-        with open(self._output, "wb") as output, open(self._errors, "wb") as errors:
+        with open(self._output, "wb") as output, open(self._errors, "wb") as errors, \
+                closed_pipe() as unheard:
             self._process = subprocess.Popen(
                 command + ["--info-fd", str(write_end), str(executable), *arguments],
-                stdin=subprocess.DEVNULL, stdout=output if is_heard else closed_pipe(),
+                stdin=subprocess.DEVNULL, stdout=output if is_heard else unheard,
                 stderr=errors, pass_fds=[write_end], cwd=folder)
         os.close(write_end)
         with os.fdopen(information) as document:
