@@ -3,6 +3,8 @@
 #include "ItemLook.h"
 #include "ShellFixture.h"
 
+#include <QPauseAnimation>
+
 #include <gmock/gmock.h>
 
 using namespace Qt::StringLiterals;
@@ -65,9 +67,13 @@ protected:
                    std::exchange(before, contentY(name)) == contentY(name);
         }));
     }
-    /// Lays out what has changed.
+    /// Lays out what has changed, and lets the focus be brought into sight, which takes its time
+    /// from the animations as this pause does.
     void drawFrame() {
         EXPECT_FALSE(ui().picture().isNull());
+        QPauseAnimation pause(50);
+        pause.start();
+        EXPECT_TRUE(ui().waitUntil([&] { return pause.state() == QPauseAnimation::Stopped; }));
         ui().settle();
     }
 
