@@ -83,13 +83,14 @@ TEST(QtRunLoop, ABlockThatPostsItselfForEverDoesNotStopTheEventLoop) {
 TEST(QtRunLoop, ARepeatingTimerFiresUntilItIsInvalidatedFromItsOwnBlock) {
     QtRunLoop loop;
     int fired = 0;
+    bool later = false;
     RunLoop::Timer timer = RunLoop::Timer::None;
     timer = loop.scheduleRepeating(1ms, [&] {
-        if (++fired == 3)
-            loop.invalidate(timer);
+        if (++fired != 3)
+            return;
+        loop.invalidate(timer);
+        loop.asyncAfter(100ms, [&] { later = true; });
     });
-    bool later = false;
-    loop.asyncAfter(100ms, [&] { later = true; });
     serveUntil([&] { return later; });
     EXPECT_EQ(fired, 3);
 }
