@@ -49,7 +49,8 @@ class Exchange:
         fields = dict(line.split("=", 1) for line in received.splitlines() if "=" in line)
         peer = int.from_bytes(base64.b64decode(fields["public"]), "big")
         shared = pow(peer, self.private, PRIME).to_bytes(PRIME_BYTES, "big")
-        extracted = hmac.digest(bytes(32), shared, hashlib.sha256)
+        # As the keyring does it: without the zeros in front, which one number in 256 has.
+        extracted = hmac.digest(bytes(32), shared.lstrip(b"\0"), hashlib.sha256)
         key = hmac.digest(extracted, b"\x01", hashlib.sha256)[:16]
         start = os.urandom(16)
         hidden = subprocess.run(["openssl", "enc", "-aes-128-cbc", "-K", key.hex(), "-iv",
