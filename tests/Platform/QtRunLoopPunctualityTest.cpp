@@ -23,11 +23,11 @@ using Clock = std::chrono::steady_clock;
 /// Coarse timers of a second are up to 50 ms late.
 constexpr auto onTime = 4ms;
 
-/// Serves the event loop until all are true, for twenty seconds at most. A busy machine makes many
+/// Serves the event loop until all are true, for a minute at most. A busy machine makes many
 /// a block late, but not time after time.
 template <std::size_t count>
 void serveUntilAll(const std::array<bool, count> &flags) {
-    const QDeadlineTimer deadline(20s);
+    const QDeadlineTimer deadline(60s);
     const auto isDone = [&] { return std::ranges::count(flags, true) == count; };
     while (!isDone() && !deadline.hasExpired())
         QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents | QEventLoop::AllEvents, 50);

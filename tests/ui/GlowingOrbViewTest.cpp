@@ -13,7 +13,8 @@ using namespace Qt::StringLiterals;
 class GlowingOrbViewTest : public testing::Test {
 protected:
     static QString document(const QString &properties) {
-        return u"import QtQuick\nimport TARNE.Styling\nRectangle { id: root; property bool "
+        return u"import QtQuick\nimport TARNE.Styling\nimport TARNE.Views\nRectangle { id: root; "
+               u"property bool "
                u"covered: false; "
                "GlowingOrbView { anchors.centerIn: parent; "_s +
                properties + u" } Sheet { isPresented: root.covered; content: Item {} } }"_s;

@@ -59,7 +59,8 @@ int main(int argc, char **argv) {
     view.engine()->addImportPath(u"qrc:/qt/qml"_s);
     QQmlComponent component(view.engine());
     component.setData(
-        u"import QtQuick\nimport TARNE.Styling\nRectangle { PlainText { text: 'TARNE' } "
+        u"import QtQuick\nimport TARNE.Styling\nimport TARNE.Views\nRectangle { PlainText { text: "
+        u"'TARNE' } "
         "GlowingOrbView { anchors.centerIn: parent; isActive: true; progress: %1 } }"_s
             .arg(progress)
             .toUtf8(),
