@@ -80,15 +80,24 @@ if(NOT TARNE_UNITY_BUILD)
     HEADERS <QByteArray> <QObject> <QString> <QStringList> <functional> <memory> <optional> <vector>)
 endif()
 
+# tarne_rooms(<target> <files>): the folders of the files are the target's include folders, so that
+# a layer may have rooms and an include names the file alone.
+function(tarne_rooms target)
+  list(TRANSFORM ARGN PREPEND ${CMAKE_CURRENT_SOURCE_DIR}/)
+  list(TRANSFORM ARGN REPLACE "/[^/]+$" "")
+  list(REMOVE_DUPLICATES ARGN)
+  target_include_directories(${target} PUBLIC ${ARGN})
+endfunction()
+
 # tarne_layer(<target> SOURCES <files> LINKS <targets>)
 #
-# A layer's include folder is its own source folder and what it links, and nothing else: an include
-# of a layer that lies above does not compile.
+# A layer's include folders are its own rooms and those of what it links, and nothing else: an
+# include of a layer that lies above does not compile.
 function(tarne_layer target)
   cmake_parse_arguments(PARSE_ARGV 1 LAYER "" "" "SOURCES;LINKS")
   add_library(${target} STATIC ${LAYER_SOURCES})
   set_target_properties(${target} PROPERTIES UNITY_BUILD "${TARNE_UNITY_BUILD}" UNITY_BUILD_BATCH_SIZE 12)
-  target_include_directories(${target} PUBLIC ${CMAKE_CURRENT_SOURCE_DIR})
+  tarne_rooms(${target} ${LAYER_SOURCES})
   target_link_libraries(${target} PUBLIC tarne_options ${LAYER_LINKS})
   tarne_reuse(${target} tarne_layer_headers)
 endfunction()
@@ -105,6 +114,7 @@ add_custom_target(tarne_tests)
 function(tarne_test name)
   cmake_parse_arguments(PARSE_ARGV 1 TEST "BOXED;GUI;SERIAL;SYSTEM" "" "ARGUMENTS;SOURCES;LINKS;LABELS")
   add_executable(${name} ${TEST_SOURCES})
+  tarne_rooms(${name} ${TEST_SOURCES})
   if(TEST_GUI)
     set(main tarne_test_main_gui)
   else()
@@ -146,7 +156,7 @@ endfunction()
 
 # tarne_qml_module(<target> URI <uri> SOURCES <files> QML <files> LINKS <targets>)
 #
-# A layer that is also a static QML module. A program that uses it links `<target>plugin` and names
+# A layer that is also a static QML module: flat, whatever its rooms are. A program that uses it links `<target>plugin` and names
 # the plugin's class with Q_IMPORT_QML_PLUGIN, here TARNE_StylingPlugin for the URI TARNE.Styling.
 function(tarne_qml_module target)
   cmake_parse_arguments(PARSE_ARGV 1 MODULE "" "URI" "SOURCES;QML;LINKS;DEPENDENCIES")
@@ -156,6 +166,10 @@ function(tarne_qml_module target)
     # What Qt's tools would generate and compile for every QML file is not what is looked at.
     set(cache NO_CACHEGEN)
   endif()
+  foreach(file IN LISTS MODULE_QML)
+    cmake_path(GET file FILENAME name)
+    set_source_files_properties(${file} PROPERTIES QT_RESOURCE_ALIAS ${name})
+  endforeach()
   qt_add_qml_module(${target}
     ${cache}
     URI ${MODULE_URI}
@@ -165,7 +179,7 @@ function(tarne_qml_module target)
     DEPENDENCIES QtQuick ${MODULE_DEPENDENCIES}
     SOURCES ${MODULE_SOURCES}
     QML_FILES ${MODULE_QML})
-  target_include_directories(${target} PUBLIC ${CMAKE_CURRENT_SOURCE_DIR})
+  tarne_rooms(${target} ${MODULE_SOURCES})
   target_link_libraries(${target} PUBLIC tarne_options ${MODULE_LINKS})
   # What Qt's tools generate is not ours to be warned about.
   target_compile_options(${target}plugin PRIVATE -w)

@@ -1,9 +1,9 @@
-# Embeds the outlines that SymbolTable.cpp names, from the installed icon package, under
+# Embeds the outlines that Painted/SymbolTable.cpp names, from the installed icon package, under
 # :/tarne/symbols. The table is the one list: a name that the package lacks ends the configuration.
 function(tarne_embed_symbols target)
   set(folder /usr/share/bootstrap-icons/svg)
-  set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS SymbolTable.cpp)
-  file(STRINGS SymbolTable.cpp lines REGEX "_L1")
+  set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS Painted/SymbolTable.cpp)
+  file(STRINGS Painted/SymbolTable.cpp lines REGEX "_L1")
   set(names)
   foreach(line IN LISTS lines)
     # The first word of an entry is the symbol's own name; all others are files.

@@ -10,7 +10,7 @@ from waiting import eventually
 
 HOST = "generativelanguage.googleapis.com"
 KEY = "key-of-the-test"
-STAND_IN = pathlib.Path(__file__).resolve().parents[1] / "support" / "gemini_stand_in.py"
+STAND_IN = pathlib.Path(__file__).resolve().parents[1] / "support" / "gemini" / "gemini_stand_in.py"
 
 
 class Gemini:

@@ -1,4 +1,3 @@
 #include <QtQml/qqmlextensionplugin.h>
 
 Q_IMPORT_QML_PLUGIN(TARNE_StylingPlugin)
-Q_IMPORT_QML_PLUGIN(TARNE_ViewsPlugin)
