@@ -1,6 +1,7 @@
 #include "UiDriver.h"
 
 #include <QGuiApplication>
+#include <QPointer>
 #include <QStyleHints>
 #include <QTest>
 
@@ -263,6 +264,17 @@ TEST_F(DueSheetTest, ASecondTapAcrossItsComingPressesNothingInIt) {
     show(true);
     tap();
     EXPECT_EQ(above(), 0);
+}
+
+TEST(ComponentSlot, EndsWhatItHoldsTogetherWithItself) {
+    const UiDriver ui(
+        u"import QtQuick\nimport TARNE.Styling\nItem { ComponentSlot { isActive: true; "
+        "component: Component { Rectangle {} } } }"_s);
+    const QQuickItem *const slot = ui.root()->childItems().constFirst();
+    const QPointer<QQuickItem> held = slot->property("item").value<QQuickItem *>();
+    ASSERT_TRUE(held);
+    delete slot;
+    EXPECT_FALSE(held) << "later, its engine may be gone";
 }
 
 TEST(SheetPanel, IsAsHighAsWhatItHoldsUnlessToldOtherwise) {
