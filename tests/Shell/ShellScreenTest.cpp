@@ -167,14 +167,21 @@ TEST_F(ShellScreen, TheHistorysReaderKeepsTheirPlaceWhereASessionWasFinishedMean
     EXPECT_EQ(goalsInSight(), left);
 }
 
-TEST_F(ShellScreen, AtTheTopOfTheHistoryASessionThatWasFinishedMeanwhileIsInSight) {
+TEST_F(ShellScreen, AtTheTopOfTheHistoryItsReaderStaysThereAndSeesWhatWasFinishedMeanwhile) {
     storeUnevenHistory();
     showHistory();
+    const auto topOfHead = [this] {
+        (void)ui().picture();
+        return test::LayoutProbe::place(*ui().find(u"Session History"_s, QAccessible::Heading))
+            .top();
+    };
+    const double top = topOfHead();
     showTimer();
     content().sessionViewModel().saveSessionToHistory(
         {.goals = {{.text = u"finished meanwhile"_s}}, .endTime = time.now() + 1});
     showHistory();
     EXPECT_TRUE(goalsInSight().contains(u"finished meanwhile"_s));
+    EXPECT_EQ(topOfHead(), top);
 }
 
 TEST_F(ShellScreen, ACoachingTextIsStillOpenWhenTheTabIsShownAgain) {
