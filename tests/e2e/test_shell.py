@@ -1,5 +1,6 @@
 """Starting, closing, quitting and finding the program again."""
 
+import pathlib
 import signal
 
 from gi.repository import GLib
@@ -97,6 +98,14 @@ class TheCommandLine(TarneTestCase):
         self.assert_shown("Start Session")
         timer, settings = self.node("Timer").extents, self.node("Settings").extents
         self.assertLess(timer[0], settings[0], "the screen is mirrored")
+
+
+class TheMemoryThatHoldsTheKey(TarneTestCase):
+    def test_is_dumped_neither_into_a_file_nor_to_a_handler(self):
+        self.launch()
+        limits = pathlib.Path(f"/proc/{self.program.pid}/limits").read_text()
+        # 0 stays where an administrator has forbidden all dumps.
+        self.assertRegex(limits, r"Max core file size +([01]) +\1 ")
 
 
 class AScreenReader(TarneTestCase):
