@@ -20,6 +20,18 @@ void recordEvent(QAccessibleEvent *event) {
     toldEvents.emplace_back(event->type(), node ? node->text(QAccessible::Name) : QString());
 }
 
+/// The names of all below `node` that are told as having the focus.
+QStringList focusedBelow(const QAccessibleInterface &node) {
+    QStringList names;
+    for (int index = 0; index < node.childCount(); ++index) {
+        const QAccessibleInterface &child = *node.child(index);
+        if (child.state().focused)
+            names += child.text(QAccessible::Name);
+        names += focusedBelow(child);
+    }
+    return names;
+}
+
 /// The whole window as assistive tools know and use it.
 class ShellAccessibility : public ShellTest {
 protected:
@@ -41,6 +53,9 @@ protected:
     }
     QString description(const QString &name) {
         return ui().accessible(name)->text(QAccessible::Description);
+    }
+    QStringList focused() {
+        return focusedBelow(*QAccessible::queryAccessibleInterface(&ui().view()));
     }
     QStringList headings() { return ui().names(QAccessible::Heading); }
 
@@ -79,6 +94,15 @@ TEST_F(ShellAccessibility, AButtonTellsWhenItIsDisabledAndEnabled) {
     ui().type(u"Read"_s);
     QAccessible::installUpdateHandler(former);
     EXPECT_THAT(toldEvents, Contains(std::pair(QAccessible::StateChanged, u"Start session"_s)));
+}
+
+TEST_F(ShellAccessibility, OfTheFocusAndWhatIsAroundItTheFocusAloneIsToldAsFocused) {
+    tabTo(u"Timer"_s);
+    EXPECT_THAT(focused(), ElementsAre(u"Timer"_s));
+    openDurationSheet();
+    EXPECT_THAT(focused(), ElementsAre(u"Select Session Duration"_s));
+    tabTo(u"Continue"_s);
+    EXPECT_THAT(focused(), ElementsAre(u"Continue"_s));
 }
 
 TEST_F(ShellAccessibility, ATabIsPressed) {

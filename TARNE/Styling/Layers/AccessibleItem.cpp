@@ -6,6 +6,7 @@
 #include <private/qquickitem_p.h>
 
 #include <QCoreApplication>
+#include <QQuickWindow>
 
 namespace tarne {
 namespace {
@@ -45,6 +46,8 @@ QAccessible::State AccessibleItem::state() const {
         state.disabled = true;
         state.focusable = false;
     }
+    // The stock one tells it of all that is around the focus as well.
+    state.focused = item()->window() && item()->window()->activeFocusItem() == item();
     return state;
 }
 

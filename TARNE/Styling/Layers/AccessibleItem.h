@@ -6,7 +6,7 @@ namespace tarne {
 
 /// What assistive tools see of an item. The stock interface, which this one goes on from, does not
 /// know that an item can be disabled: it tells and presses all alike. It also tells a field's
-/// placeholder twice.
+/// placeholder twice, and a sheet as focused while a button in it is.
 ///
 /// It takes the stock one's place by itself, in every program that has this module. There is no
 /// public class to go on from, so it is built on a private one of the Qt that it is compiled with.
