@@ -106,7 +106,6 @@ class WithANamespace(FallbackTestCase):
         facts = self.facts(preexec_fn=lambda: os.close(2))
         self.assertEqual(facts["descriptors"]["2"], "/dev/null")
 
-
     def test_what_is_no_web_page_is_not_opened(self):
         opened = self.folder / "opened"
         self.tool("xdg-open", f'echo "$1" >>{opened}; mv {opened} {opened}-page')

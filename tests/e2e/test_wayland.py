@@ -1,7 +1,5 @@
 """The window between the program and a Wayland compositor."""
 
-import subprocess
-
 from fixture import LAUNCH_PATIENCE, TarneTestCase
 
 # The window is white, what lies behind it is not.
