@@ -11,6 +11,7 @@
 #include "AppcastUpdaterController.h"
 #include "ClipboardPasteboard.h"
 #include "DesktopBackgroundActivityScheduler.h"
+#include "DesktopEvents.h"
 #include "ExecutableBundle.h"
 #include "ExitHook.h"
 #include "FeedbackdHaptics.h"
@@ -18,7 +19,6 @@
 #include "GeminiAddresses.h"
 #include "GraphicsHardware.h"
 #include "KeychainManager.h"
-#include "LogindWorkspace.h"
 #include "NetworkHTTPClient.h"
 #include "NetworkHealthProbe.h"
 #include "PortalWorkspace.h"
@@ -98,8 +98,8 @@ int main(int argc, char **argv) {
                                                         &Calendar::current);
     DesktopBackgroundActivityScheduler backgroundActivities(QDBusConnection::systemBus(), runLoop);
     FeedbackdHaptics haptics(QDBusConnection::sessionBus());
-    const LogindWorkspace sleepAndActivation(QDBusConnection::systemBus(), application,
-                                             notificationCenter);
+    const DesktopEvents desktopEvents(QDBusConnection::systemBus(), application,
+                                      notificationCenter);
     PortalWorkspace workspace(QDBusConnection::sessionBus());
     UpdaterController::Done presentUpdate = [](const UpdateCheckResult &) {};
     AppcastUpdaterController updaterController(

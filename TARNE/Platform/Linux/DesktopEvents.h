@@ -13,12 +13,12 @@ namespace tarne {
 ///
 /// Works with a logind that starts later or is restarted, and posts no sleep and no wake without
 /// one. `center` must outlive the object.
-class LogindWorkspace final : public QObject {
+class DesktopEvents final : public QObject {
     Q_OBJECT
 
 public:
-    LogindWorkspace(QDBusConnection systemBus, const QGuiApplication &application,
-                    NotificationCenter &center);
+    DesktopEvents(QDBusConnection systemBus, const QGuiApplication &application,
+                  NotificationCenter &center);
 
 private Q_SLOTS:
     void handlePrepareForSleep(bool start);

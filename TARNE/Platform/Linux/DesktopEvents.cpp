@@ -1,25 +1,25 @@
-#include "LogindWorkspace.h"
+#include "DesktopEvents.h"
 
 namespace tarne {
 
 using namespace Qt::StringLiterals;
 
-LogindWorkspace::LogindWorkspace(QDBusConnection systemBus, const QGuiApplication &application,
-                                 NotificationCenter &center)
+DesktopEvents::DesktopEvents(QDBusConnection systemBus, const QGuiApplication &application,
+                             NotificationCenter &center)
     : m_center(center), m_isActive(QGuiApplication::applicationState() == Qt::ApplicationActive) {
     // Without a bus this is refused, and there is nothing to hear.
     systemBus.connect(u"org.freedesktop.login1"_s, u"/org/freedesktop/login1"_s,
                       u"org.freedesktop.login1.Manager"_s, u"PrepareForSleep"_s, this,
                       SLOT(handlePrepareForSleep(bool)));
     connect(&application, &QGuiApplication::applicationStateChanged, this,
-            &LogindWorkspace::handleApplicationState);
+            &DesktopEvents::handleApplicationState);
 }
 
-void LogindWorkspace::handlePrepareForSleep(bool start) {
+void DesktopEvents::handlePrepareForSleep(bool start) {
     m_center.post(start ? notifications::willSleep : notifications::didWake);
 }
 
-void LogindWorkspace::handleApplicationState(Qt::ApplicationState state) {
+void DesktopEvents::handleApplicationState(Qt::ApplicationState state) {
     const bool isActive = state == Qt::ApplicationActive;
     if (std::exchange(m_isActive, isActive) == isActive)
         return;

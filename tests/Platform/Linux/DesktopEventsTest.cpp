@@ -1,4 +1,4 @@
-#include "LogindWorkspace.h"
+#include "DesktopEvents.h"
 
 #include "EventLoop.h"
 #include "PrivateBus.h"
@@ -39,7 +39,7 @@ const QGuiApplication &application() {
     return *qGuiApp;
 }
 
-class ALogindWorkspace : public testing::Test {
+class TheDesktopEvents : public testing::Test {
 protected:
     void startLogind() { m_logind = MockService::fromTemplate(m_bus, u"logind"_s, logindService); }
     void prepareForSleep(bool start) {
@@ -56,35 +56,35 @@ protected:
     QDBusConnection m_connection = m_bus.connect();
 };
 
-TEST_F(ALogindWorkspace, PostsSleepAndWakeOnTheNotificationCentre) {
+TEST_F(TheDesktopEvents, TellSleepAndWakeOnTheNotificationCentre) {
     startLogind();
-    const LogindWorkspace workspace(m_connection, application(), m_center);
+    const DesktopEvents desktop(m_connection, application(), m_center);
     prepareForSleep(true);
     prepareForSleep(false);
     EXPECT_TRUE(waitForEvents(2));
     EXPECT_THAT(m_events.all, ElementsAre(notifications::willSleep, notifications::didWake));
 }
 
-TEST_F(ALogindWorkspace, HearsALogindThatStartsLater) {
-    const LogindWorkspace workspace(m_connection, application(), m_center);
+TEST_F(TheDesktopEvents, HearALogindThatStartsLater) {
+    const DesktopEvents desktop(m_connection, application(), m_center);
     startLogind();
     prepareForSleep(false);
     EXPECT_TRUE(waitForEvents(1));
     EXPECT_THAT(m_events.all, ElementsAre(notifications::didWake));
 }
 
-TEST_F(ALogindWorkspace, HearsALogindThatComesBack) {
+TEST_F(TheDesktopEvents, HearALogindThatComesBack) {
     startLogind();
-    const LogindWorkspace workspace(m_connection, application(), m_center);
+    const DesktopEvents desktop(m_connection, application(), m_center);
     m_logind->kill();
     startLogind();
     prepareForSleep(false);
     EXPECT_TRUE(waitForEvents(1));
 }
 
-TEST_F(ALogindWorkspace, DoesNotBelieveAnotherProgramsSignal) {
+TEST_F(TheDesktopEvents, DoNotBelieveAnotherProgramsSignal) {
     startLogind();
-    const LogindWorkspace workspace(m_connection, application(), m_center);
+    const DesktopEvents desktop(m_connection, application(), m_center);
     auto forged = QDBusMessage::createSignal(u"/org/freedesktop/login1"_s, logindManager,
                                              u"PrepareForSleep"_s);
     forged << false;
@@ -94,9 +94,9 @@ TEST_F(ALogindWorkspace, DoesNotBelieveAnotherProgramsSignal) {
     EXPECT_THAT(m_events.all, ElementsAre(notifications::willSleep));
 }
 
-TEST_F(ALogindWorkspace, SurvivesABusThatVanishes) {
+TEST_F(TheDesktopEvents, SurviveABusThatVanishes) {
     startLogind();
-    const LogindWorkspace workspace(m_connection, application(), m_center);
+    const DesktopEvents desktop(m_connection, application(), m_center);
     m_logind.reset();
     m_bus.stop();
     EXPECT_TRUE(serveUntil([&] { return !m_connection.isConnected(); }));
@@ -108,9 +108,9 @@ void resignActive() {
     Q_EMIT qGuiApp->applicationStateChanged(Qt::ApplicationInactive);
 }
 
-TEST(LogindWorkspaceWithoutABus, PostsTheFocusOfTheApplicationsWindow) {
+TEST(DesktopEventsWithoutABus, TellTheFocusOfTheApplicationsWindow) {
     NotificationCenter center;
-    const LogindWorkspace workspace(noBus(), application(), center);
+    const DesktopEvents desktop(noBus(), application(), center);
     resignActive();
     const Events events(center);
     QWindow window;
@@ -120,9 +120,9 @@ TEST(LogindWorkspaceWithoutABus, PostsTheFocusOfTheApplicationsWindow) {
     EXPECT_THAT(events.all, ElementsAre(notifications::didBecomeActive));
 }
 
-TEST(LogindWorkspaceWithoutABus, GoingFromInactiveToHiddenIsNoSecondResigning) {
+TEST(DesktopEventsWithoutABus, GoingFromInactiveToHiddenIsNoSecondResigning) {
     NotificationCenter center;
-    const LogindWorkspace workspace(noBus(), application(), center);
+    const DesktopEvents desktop(noBus(), application(), center);
     resignActive();
     const Events events(center);
     Q_EMIT qGuiApp->applicationStateChanged(Qt::ApplicationActive);
