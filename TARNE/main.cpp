@@ -24,7 +24,6 @@
 #include "PortalWorkspace.h"
 #include "QProcessLauncher.h"
 #include "QtRunLoop.h"
-#include "SQLiteUserDefaults.h"
 #include "SecretServiceKeychain.h"
 #include "ServerManager.h"
 #include "SingleInstance.h"
@@ -32,6 +31,7 @@
 #include "StandardDescriptors.h"
 #include "StandardOutputLog.h"
 #include "StoredKeys.h"
+#include "StoredUserDefaults.h"
 #include "SystemClock.h"
 #include "SystemProcessTools.h"
 #include "UnixSignals.h"
@@ -74,7 +74,7 @@ int main(int argc, char **argv) {
     std::function<void()> showWindow = [] {};
     SingleInstance instance({.sessionBus = QDBusConnection::sessionBus(),
                              .busAddress = SingleInstance::sessionBusAddress(),
-                             .storeFolder = SQLiteUserDefaults::standardFolder()},
+                             .storeFolder = StoredUserDefaults::standardFolder()},
                             [&showWindow](const QString &) { showWindow(); });
     if (!instance.isFirst()) {
         instance.activateFirst();
@@ -91,7 +91,7 @@ int main(int argc, char **argv) {
     const SystemClock clock;
     QtRunLoop runLoop;
     NotificationCenter notificationCenter;
-    SQLiteUserDefaults defaults(SQLiteUserDefaults::standardFolder(),
+    StoredUserDefaults defaults(StoredUserDefaults::standardFolder(),
                                 {keys::userPreferences, keys::sessionHistory, keys::scheduledGoals},
                                 clock, runLoop);
     FreedesktopUserNotificationCenter userNotifications(QDBusConnection::sessionBus(), clock,

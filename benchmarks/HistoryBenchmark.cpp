@@ -12,8 +12,8 @@
 #include "BenchmarkHistory.h"
 #include "BenchmarkSession.h"
 #include "DefaultsFolder.h"
-#include "SQLiteUserDefaults.h"
 #include "StoredKeys.h"
+#include "StoredUserDefaults.h"
 
 #include <QJsonArray>
 #include <QJsonDocument>
@@ -136,7 +136,7 @@ void saveHistory(benchmark::State &state) {
     const Date now = endOfHistory(state.range(0));
     const test::ManualTime clock(now);
     test::ManualTime runLoop;
-    SQLiteUserDefaults defaults(directory.path(), {}, clock, runLoop);
+    StoredUserDefaults defaults(directory.path(), {}, clock, runLoop);
     BenchmarkSession session(defaults, now);
     defaults.setObject(keys::sessionHistory, documentOf(state.range(0)));
     Reader reader(DefaultsFolder(directory.path()).file());

@@ -11,7 +11,7 @@
 #include "DefaultsFile.h"
 #include "DefaultsFolder.h"
 #include "QtRunLoop.h"
-#include "SQLiteUserDefaults.h"
+#include "StoredUserDefaults.h"
 #include "SystemClock.h"
 
 #include <benchmark/benchmark.h>
@@ -96,7 +96,7 @@ void handOver(benchmark::State &state) {
     const Folder folder;
     const SystemClock clock;
     PostedOnly runLoop;
-    SQLiteUserDefaults defaults(folder.path(), {}, clock, runLoop);
+    StoredUserDefaults defaults(folder.path(), {}, clock, runLoop);
     int save = 0;
     for (auto _ : state) {
         state.PauseTiming();
@@ -112,7 +112,7 @@ void load(benchmark::State &state) {
     const Folder folder;
     const SystemClock clock;
     PostedOnly runLoop;
-    SQLiteUserDefaults(folder.path(), {}, clock, runLoop)
+    StoredUserDefaults(folder.path(), {}, clock, runLoop)
         .setObject(historyKey, history(state.range(0), 0));
     for (auto _ : state) {
         DefaultsFile file(folder.file(), DefaultsFile::Access::ReadWrite);
@@ -164,7 +164,7 @@ void diskBytes(benchmark::State &state, bool sessionRuns) {
     const Folder folder;
     const SystemClock clock;
     QtRunLoop runLoop;
-    SQLiteUserDefaults defaults(folder.path(), {}, clock, runLoop);
+    StoredUserDefaults defaults(folder.path(), {}, clock, runLoop);
     defaults.setObject(u"UserPreferences"_s, QByteArray(400, 'p'));
     defaults.setObject(historyKey, history(100, 0));
     const Date start = clock.now();

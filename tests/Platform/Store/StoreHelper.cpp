@@ -7,7 +7,7 @@
 //   store_helper lock-all FILE          lets nobody else even read; prints "locked"
 
 #include "QtRunLoop.h"
-#include "SQLiteUserDefaults.h"
+#include "StoredUserDefaults.h"
 #include "SystemClock.h"
 
 #include <SQLiteCpp/Database.h>
@@ -73,7 +73,7 @@ int runSession(int argc, char **argv) {
     const QCoreApplication application(argc, argv);
     const SystemClock clock;
     QtRunLoop runLoop;
-    SQLiteUserDefaults defaults(QString::fromLocal8Bit(argv[2]), {u"UserPreferences"_s}, clock,
+    StoredUserDefaults defaults(QString::fromLocal8Bit(argv[2]), {u"UserPreferences"_s}, clock,
                                 runLoop);
     Session session(defaults, QByteArray(argv[3]).toLongLong());
     constexpr RunLoop::Seconds period{0.1};

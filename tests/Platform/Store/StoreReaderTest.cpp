@@ -93,7 +93,7 @@ private:
     QTemporaryDir m_home;
     SystemClock m_clock;
     QtRunLoop m_runLoop;
-    SQLiteUserDefaults m_defaults{
+    StoredUserDefaults m_defaults{
         m_home.filePath(u"com.tarne.app"_s), {preferencesKey}, m_clock, m_runLoop};
     RunLoop::Timer m_live{};
     RunLoop::Timer m_cleared{};

@@ -63,12 +63,12 @@ StoreTest::StoreTest() {
     EXPECT_TRUE(m_directory.isValid());
 }
 
-SQLiteUserDefaults &StoreTest::open() {
+StoredUserDefaults &StoreTest::open() {
     return m_store.emplace(folder(), QStringList{preferencesKey, historyKey, goalsKey}, time, time,
                            std::chrono::milliseconds(20));
 }
 
-SQLiteUserDefaults &StoreTest::reopen() {
+StoredUserDefaults &StoreTest::reopen() {
     close();
     return open();
 }

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "ManualTime.h"
-#include "SQLiteUserDefaults.h"
+#include "StoredUserDefaults.h"
 
 #include <QStringList>
 #include <QTemporaryDir>
@@ -43,10 +43,10 @@ class StoreTest : public testing::Test {
 protected:
     StoreTest();
 
-    SQLiteUserDefaults &open();
+    StoredUserDefaults &open();
     void close() { m_store.reset(); }
-    SQLiteUserDefaults &reopen();
-    SQLiteUserDefaults &store() { return *m_store; }
+    StoredUserDefaults &reopen();
+    StoredUserDefaults &store() { return *m_store; }
 
     /// Lets the posted hand-over run, which follows a `synchronize` soon.
     void runPosted() { time.advance(RunLoop::Seconds(0.01)); }
@@ -76,7 +76,7 @@ protected:
 
 private:
     QTemporaryDir m_directory;
-    std::optional<SQLiteUserDefaults> m_store;
+    std::optional<StoredUserDefaults> m_store;
 };
 
 } // namespace tarne::test

@@ -3,9 +3,9 @@
 #include "ManualTime.h"
 #include "RecordingLog.h"
 #include "RecordingPlatform.h"
-#include "SQLiteUserDefaults.h"
 #include "SessionViewModel.h"
 #include "StoredKeys.h"
+#include "StoredUserDefaults.h"
 
 #include <QTemporaryDir>
 #include <QTimeZone>
@@ -61,7 +61,7 @@ private:
     test::RecordingUserNotifications m_userNotifications;
     test::RecordingBackgroundActivities m_activities;
     test::CountingHaptics m_haptics;
-    std::optional<SQLiteUserDefaults> m_store;
+    std::optional<StoredUserDefaults> m_store;
     std::optional<SessionViewModel> m_controller;
 };
 

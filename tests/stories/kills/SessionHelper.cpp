@@ -12,9 +12,9 @@
 
 #include "QtRunLoop.h"
 #include "RecordingPlatform.h"
-#include "SQLiteUserDefaults.h"
 #include "SessionViewModel.h"
 #include "StoredKeys.h"
+#include "StoredUserDefaults.h"
 #include "SystemClock.h"
 
 #include <QCoreApplication>
@@ -58,7 +58,7 @@ int main(int argc, char **argv) {
         return 2;
     const SystemClock clock;
     QtRunLoop runLoop;
-    SQLiteUserDefaults defaults(arguments[1], {keys::userPreferences, keys::sessionHistory}, clock,
+    StoredUserDefaults defaults(arguments[1], {keys::userPreferences, keys::sessionHistory}, clock,
                                 runLoop);
     PublicationLog log(defaults);
     NotificationCenter notificationCenter;

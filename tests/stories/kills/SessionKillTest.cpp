@@ -1,7 +1,7 @@
 #include "KilledProgram.h"
 #include "ManualTime.h"
-#include "SQLiteUserDefaults.h"
 #include "StoredKeys.h"
+#include "StoredUserDefaults.h"
 
 namespace tarne {
 namespace {
@@ -30,7 +30,7 @@ private:
         for (const QByteArray &line : lines)
             read(QString::fromUtf8(line));
         test::ManualTime time;
-        const SQLiteUserDefaults store(folder(), {}, time, time);
+        const StoredUserDefaults store(folder(), {}, time, time);
         EXPECT_GE(store.doubleForKey(keys::lastUpdate), m_owedPublication);
         if (!m_isStartOwed)
             return;

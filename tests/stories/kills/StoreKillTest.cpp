@@ -1,6 +1,6 @@
 #include "KilledProgram.h"
 #include "ManualTime.h"
-#include "SQLiteUserDefaults.h"
+#include "StoredUserDefaults.h"
 
 namespace tarne {
 namespace {
@@ -32,7 +32,7 @@ private:
                 m_owed = m_lastWritten;
         }
         test::ManualTime time;
-        const SQLiteUserDefaults store(folder(), {u"UserPreferences"_s}, time, time);
+        const StoredUserDefaults store(folder(), {u"UserPreferences"_s}, time, time);
         expectNoMixture(store);
         const double stored = store.doubleForKey(u"TimerOriginalDuration"_s);
         EXPECT_GE(stored, static_cast<double>(m_owed));

@@ -4,8 +4,8 @@
 #include "ManualTime.h"
 #include "RecordingLog.h"
 #include "RecordingPlatform.h"
-#include "SQLiteUserDefaults.h"
 #include "SessionViewModel.h"
+#include "StoredUserDefaults.h"
 #include "TextLook.h"
 #include "UiDriver.h"
 
@@ -106,7 +106,7 @@ protected:
                           .calendar = calendar}) {}
 
         RecordingLog log;
-        SQLiteUserDefaults defaults;
+        StoredUserDefaults defaults;
         NotificationCenter center;
         RecordingUserNotifications userNotifications;
         RecordingBackgroundActivities activities;

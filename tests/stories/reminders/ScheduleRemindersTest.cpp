@@ -3,9 +3,9 @@
 #include "PrivateBus.h"
 #include "QtRunLoop.h"
 #include "RecordingLog.h"
-#include "SQLiteUserDefaults.h"
 #include "ScheduleViewModel.h"
 #include "StoredKeys.h"
+#include "StoredUserDefaults.h"
 #include "TestMain.h"
 
 #include <QTemporaryDir>
@@ -44,7 +44,7 @@ protected:
     }
     /// The program's parts from the store up, as a launch makes them.
     void open() {
-        m_defaults = std::make_unique<SQLiteUserDefaults>(
+        m_defaults = std::make_unique<StoredUserDefaults>(
             m_folder.path(), QStringList{keys::scheduledGoals}, m_clock, m_runLoop);
         m_center = std::make_unique<FreedesktopUserNotificationCenter>(
             m_connection, m_clock, [this] { return m_calendar; });
@@ -109,7 +109,7 @@ protected:
     PrivateBus m_bus;
     QDBusConnection m_connection = m_bus.connect();
     std::unique_ptr<MockService> m_daemon;
-    std::unique_ptr<SQLiteUserDefaults> m_defaults;
+    std::unique_ptr<StoredUserDefaults> m_defaults;
     std::unique_ptr<FreedesktopUserNotificationCenter> m_center;
     std::unique_ptr<ScheduleViewModel> m_schedule;
 };

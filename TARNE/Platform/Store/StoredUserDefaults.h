@@ -22,19 +22,19 @@ namespace tarne {
 /// within 100 ms of `synchronize`, within a second otherwise, and in the destructor. No call but
 /// the constructor and the destructor waits for the disk. docs/extension-bridge.md tells readers
 /// in other processes what they find.
-class SQLiteUserDefaults final : public UserDefaults {
+class StoredUserDefaults final : public UserDefaults {
 public:
     /// The folder of this user: `$XDG_DATA_HOME/com.tarne.app`, by default in `~/.local/share`.
     [[nodiscard]] static QString standardFolder();
 
     /// `keysToRestore` are the keys that come back from a copy when the file is damaged. Clock and
     /// run loop must outlive the store. `retryInterval` is for a disk that refuses to be written.
-    SQLiteUserDefaults(const QString &folder, QStringList keysToRestore, const Clock &clock,
+    StoredUserDefaults(const QString &folder, QStringList keysToRestore, const Clock &clock,
                        RunLoop &runLoop,
                        std::chrono::milliseconds retryInterval = std::chrono::seconds(1));
-    ~SQLiteUserDefaults() override;
-    SQLiteUserDefaults(const SQLiteUserDefaults &) = delete;
-    SQLiteUserDefaults &operator=(const SQLiteUserDefaults &) = delete;
+    ~StoredUserDefaults() override;
+    StoredUserDefaults(const StoredUserDefaults &) = delete;
+    StoredUserDefaults &operator=(const StoredUserDefaults &) = delete;
 
     std::optional<DefaultsValue> objectForKey(const QString &key) const override;
     void setObject(const QString &key, const DefaultsValue &value) override;

@@ -12,7 +12,7 @@ using namespace Qt::StringLiterals;
 namespace tarne::test {
 namespace {
 
-class SQLiteUserDefaultsTest : public StoreTest {};
+class StoredUserDefaultsTest : public StoreTest {};
 
 struct StoredCase {
     const char *name;
@@ -70,12 +70,12 @@ INSTANTIATE_TEST_SUITE_P(
         StoredCase{"DataOf50Megabytes", QByteArray(50 << 20, 'x'), "data", "blob"}),
     [](const auto &test) { return std::string(test.param.name); });
 
-TEST_F(SQLiteUserDefaultsTest, LiesInTheUsersDataFolder) {
-    EXPECT_EQ(SQLiteUserDefaults::standardFolder(),
+TEST_F(StoredUserDefaultsTest, LiesInTheUsersDataFolder) {
+    EXPECT_EQ(StoredUserDefaults::standardFolder(),
               QString::fromLocal8Bit(qgetenv("XDG_DATA_HOME")) + u"/com.tarne.app"_s);
 }
 
-TEST_F(SQLiteUserDefaultsTest, CanBeEnteredByItsUserOnly) {
+TEST_F(StoredUserDefaultsTest, CanBeEnteredByItsUserOnly) {
     open().setObject(key, true);
     store().setObject(preferencesKey, QByteArray("{}"));
     store().synchronize();
@@ -92,7 +92,7 @@ TEST_F(SQLiteUserDefaultsTest, CanBeEnteredByItsUserOnly) {
     EXPECT_EQ(permissions(copiesFolder() + u'/' + copy), privateFile);
 }
 
-TEST_F(SQLiteUserDefaultsTest, TakesAwayTheAccessThatOthersHad) {
+TEST_F(StoredUserDefaultsTest, TakesAwayTheAccessThatOthersHad) {
     open();
     close();
     const auto everybody = QFile::Permissions(0x7777);
@@ -105,47 +105,47 @@ TEST_F(SQLiteUserDefaultsTest, TakesAwayTheAccessThatOthersHad) {
     EXPECT_FALSE(QFileInfo(file()).permission(QFile::ReadGroup));
 }
 
-TEST_F(SQLiteUserDefaultsTest, ReadsBackAtOnceWhatWasWritten) {
+TEST_F(StoredUserDefaultsTest, ReadsBackAtOnceWhatWasWritten) {
     open().setObject(key, 2.5);
     EXPECT_EQ(store().doubleForKey(key), 2.5);
     store().removeObjectForKey(key);
     EXPECT_EQ(store().objectForKey(key), std::nullopt);
 }
 
-TEST_F(SQLiteUserDefaultsTest, CoercesAPlantedInteger) {
+TEST_F(StoredUserDefaultsTest, CoercesAPlantedInteger) {
     open();
     close();
     execute("INSERT INTO defaults (key, type, value) VALUES ('Key', 'integer', 1)");
     EXPECT_TRUE(open().boolForKey(key));
 }
 
-TEST_F(SQLiteUserDefaultsTest, CommitsSoonAfterSynchronize) {
+TEST_F(StoredUserDefaultsTest, CommitsSoonAfterSynchronize) {
     open().setObject(key, u"new"_s);
     store().synchronize();
     runPosted();
     EXPECT_TRUE(comesToHold(key, "new"));
 }
 
-TEST_F(SQLiteUserDefaultsTest, CommitsWithinASecondWithoutSynchronize) {
+TEST_F(StoredUserDefaultsTest, CommitsWithinASecondWithoutSynchronize) {
     open().setObject(key, u"new"_s);
     time.advance(RunLoop::Seconds(0.3)); // The rest of the second belongs to the disk.
     EXPECT_TRUE(comesToHold(key, "new"));
 }
 
-TEST_F(SQLiteUserDefaultsTest, CommitsAtExit) {
+TEST_F(StoredUserDefaultsTest, CommitsAtExit) {
     open().setObject(key, u"new"_s);
     close();
     EXPECT_EQ(stored(key), "new");
 }
 
-TEST_F(SQLiteUserDefaultsTest, RemovesFromTheFileWhatWasRemoved) {
+TEST_F(StoredUserDefaultsTest, RemovesFromTheFileWhatWasRemoved) {
     open().setObject(key, true);
     reopen().removeObjectForKey(key);
     close();
     EXPECT_EQ(read("SELECT count(*) FROM defaults"), "0");
 }
 
-TEST_F(SQLiteUserDefaultsTest, HandsOverAWholeEventEvenWhenSynchronizeStandsInItsMiddle) {
+TEST_F(StoredUserDefaultsTest, HandsOverAWholeEventEvenWhenSynchronizeStandsInItsMiddle) {
     open();
     store().setObject(u"First"_s, qint64{1});
     store().synchronize();
@@ -155,7 +155,7 @@ TEST_F(SQLiteUserDefaultsTest, HandsOverAWholeEventEvenWhenSynchronizeStandsInIt
     EXPECT_EQ(stored(u"Second"_s), "1");
 }
 
-TEST_F(SQLiteUserDefaultsTest, KeepsTheOrderOfWritesInABatch) {
+TEST_F(StoredUserDefaultsTest, KeepsTheOrderOfWritesInABatch) {
     open();
     for (const QString &name : {u"C"_s, u"A"_s, u"B"_s, u"C"_s})
         store().setObject(name, store().integerForKey(name) + 1);
@@ -165,7 +165,7 @@ TEST_F(SQLiteUserDefaultsTest, KeepsTheOrderOfWritesInABatch) {
 }
 
 /// Counts the commits that another connection sees while the test's body runs.
-class CommitCounter : public SQLiteUserDefaultsTest {
+class CommitCounter : public StoredUserDefaultsTest {
 protected:
     /// Lets everything that is due be written, in a run of its own.
     template <class Body>
@@ -233,7 +233,7 @@ TEST_F(CommitCounter, AnIdleProgramWritesNothing) {
     }));
 }
 
-TEST_F(SQLiteUserDefaultsTest, AnIdleProgramTouchesNoFile) {
+TEST_F(StoredUserDefaultsTest, AnIdleProgramTouchesNoFile) {
     open().setObject(key, u"value"_s);
     store().synchronize();
     runPosted();
@@ -253,7 +253,7 @@ TEST_F(SQLiteUserDefaultsTest, AnIdleProgramTouchesNoFile) {
     EXPECT_EQ(state(), before);
 }
 
-TEST_F(SQLiteUserDefaultsTest, MergesALongLogIntoTheFile) {
+TEST_F(StoredUserDefaultsTest, MergesALongLogIntoTheFile) {
     const auto sizeOf = [](const QString &path) { return QFileInfo(path).size(); };
     constexpr qint64 megabyte = 1 << 20;
     open().setObject(historyKey, QByteArray(12 * megabyte, 'x'));
@@ -267,7 +267,7 @@ TEST_F(SQLiteUserDefaultsTest, MergesALongLogIntoTheFile) {
     EXPECT_TRUE(eventually([&] { return sizeOf(file() + u"-wal"_s) <= 4 * megabyte; }));
 }
 
-TEST_F(SQLiteUserDefaultsTest, AChangeOfTypeIsAChange) {
+TEST_F(StoredUserDefaultsTest, AChangeOfTypeIsAChange) {
     open().setObject(key, qint64{1});
     store().setObject(key, true);
     EXPECT_EQ(reopen().objectForKey(key), DefaultsValue(true));
@@ -275,7 +275,7 @@ TEST_F(SQLiteUserDefaultsTest, AChangeOfTypeIsAChange) {
     EXPECT_EQ(reopen().objectForKey(key), DefaultsValue(1.0));
 }
 
-TEST_F(SQLiteUserDefaultsTest, DoesNotSeeWhatAnotherProgramWritesMeanwhile) {
+TEST_F(StoredUserDefaultsTest, DoesNotSeeWhatAnotherProgramWritesMeanwhile) {
     open().setObject(key, u"ours"_s);
     store().synchronize();
     runPosted();
@@ -285,7 +285,7 @@ TEST_F(SQLiteUserDefaultsTest, DoesNotSeeWhatAnotherProgramWritesMeanwhile) {
     EXPECT_EQ(reopen().stringForKey(key), u"theirs"_s);
 }
 
-TEST_F(SQLiteUserDefaultsTest, HoldsNoValueOfItsOwnOnAFirstStart) {
+TEST_F(StoredUserDefaultsTest, HoldsNoValueOfItsOwnOnAFirstStart) {
     open();
     EXPECT_EQ(store().objectForKey(preferencesKey), std::nullopt);
     close();
@@ -294,7 +294,7 @@ TEST_F(SQLiteUserDefaultsTest, HoldsNoValueOfItsOwnOnAFirstStart) {
     EXPECT_EQ(read("PRAGMA journal_mode"), "wal");
 }
 
-TEST_F(SQLiteUserDefaultsTest, ABlockThatOutlivesTheStoreDoesNothing) {
+TEST_F(StoredUserDefaultsTest, ABlockThatOutlivesTheStoreDoesNothing) {
     open().setObject(key, true);
     store().synchronize();
     close();
@@ -302,13 +302,13 @@ TEST_F(SQLiteUserDefaultsTest, ABlockThatOutlivesTheStoreDoesNothing) {
     EXPECT_EQ(stored(key), "1");
 }
 
-TEST_F(SQLiteUserDefaultsTest, AKeyMayHoldQuotesAndEmoji) {
+TEST_F(StoredUserDefaultsTest, AKeyMayHoldQuotesAndEmoji) {
     const QString odd = u"it's \"\U0001F4F1\"; --"_s;
     open().setObject(odd, true);
     EXPECT_TRUE(reopen().boolForKey(odd));
 }
 
-TEST_F(SQLiteUserDefaultsTest, RewritingALargeHistoryCostsTheCallerLessThanAFrame) {
+TEST_F(StoredUserDefaultsTest, RewritingALargeHistoryCostsTheCallerLessThanAFrame) {
     // The time that a processor works, so that a busy machine fails no test.
     const auto spentMilliseconds = [] {
         timespec spent{};

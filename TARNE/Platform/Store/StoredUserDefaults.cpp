@@ -1,4 +1,4 @@
-#include "SQLiteUserDefaults.h"
+#include "StoredUserDefaults.h"
 
 #include <QStandardPaths>
 
@@ -20,12 +20,12 @@ constexpr RunLoop::Seconds synchronizeDelay{0.005};
 
 } // namespace
 
-QString SQLiteUserDefaults::standardFolder() {
+QString StoredUserDefaults::standardFolder() {
     return QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation) +
            u"/com.tarne.app"_s;
 }
 
-SQLiteUserDefaults::SQLiteUserDefaults(const QString &folder, QStringList keysToRestore,
+StoredUserDefaults::StoredUserDefaults(const QString &folder, QStringList keysToRestore,
                                        const Clock &clock, RunLoop &runLoop,
                                        std::chrono::milliseconds retryInterval)
     : m_clock(clock), m_runLoop(runLoop) {
@@ -37,21 +37,21 @@ SQLiteUserDefaults::SQLiteUserDefaults(const QString &folder, QStringList keysTo
                                                 now, retryInterval);
 }
 
-SQLiteUserDefaults::~SQLiteUserDefaults() {
+StoredUserDefaults::~StoredUserDefaults() {
     close();
 }
 
-void SQLiteUserDefaults::close() {
+void StoredUserDefaults::close() {
     handOver();
     m_writer.reset();
 }
 
-std::optional<DefaultsValue> SQLiteUserDefaults::objectForKey(const QString &key) const {
+std::optional<DefaultsValue> StoredUserDefaults::objectForKey(const QString &key) const {
     const auto found = m_values.constFind(key);
     return found == m_values.cend() ? std::nullopt : std::optional(*found);
 }
 
-void SQLiteUserDefaults::setObject(const QString &key, const DefaultsValue &value) {
+void StoredUserDefaults::setObject(const QString &key, const DefaultsValue &value) {
     const auto found = m_values.constFind(key);
     if (found != m_values.cend() && isSameValue(*found, value))
         return;
@@ -59,14 +59,14 @@ void SQLiteUserDefaults::setObject(const QString &key, const DefaultsValue &valu
     m_values.insert(key, value);
 }
 
-void SQLiteUserDefaults::removeObjectForKey(const QString &key) {
+void StoredUserDefaults::removeObjectForKey(const QString &key) {
     if (!m_values.contains(key))
         return;
     touch(key);
     m_values.remove(key);
 }
 
-void SQLiteUserDefaults::touch(const QString &key) {
+void StoredUserDefaults::touch(const QString &key) {
     if (m_touched.isEmpty())
         handOverAfter(handOverDelay);
     if (m_before.try_emplace(key, objectForKey(key)).second)
@@ -75,12 +75,12 @@ void SQLiteUserDefaults::touch(const QString &key) {
         m_touched.move(m_touched.indexOf(key), m_touched.size() - 1);
 }
 
-void SQLiteUserDefaults::synchronize() {
+void StoredUserDefaults::synchronize() {
     if (!m_touched.isEmpty() && !std::exchange(m_isHandOverPosted, true))
         handOverAfter(synchronizeDelay);
 }
 
-void SQLiteUserDefaults::handOverAfter(RunLoop::Seconds delay) {
+void StoredUserDefaults::handOverAfter(RunLoop::Seconds delay) {
     m_runLoop.asyncAfter(
         delay, [this, current = std::weak_ptr(m_handOver), expected = *m_handOver] {
             if (const auto handOverNow = current.lock(); handOverNow && *handOverNow == expected)
@@ -88,7 +88,7 @@ void SQLiteUserDefaults::handOverAfter(RunLoop::Seconds delay) {
         });
 }
 
-void SQLiteUserDefaults::handOver() {
+void StoredUserDefaults::handOver() {
     ++*m_handOver;
     m_isHandOverPosted = false;
     DefaultsBatch batch{{}, m_clock.now()};
