@@ -8,9 +8,9 @@
 //   diskBytes/idle     bytes a second that the process sends to the disk while two controllers
 //   diskBytes/running  publish in alternation: with no session, and with one that counts down
 
-#include "DefaultsFile.h"
 #include "DefaultsFolder.h"
 #include "QtRunLoop.h"
+#include "SQLiteFile.h"
 #include "StoredUserDefaults.h"
 #include "SystemClock.h"
 
@@ -50,7 +50,7 @@ QByteArray history(qsizetype entries, int save) {
 void saveHistory(benchmark::State &state) {
     const Folder folder;
     DefaultsFolder(folder.path()).create();
-    DefaultsFile file(folder.file(), DefaultsFile::Access::ReadWrite);
+    SQLiteFile file(folder.file(), SQLiteFile::Access::ReadWrite);
     int save = 0;
     for (auto _ : state) {
         state.PauseTiming();
@@ -115,7 +115,7 @@ void load(benchmark::State &state) {
     StoredUserDefaults(folder.path(), {}, clock, runLoop)
         .setObject(historyKey, history(state.range(0), 0));
     for (auto _ : state) {
-        DefaultsFile file(folder.file(), DefaultsFile::Access::ReadWrite);
+        SQLiteFile file(folder.file(), SQLiteFile::Access::ReadWrite);
         benchmark::DoNotOptimize(file.load());
     }
     state.SetBytesProcessed(state.iterations() * state.range(0) * bytesOfAnEntry);

@@ -26,7 +26,6 @@ inline void require(bool holds, const char *statement) {
 using Input = QByteArrayView;
 
 void appcast(Input input);        ///< An update feed.
-void defaultsFile(Input input);   ///< The store's file.
 void feedback(Input input);       ///< The model's answer, as UTF-8.
 void geminiAnswer(Input input);   ///< The body of the model's HTTP answer.
 void goalLine(Input input);       ///< The line that the user types, as UTF-8.
@@ -38,19 +37,25 @@ void preferences(Input input);    ///< The stored preferences.
 void restoration(Input input);    ///< Stored values of any type, at the start of a run.
 void scheduledGoals(Input input); ///< The stored schedule.
 void session(Input input);        ///< The JSON form of a session.
+void sqliteFile(Input input);     ///< The store's file.
 
 struct Target {
     const char *name; ///< Also that of its folder of seeds.
     void (*run)(Input input);
 };
 
-inline constexpr std::array targets{
-    Target{"appcast", appcast},         Target{"defaultsFile", defaultsFile},
-    Target{"feedback", feedback},       Target{"geminiAnswer", geminiAnswer},
-    Target{"goalLine", goalLine},       Target{"goalsRequest", goalsRequest},
-    Target{"history", history},         Target{"insights", insights},
-    Target{"integers", integers},       Target{"preferences", preferences},
-    Target{"restoration", restoration}, Target{"scheduledGoals", scheduledGoals},
-    Target{"session", session}};
+inline constexpr std::array targets{Target{"appcast", appcast},
+                                    Target{"feedback", feedback},
+                                    Target{"geminiAnswer", geminiAnswer},
+                                    Target{"goalLine", goalLine},
+                                    Target{"goalsRequest", goalsRequest},
+                                    Target{"history", history},
+                                    Target{"insights", insights},
+                                    Target{"integers", integers},
+                                    Target{"preferences", preferences},
+                                    Target{"restoration", restoration},
+                                    Target{"scheduledGoals", scheduledGoals},
+                                    Target{"session", session},
+                                    Target{"sqliteFile", sqliteFile}};
 
 } // namespace tarne::fuzz

@@ -1,7 +1,7 @@
 #include "DailyCopies.h"
 
 #include "DefaultsFault.h"
-#include "DefaultsFile.h"
+#include "SQLiteFile.h"
 #include "StoreLog.h"
 
 #include <QDate>
@@ -29,7 +29,7 @@ QString dayName(Date moment) {
 
 } // namespace
 
-void DailyCopies::copyOncePerDay(DefaultsFile &file, Date now) {
+void DailyCopies::copyOncePerDay(SQLiteFile &file, Date now) {
     const QString day = dayName(now);
     if (day.isEmpty() || day == m_lastDay)
         return;

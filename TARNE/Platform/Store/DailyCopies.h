@@ -10,7 +10,7 @@
 
 namespace tarne {
 
-class DefaultsFile;
+class SQLiteFile;
 
 /// The copies of the store, one for each day (UTC) on which it was used, the latest seven kept.
 class DailyCopies {
@@ -21,7 +21,7 @@ public:
 
     /// Copies the file unless the day has its copy already, and removes the oldest beyond seven. A
     /// failure costs the day's copy and a line on standard error.
-    void copyOncePerDay(DefaultsFile &file, Date now);
+    void copyOncePerDay(SQLiteFile &file, Date now);
 
     /// The paths of the copies, the latest day first.
     [[nodiscard]] QStringList latestFirst() const;

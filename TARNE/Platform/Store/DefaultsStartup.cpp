@@ -12,7 +12,7 @@ namespace tarne {
 
 namespace {
 
-using Access = DefaultsFile::Access;
+using Access = SQLiteFile::Access;
 using Kind = DefaultsFault::Kind;
 
 struct Restored {
@@ -24,7 +24,7 @@ struct Restored {
 Restored restoredFromCopies(const DefaultsFolder &folder, const QStringList &keys) {
     for (const QString &path : DailyCopies(folder).latestFirst()) {
         try {
-            const DefaultsValues all = DefaultsFile(path, Access::Immutable).load();
+            const DefaultsValues all = SQLiteFile(path, Access::Immutable).load();
             Restored restored{{}, QFileInfo(path).fileName()};
             for (const QString &key : keys) {
                 if (const auto found = all.constFind(key); found != all.cend())
@@ -64,7 +64,7 @@ OpenedDefaults openNewer(const DefaultsFolder &folder, const DefaultsFault &newe
     OpenedDefaults opened{{}, Saving::Nothing, nullptr};
     QString values = u"its values are read"_s;
     try {
-        opened.values = DefaultsFile(folder.file(), Access::ReadOnly).load();
+        opened.values = SQLiteFile(folder.file(), Access::ReadOnly).load();
     } catch (const DefaultsFault &) {
         values = u"its values cannot be read"_s;
     }
@@ -81,7 +81,7 @@ OpenedDefaults openUnwritable(const DefaultsFolder &folder, const QStringList &k
         return {};
     const bool fileIsWhole = reason.kind() == Kind::Unavailable && !folder.hasLog();
     try {
-        DefaultsFile file(folder.file(), fileIsWhole ? Access::Immutable : Access::ReadOnly);
+        SQLiteFile file(folder.file(), fileIsWhole ? Access::Immutable : Access::ReadOnly);
         return {file.load(), Saving::Changes, nullptr};
     } catch (const DefaultsFault &fault) {
         if (fault.kind() == Kind::Damaged)
@@ -106,7 +106,7 @@ OpenedDefaults openDefaults(const DefaultsFolder &folder, const QStringList &key
         !DailyCopies(folder).latestFirst().isEmpty())
         return openDamaged(folder, keysToRestore, now, u"it is empty"_s);
     try {
-        auto file = std::make_unique<DefaultsFile>(folder.file(), Access::ReadWrite);
+        auto file = std::make_unique<SQLiteFile>(folder.file(), Access::ReadWrite);
         DefaultsValues values = file->load();
         return {std::move(values), Saving::Changes, std::move(file)};
     } catch (const DefaultsFault &fault) {
@@ -123,14 +123,14 @@ OpenedDefaults openDefaults(const DefaultsFolder &folder, const QStringList &key
     }
 }
 
-std::pair<std::unique_ptr<DefaultsFile>, QString>
+std::pair<std::unique_ptr<SQLiteFile>, QString>
 replaceDamagedFile(const DefaultsFolder &folder, const DefaultsValues &values, Date now) {
     DefaultsFolder::removeFile(folder.scratchFile());
     DefaultsFolder::createPrivateFile(folder.scratchFile());
     // Closed before it is moved: its log is merged, and no connection knows it by its first name.
-    DefaultsFile(folder.scratchFile(), Access::ReadWrite).write(changesThatWrite(values));
+    SQLiteFile(folder.scratchFile(), Access::ReadWrite).write(changesThatWrite(values));
     const QString name = folder.setAsideAndReplace(now);
-    return {std::make_unique<DefaultsFile>(folder.file(), Access::ReadWrite), name};
+    return {std::make_unique<SQLiteFile>(folder.file(), Access::ReadWrite), name};
 }
 
 DefaultsChanges changesThatWrite(const DefaultsValues &values) {

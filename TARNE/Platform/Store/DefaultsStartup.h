@@ -1,7 +1,7 @@
 #pragma once
 
-#include "DefaultsFile.h"
 #include "DefaultsFolder.h"
+#include "SQLiteFile.h"
 #include "StoredValue.h"
 
 #include <QStringList>
@@ -20,7 +20,7 @@ enum class Saving {
 struct OpenedDefaults {
     DefaultsValues values;
     Saving saving = Saving::Changes;
-    std::unique_ptr<DefaultsFile> file; ///< The only writing connection; none when it failed.
+    std::unique_ptr<SQLiteFile> file; ///< The only writing connection; none when it failed.
 };
 
 /// Opens the store and loads all of it, whatever state it is in; never fails.
@@ -34,7 +34,7 @@ struct OpenedDefaults {
 
 /// Puts a new file with these values in the place of a damaged one and opens it. Returns the
 /// connection and the name under which the damaged file is kept; throws DefaultsFault.
-[[nodiscard]] std::pair<std::unique_ptr<DefaultsFile>, QString>
+[[nodiscard]] std::pair<std::unique_ptr<SQLiteFile>, QString>
 replaceDamagedFile(const DefaultsFolder &folder, const DefaultsValues &values, Date now);
 
 /// All values, as the changes that write them.

@@ -121,7 +121,7 @@ void DefaultsWriter::saveIntoFile() {
     }
     if (!m_file) {
         DefaultsFolder(m_folder).create();
-        m_file = std::make_unique<DefaultsFile>(m_folder.file(), DefaultsFile::Access::ReadWrite);
+        m_file = std::make_unique<SQLiteFile>(m_folder.file(), SQLiteFile::Access::ReadWrite);
         if (m_file->isNew())
             m_pending = changesThatWrite(m_values);
     }

@@ -59,7 +59,7 @@ private:
     // Used by the writer's thread alone.
     DefaultsValues m_values;   ///< What the file holds or is to hold.
     DefaultsChanges m_pending; ///< What it does not hold yet.
-    std::unique_ptr<DefaultsFile> m_file;
+    std::unique_ptr<SQLiteFile> m_file;
     Saving m_saving;
     Date m_now; ///< The moment of the latest batch.
     DailyCopies m_copies;

@@ -1,4 +1,4 @@
-#include "DefaultsFile.h"
+#include "SQLiteFile.h"
 
 #include "DefaultsFault.h"
 #include "DefaultsSchema.h"
@@ -55,8 +55,8 @@ auto guarded(const Operation &operation) {
     }
 }
 
-SQLite::Database opened(const QString &path, DefaultsFile::Access access) {
-    using Access = DefaultsFile::Access;
+SQLite::Database opened(const QString &path, SQLiteFile::Access access) {
+    using Access = SQLiteFile::Access;
     return guarded([&] {
         if (access == Access::ReadWrite)
             return SQLite::Database(path.toStdString(), SQLite::OPEN_READWRITE,
@@ -106,7 +106,7 @@ quint64 fileNumberOf(const QString &path) {
 
 } // namespace
 
-DefaultsFile::DefaultsFile(const QString &path, Access access)
+SQLiteFile::SQLiteFile(const QString &path, Access access)
     : m_database(opened(path, access)), m_path(path), m_fileNumber(fileNumberOf(path)) {
     guarded([&] {
         m_database.exec("PRAGMA mmap_size = 0");
@@ -115,7 +115,7 @@ DefaultsFile::DefaultsFile(const QString &path, Access access)
     });
 }
 
-void DefaultsFile::prepareForWriting() {
+void SQLiteFile::prepareForWriting() {
     setMergesLogOnClose(false); // Until the file is known to be ours.
     const int version = schemaVersion(m_database);
     if (version > defaultsSchemaVersion)
@@ -141,19 +141,19 @@ void DefaultsFile::prepareForWriting() {
     setMergesLogOnClose(true);
 }
 
-void DefaultsFile::setMergesLogOnClose(bool merges) {
+void SQLiteFile::setMergesLogOnClose(bool merges) {
     sqlite3_db_config(m_database.getHandle(), SQLITE_DBCONFIG_NO_CKPT_ON_CLOSE, merges ? 0 : 1,
                       nullptr);
 }
 
-DefaultsValues DefaultsFile::load() {
+DefaultsValues SQLiteFile::load() {
     setMergesLogOnClose(false); // A damaged file is kept as it was found.
     DefaultsValues values = guarded([&] { return checkedRows(); });
     setMergesLogOnClose(true);
     return values;
 }
 
-DefaultsValues DefaultsFile::checkedRows() {
+DefaultsValues SQLiteFile::checkedRows() {
     DefaultsValues values;
     const int version = schemaVersion(m_database);
     if (version == 0)
@@ -179,7 +179,7 @@ DefaultsValues DefaultsFile::checkedRows() {
 }
 
 /// A key is in no checksum, but it stands twice in the file: in the table and in the table's index.
-void DefaultsFile::checkIndex() {
+void SQLiteFile::checkIndex() {
     const auto keys = [&](const char *query) {
         QStringList found;
         SQLite::Statement statement(m_database, query);
@@ -193,7 +193,7 @@ void DefaultsFile::checkIndex() {
         throw DefaultsFault(DefaultsFault::Kind::Damaged, "its keys and their index differ");
 }
 
-void DefaultsFile::write(const DefaultsChanges &changes) {
+void SQLiteFile::write(const DefaultsChanges &changes) {
     guarded([&] {
         SQLite::Transaction transaction(m_database, SQLite::TransactionBehavior::IMMEDIATE);
         SQLite::Statement set(m_database,
@@ -221,12 +221,12 @@ void DefaultsFile::write(const DefaultsChanges &changes) {
     });
 }
 
-int DefaultsFile::noteLogLength(void *file, sqlite3 *, const char *, int pages) {
-    static_cast<DefaultsFile *>(file)->m_pagesInLog = pages;
+int SQLiteFile::noteLogLength(void *file, sqlite3 *, const char *, int pages) {
+    static_cast<SQLiteFile *>(file)->m_pagesInLog = pages;
     return SQLITE_OK;
 }
 
-void DefaultsFile::mergeLongLog() {
+void SQLiteFile::mergeLongLog() {
     if (m_pagesInLog < longLogPages)
         return;
     m_pagesInLog = 0;
@@ -235,11 +235,11 @@ void DefaultsFile::mergeLongLog() {
                               nullptr);
 }
 
-bool DefaultsFile::isInPlace() const {
+bool SQLiteFile::isInPlace() const {
     return fileNumberOf(m_path) == m_fileNumber;
 }
 
-void DefaultsFile::copyTo(const QString &path) {
+void SQLiteFile::copyTo(const QString &path) {
     guarded([&] {
         SQLite::Database copy(path.toStdString(), SQLite::OPEN_READWRITE | SQLite::OPEN_CREATE);
         if (SQLite::Backup(copy, m_database).executeStep() != SQLITE_DONE)

@@ -2,8 +2,8 @@
 // could have written.
 
 #include "DefaultsFault.h"
-#include "DefaultsFile.h"
 #include "FuzzTargets.h"
+#include "SQLiteFile.h"
 
 #include <QLoggingCategory>
 #include <QTemporaryFile>
@@ -16,7 +16,7 @@ namespace {
 
 DefaultsValues load(const QString &path) {
     try {
-        return DefaultsFile(path, DefaultsFile::Access::Immutable).load();
+        return SQLiteFile(path, SQLiteFile::Access::Immutable).load();
     } catch (const DefaultsFault &) {
         return {};
     }
@@ -24,7 +24,7 @@ DefaultsValues load(const QString &path) {
 
 } // namespace
 
-void defaultsFile(Input input) {
+void sqliteFile(Input input) {
     // Values that do not fit their type are told on standard error; here most are such.
     QLoggingCategory::setFilterRules(u"tarne.store.warning=false"_s);
     QTemporaryFile file;

@@ -8,10 +8,11 @@
 
 namespace tarne {
 
-/// One connection to a file of the store.
+/// One connection to a file of the store. Its statements and those of DefaultsSchema are all the
+/// SQL of the program.
 ///
 /// May be used from any one thread at a time. Every operation throws DefaultsFault.
-class DefaultsFile {
+class SQLiteFile {
 public:
     enum class Access {
         ReadWrite, ///< Creates the file and its tables when absent, and writes ahead into a log.
@@ -19,9 +20,9 @@ public:
         Immutable, ///< Reads the file alone, and needs nothing that a read-only disk lacks.
     };
 
-    DefaultsFile(const QString &path, Access access);
-    DefaultsFile(const DefaultsFile &) = delete;
-    DefaultsFile &operator=(const DefaultsFile &) = delete;
+    SQLiteFile(const QString &path, Access access);
+    SQLiteFile(const SQLiteFile &) = delete;
+    SQLiteFile &operator=(const SQLiteFile &) = delete;
 
     /// Every value that fits its type, after checking the whole table for damage. A value that
     /// another program planted in an unfit form is left out, with a line on standard error.
