@@ -53,10 +53,9 @@ struct SessionPlatform {
 /// | paused  | present        | false         | false                               | no effect   |
 /// | run out | present        | false         | true until the timer screen appears | none        |
 ///
-/// A run holds two of them (see docs/architecture.md). Main thread only. The sources:
-/// SessionViewModel.cpp (construction, preferences, session), SessionCountdown.cpp,
-/// SessionPersistence.cpp (timer keys and restoration), SessionHistory.cpp, SessionSharing.cpp
-/// (what the extension reads).
+/// A run holds two of them (see docs/architecture.md). Main thread only. Its sources are
+/// SessionViewModel.cpp (construction, preferences, session) and SessionViewModel_*.cpp, one a
+/// concern; Persistence is the timer keys and the restoration, Sharing what the extension reads.
 class SessionViewModel : public QObject {
     Q_OBJECT
 
