@@ -48,14 +48,6 @@ void SessionViewModel::handleAppDidBecomeActive() {
     syncTimerWithRealTime();
 }
 
-void SessionViewModel::requestNotificationPermissions() {
-    m_platform.userNotifications.requestAuthorization(
-        [&log = m_platform.log](bool, const std::optional<QString> &error) {
-            if (error)
-                log.line(u"Notification permission error: "_s + *error);
-        });
-}
-
 FocusSession SessionViewModel::createSession(const QString &goal, double durationSeconds) {
     saveGoal(goal);
     FocusSession session;

@@ -166,6 +166,7 @@ private:
     void tick();
     void scheduleCompletionNotification();
     void cancelCompletionNotification();
+    void sendCompletionNotification();
     void setupBackgroundActivity();
     /// Seconds left by the wall clock, never negative. The count-down must have started.
     [[nodiscard]] double remainingByWallClock() const;

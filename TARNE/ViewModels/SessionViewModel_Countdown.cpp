@@ -2,10 +2,6 @@
 
 #include "SessionViewModel.h"
 
-#include "UuidText.h"
-
-#include <QUuid>
-
 #include <algorithm>
 #include <chrono>
 #include <cmath>
@@ -100,37 +96,11 @@ void SessionViewModel::timerCompleted() {
                             finished.goal);
     }
     m_platform.runLoop.invalidate(std::exchange(m_timer, RunLoop::Timer::None));
-    // The scheduled notification stays: whoever is at the machine gets both.
-    m_platform.userNotifications.add(
-        {.identifier = uuidString(QUuid::createUuid()),
-         .content = {.title = u"Session Complete"_s,
-                     .body = u"Great job! Your session is complete."_s},
-         .trigger = std::nullopt},
-        [](const std::optional<QString> &) {});
+    sendCompletionNotification();
 }
 
 void SessionViewModel::provideHapticFeedback() {
     m_platform.haptics.performLevelChange();
-}
-
-void SessionViewModel::scheduleCompletionNotification() {
-    if (!m_sessionStartTime)
-        return;
-    m_platform.userNotifications.removeAllPendingNotificationRequests();
-    const Date end = *m_sessionStartTime + m_originalDuration;
-    m_platform.userNotifications.add(
-        {.identifier = u"timer-completion"_s,
-         .content = {.title = u"Session Complete! 🎉"_s,
-                     .body = u"Great job! Your focus session is complete."_s},
-         .trigger = m_platform.calendar().dateComponents(end)},
-        [&log = m_platform.log](const std::optional<QString> &error) {
-            if (error)
-                log.line(u"Failed to schedule notification: "_s + *error);
-        });
-}
-
-void SessionViewModel::cancelCompletionNotification() {
-    m_platform.userNotifications.removeAllPendingNotificationRequests();
 }
 
 void SessionViewModel::setupBackgroundActivity() {
