@@ -41,8 +41,8 @@ struct ServerPlatform {
 /// two seconds and more, a stop for three at most. The child's output and exit arrive on the
 /// launcher's thread and touch state by way of the run loop only.
 ///
-/// The sources: ServerManager.cpp (start, stop, key), ServerSupervision.cpp (health, output, ports,
-/// strays).
+/// The sources: ServerManager.cpp (start, stop, key), ServerManager_Supervision.cpp (health,
+/// output, ports, strays).
 class ServerManager : public QObject {
     Q_OBJECT
 
