@@ -1,6 +1,6 @@
 #include "FreedesktopUserNotificationCenter.h"
 
-#include "DesktopLogging.h"
+#include "DesktopLog.h"
 
 #include <QDBusArgument>
 

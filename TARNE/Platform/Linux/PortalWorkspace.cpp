@@ -1,6 +1,6 @@
 #include "PortalWorkspace.h"
 
-#include "DesktopLogging.h"
+#include "DesktopLog.h"
 #include "LauncherPages.h"
 
 #include <QDesktopServices>

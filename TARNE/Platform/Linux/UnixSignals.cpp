@@ -1,6 +1,6 @@
 #include "UnixSignals.h"
 
-#include "DesktopLogging.h"
+#include "DesktopLog.h"
 
 #include <algorithm>
 #include <cerrno>

@@ -1,4 +1,4 @@
-#include "DesktopLogging.h"
+#include "DesktopLog.h"
 
 namespace tarne {
 
