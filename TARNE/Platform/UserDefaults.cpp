@@ -1,6 +1,7 @@
 #include "UserDefaults.h"
 
 #include "Description.h"
+#include "Overloaded.h"
 
 #include <QStringView>
 
@@ -14,14 +15,6 @@ using namespace Qt::StringLiterals;
 namespace tarne {
 
 namespace {
-
-template <class... Handlers>
-struct Overloaded : Handlers... {
-    using Handlers::operator()...;
-};
-// GCC does without; the analysers' compiler does not know the rule yet.
-template <class... Handlers>
-Overloaded(Handlers...) -> Overloaded<Handlers...>;
 
 /// The number that a text begins with, after white space and a sign; 0 when there is none.
 double leadingNumber(const QString &text) {

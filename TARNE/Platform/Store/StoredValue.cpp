@@ -1,5 +1,7 @@
 #include "StoredValue.h"
 
+#include "Overloaded.h"
+
 #include <QtEndian>
 
 #include <bit>
@@ -11,14 +13,6 @@
 namespace tarne {
 
 namespace {
-
-template <class... Handlers>
-struct Overloaded : Handlers... {
-    using Handlers::operator()...;
-};
-// GCC does without; the analysers' compiler does not know the rule yet.
-template <class... Handlers>
-Overloaded(Handlers...) -> Overloaded<Handlers...>;
 
 /// SQLite keeps no NaN: it would be stored as NULL.
 const std::string notANumber = "nan";
