@@ -69,7 +69,7 @@ void restoration(Input input) {
         time.advance(RunLoop::Seconds(1));
         center.post(notifications::didWake);
     }
-    const bool isActive = defaults.integerForKey(keys::sessionActive) == 1;
+    const bool isActive = defaults.boolForKey(keys::sessionActive);
     require(isActive == (controller.currentSession() && controller.isTimerActive()),
             "what is published is what is");
 }

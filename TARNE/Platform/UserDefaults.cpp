@@ -7,8 +7,6 @@
 
 #include <array>
 #include <charconv>
-#include <cmath>
-#include <limits>
 
 using namespace Qt::StringLiterals;
 
@@ -31,16 +29,6 @@ double leadingNumber(const QString &text) {
     if (std::from_chars(begin, end, value, std::chars_format::fixed).ec != std::errc())
         return 0.0;
     return isNegative ? -value : value;
-}
-
-qint64 saturated(double value) {
-    if (std::isnan(value))
-        return 0;
-    if (value >= 9223372036854775808.0)
-        return std::numeric_limits<qint64>::max();
-    if (value < -9223372036854775808.0)
-        return std::numeric_limits<qint64>::min();
-    return static_cast<qint64>(value);
 }
 
 /// The text of a stored number: whole numbers without a fraction.
@@ -67,18 +55,6 @@ bool UserDefaults::boolForKey(const QString &key) const {
                                             leadingNumber(word) != 0.0;
                                  },
                                  [](const auto &) { return false; }},
-                      *value);
-}
-
-qint64 UserDefaults::integerForKey(const QString &key) const {
-    const auto value = objectForKey(key);
-    if (!value)
-        return 0;
-    return std::visit(Overloaded{[](bool flag) { return qint64{flag}; },
-                                 [](qint64 number) { return number; },
-                                 [](double number) { return saturated(number); },
-                                 [](const QString &text) { return saturated(leadingNumber(text)); },
-                                 [](const auto &) { return qint64{0}; }},
                       *value);
 }
 

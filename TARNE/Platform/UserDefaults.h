@@ -34,9 +34,6 @@ public:
     /// True for true, a number other than 0, and a text that begins, after white space, with "Y" or
     /// "T" (in either case) or with a number other than 0.
     [[nodiscard]] bool boolForKey(const QString &key) const;
-    /// The number, 1 for true, or the number that a text begins with; a double is truncated and
-    /// saturated.
-    [[nodiscard]] qint64 integerForKey(const QString &key) const;
     /// The number, 1.0 for true, or the number that a text begins with.
     [[nodiscard]] double doubleForKey(const QString &key) const;
     /// The text, or the text of a number.

@@ -236,7 +236,7 @@ TEST_F(SessionPersistence, AMissingLengthCountsAsRunOutWhenTheStartLiesInTheFutu
     storeCountdown(-1000, 300, u"Review"_s);
     defaults.removeObjectForKey(keys::timerOriginalDuration);
     EXPECT_FALSE(controller().isTimerActive());
-    EXPECT_EQ(defaults.integerForKey(keys::sessionActive), 0);
+    EXPECT_FALSE(defaults.boolForKey(keys::sessionActive));
     EXPECT_EQ(defaults.doubleForKey(keys::sessionProgress), 0.0);
     ASSERT_EQ(history().size(), 1u);
     EXPECT_EQ(history()[0].sessionDate, time.now() + 1000);

@@ -87,7 +87,7 @@ TEST_F(SessionSharing, APauseEmptiesTheKeysWithinASecondAndAResumptionBringsThem
     EXPECT_EQ(defaults.doubleForKey(keys::lastUpdate), lastUpdate);
     controller().resumeTimer();
     pass(1);
-    EXPECT_EQ(defaults.integerForKey(keys::sessionActive), 1);
+    EXPECT_TRUE(defaults.boolForKey(keys::sessionActive));
     EXPECT_EQ(defaults.stringForKey(keys::sessionGoals), u"Review"_s);
 }
 

@@ -39,7 +39,7 @@ TEST_F(TwoControllers, TheOtherGoesOnAfterTheUsersHasEndedAndSavesItsOwn) {
     pass(1);
     EXPECT_TRUE(defaults.dateForKey(keys::timerStartTime)) << "the keys are back within a second";
     pass(0.7);
-    EXPECT_EQ(defaults.integerForKey(keys::sessionActive), 1) << "and it goes on publishing";
+    EXPECT_TRUE(defaults.boolForKey(keys::sessionActive)) << "and it goes on publishing";
     EXPECT_EQ(defaults.stringForKey(keys::sessionId), uuidString(first->currentSession()->id));
     EXPECT_EQ(first->loadSessionHistory().size(), 1u);
     pass(600);
@@ -58,13 +58,13 @@ TEST_F(TwoControllers, TheFirstSavesAndClearsASessionThatRanOutWhileAway) {
 TEST_F(TwoControllers, TheKeysAlternateBetweenTheTwoWriters) {
     launch(0.4);
     second->startSession(second->createSession(u"Review"_s, 300));
-    std::vector<qint64> seen;
+    std::vector<bool> seen;
     for (int i = 0; i < 4; ++i) {
         pass(0.5);
-        seen.push_back(defaults.integerForKey(keys::sessionActive));
+        seen.push_back(defaults.boolForKey(keys::sessionActive));
     }
-    EXPECT_THAT(seen, Contains(0));
-    EXPECT_THAT(seen, Contains(1));
+    EXPECT_THAT(seen, Contains(false));
+    EXPECT_THAT(seen, Contains(true));
 }
 
 } // namespace

@@ -4,11 +4,8 @@
 
 namespace tarne {
 
-/// A length in whole seconds, its fraction dropped; saturated where 64 bits do not hold it, 0 where
-/// it is no number.
-[[nodiscard]] qint64 wholeSeconds(double seconds);
-
-/// "HH:MM:SS" with at least two digits each. A fraction of a second is dropped.
+/// "HH:MM:SS" with at least two digits each. A fraction of a second is dropped;
+/// what 64 bits do not hold is saturated, and what is no number reads as 0.
 [[nodiscard]] QString hoursMinutesSeconds(double seconds);
 
 } // namespace tarne

@@ -3,9 +3,9 @@
 #include "DateFormatter.h"
 #include "FatalError.h"
 #include "TARNEStyle.h"
+#include "WholeNumber.h"
 
 #include <algorithm>
-#include <cmath>
 
 using namespace Qt::StringLiterals;
 
@@ -68,11 +68,10 @@ QString HistoryEntryCard::formatTime(Date date, const Calendar &calendar) {
 }
 
 QString HistoryEntryCard::formatDuration(double seconds) {
-    const double minutes = std::trunc(seconds / 60.0);
-    constexpr double beyond = 9223372036854775808.0; // 2^63
-    if (!(minutes >= -beyond && minutes < beyond))
+    const std::optional<qint64> minutes = wholeNumber(seconds / 60.0);
+    if (!minutes)
         fatalError("a session's duration in minutes is no integer");
-    return u"%1 min"_s.arg(static_cast<qint64>(minutes));
+    return u"%1 min"_s.arg(*minutes);
 }
 
 QString HistoryEntryCard::statusIcon(std::optional<GoalStatus> status) {

@@ -1,7 +1,7 @@
 #include "DurationControls.h"
 
 #include "DecimalInteger.h"
-#include "DurationText.h"
+#include "WholeNumber.h"
 
 using namespace Qt::StringLiterals;
 
@@ -39,7 +39,7 @@ DurationControls::DurationControls(QBindable<double> selectedDuration)
           m_selectedDuration.addNotifier([this] { Q_EMIT selectedDurationChanged(); })) {}
 
 qint64 DurationControls::selectedMinutes() const {
-    return wholeSeconds(selectedDuration() / secondsPerMinute);
+    return saturatedWholeNumber(selectedDuration() / secondsPerMinute);
 }
 
 int DurationControls::selectedPreset() const {
@@ -97,7 +97,7 @@ void DurationControls::applyCustomDuration() {
 }
 
 QString DurationControls::formatDuration(double seconds) {
-    const qint64 total = wholeSeconds(seconds);
+    const qint64 total = saturatedWholeNumber(seconds);
     const qint64 hours = total / 3600;
     const QString minutes = counted(total % 3600 / 60, "minute"_L1);
     return hours > 0 ? counted(hours, "hour"_L1) + u' ' + minutes : minutes;

@@ -158,7 +158,7 @@ TEST_F(StoredUserDefaultsTest, HandsOverAWholeEventEvenWhenSynchronizeStandsInIt
 TEST_F(StoredUserDefaultsTest, KeepsTheOrderOfWritesInABatch) {
     open();
     for (const QString &name : {u"C"_s, u"A"_s, u"B"_s, u"C"_s})
-        store().setObject(name, store().integerForKey(name) + 1);
+        store().setObject(name, store().doubleForKey(name) + 1);
     close();
     EXPECT_EQ(read("SELECT group_concat(key, '') FROM (SELECT key FROM defaults ORDER BY rowid)"),
               "ABC");
