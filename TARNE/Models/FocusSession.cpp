@@ -51,12 +51,7 @@ bool isCharacter(QStringView text, qsizetype index) {
 } // namespace
 
 QString FocusSession::goalsDisplayString() const {
-    if (goals.empty())
-        return goal;
-    QStringList texts;
-    for (const SessionGoal &sessionGoal : goals)
-        texts += sessionGoal.text;
-    return texts.join(u", "_s);
+    return goals.empty() ? goal : textsOf(goals).join(u", "_s);
 }
 
 std::vector<SessionGoal> FocusSession::parseGoals(const QString &from) {

@@ -3,10 +3,11 @@
 #include "GoalStatus.h"
 #include "RandomUuid.h"
 
-#include <QString>
+#include <QStringList>
 #include <QUuid>
 
 #include <optional>
+#include <vector>
 
 namespace tarne {
 
@@ -16,5 +17,8 @@ struct SessionGoal {
     QString text;                                    ///< The goal's words, trimmed.
     std::optional<GoalStatus> status = std::nullopt; ///< None until the user has rated the goal.
 };
+
+/// The goals' words, in their order.
+[[nodiscard]] QStringList textsOf(const std::vector<SessionGoal> &goals);
 
 } // namespace tarne

@@ -35,12 +35,7 @@ const QString instructions =
 
 QString formatGoalsForPrompt(const FocusSession &session) {
     const std::vector<SessionGoal> goals = parsedGoals(session);
-    if (goals.empty())
-        return session.goal;
-    QStringList texts;
-    for (const SessionGoal &goal : goals)
-        texts += goal.text;
-    return texts.join(u", "_s);
+    return goals.empty() ? session.goal : textsOf(goals).join(u", "_s);
 }
 
 QString formatGoalStatusesForPrompt(const FocusSession &session) {

@@ -18,10 +18,9 @@ constexpr double mergeWindowSeconds = 300.0;
 
 /// In one form of those that Unicode takes for the same text, such as "é" as one code point or two.
 QStringList sortedTexts(const std::vector<SessionGoal> &goals) {
-    QStringList texts;
-    texts.reserve(static_cast<qsizetype>(goals.size()));
-    for (const SessionGoal &goal : goals)
-        texts += goal.text.normalized(QString::NormalizationForm_C);
+    QStringList texts = textsOf(goals);
+    for (QString &text : texts)
+        text = text.normalized(QString::NormalizationForm_C);
     std::sort(texts.begin(), texts.end());
     return texts;
 }

@@ -91,10 +91,7 @@ std::vector<SessionHistoryEntry> ofHistory(const Calendar &calendar, Date now) {
 
 void save(const std::vector<SessionHistoryEntry> &entries, SessionViewModel &sessionViewModel) {
     for (const SessionHistoryEntry &entry : entries) {
-        QStringList texts;
-        for (const SessionGoal &goal : entry.goals)
-            texts += goal.text;
-        const FocusSession session{.goal = texts.join(u", "_s),
+        const FocusSession session{.goal = textsOf(entry.goals).join(u", "_s),
                                    .goals = entry.goals,
                                    .duration = entry.duration,
                                    .startTime = entry.sessionDate - entry.duration,
