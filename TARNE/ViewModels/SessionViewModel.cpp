@@ -50,14 +50,17 @@ void SessionViewModel::handleAppDidBecomeActive() {
 
 FocusSession SessionViewModel::createSession(const QString &goal, double durationSeconds) {
     saveGoal(goal);
-    FocusSession session;
-    session.goal = goal;
-    session.goals = FocusSession::parseGoals(goal);
-    session.duration = durationSeconds;
-    session.startTime = m_platform.clock.now();
-    session.blockedApps = m_userPreferences.defaultBlockedApps;
-    session.blockedWebsites = m_userPreferences.defaultBlockedWebsites;
-    return session;
+    return plannedSession(goal, durationSeconds, m_platform.clock.now());
+}
+
+FocusSession SessionViewModel::plannedSession(const QString &goal, double durationSeconds,
+                                              Date startTime) const {
+    return {.goal = goal,
+            .goals = FocusSession::parseGoals(goal),
+            .duration = durationSeconds,
+            .startTime = startTime,
+            .blockedApps = m_userPreferences.defaultBlockedApps,
+            .blockedWebsites = m_userPreferences.defaultBlockedWebsites};
 }
 
 void SessionViewModel::startSession(const FocusSession &session) {

@@ -149,6 +149,9 @@ Q_SIGNALS:
     void isTimerCompleteChanged(bool complete);
 
 private:
+    /// A session that is not over, with its line's goals and the block lists of the preferences.
+    [[nodiscard]] FocusSession plannedSession(const QString &goal, double durationSeconds,
+                                              Date startTime) const;
     void setCurrentSession(std::optional<FocusSession> session);
     void setUserPreferences(UserPreferences preferences);
     void setTimeRemaining(double seconds);

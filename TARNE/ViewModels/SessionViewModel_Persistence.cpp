@@ -50,27 +50,14 @@ void SessionViewModel::restoreTimerState() {
     setProgress(remaining / m_originalDuration);
     setTimerActive(true);
     setTimerComplete(false);
-    FocusSession restored;
-    restored.goal = savedGoal;
-    restored.goals = FocusSession::parseGoals(savedGoal);
-    restored.duration = savedDuration;
-    restored.startTime = now;
-    restored.blockedApps = m_userPreferences.defaultBlockedApps;
-    restored.blockedWebsites = m_userPreferences.defaultBlockedWebsites;
-    setCurrentSession(std::move(restored));
+    setCurrentSession(plannedSession(savedGoal, savedDuration, now));
     startInternalTimer();
 }
 
 void SessionViewModel::handleCompletedSessionOnRestore(const QString &savedGoal,
                                                        double savedDuration, Date startTime) {
-    FocusSession finished;
-    finished.goal = savedGoal;
-    finished.goals = FocusSession::parseGoals(savedGoal);
-    finished.duration = savedDuration;
-    finished.startTime = startTime;
+    FocusSession finished = plannedSession(savedGoal, savedDuration, startTime);
     finished.endTime = startTime + savedDuration;
-    finished.blockedApps = m_userPreferences.defaultBlockedApps;
-    finished.blockedWebsites = m_userPreferences.defaultBlockedWebsites;
     finished.completed = true;
     saveSessionToHistory(finished);
     m_platform.log.line(u"📱 Restored completed session saved to history: "_s + savedGoal);
