@@ -1,6 +1,7 @@
 #include "ScheduledGoal.h"
 
 #include "JsonCoder.h"
+#include "RandomUuid.h"
 
 namespace tarne {
 
@@ -17,7 +18,7 @@ struct json::JsonForm<ScheduledGoal> {
 };
 
 ScheduledGoal::ScheduledGoal(Date date_, Date time_, QString goal_)
-    : id(QUuid::createUuid()), date(date_), time(time_), goal(std::move(goal_)) {}
+    : id(randomUuid()), date(date_), time(time_), goal(std::move(goal_)) {}
 
 Date ScheduledGoal::scheduledDateTime(const Calendar &calendar) const {
     const DateComponents day = calendar.dateComponents(date);

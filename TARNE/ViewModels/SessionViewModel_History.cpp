@@ -66,8 +66,7 @@ void SessionViewModel::saveSessionToHistory(const FocusSession &session,
         replaceUnlessEmpty(match->reflection, reflection);
         m_platform.log.line(u"📱 Updated existing session in history: "_s + session.goal);
     } else {
-        history.push_back({.id = QUuid::createUuid(),
-                           .sessionDate = sessionDate,
+        history.push_back({.sessionDate = sessionDate,
                            .goals = session.goals,
                            .duration = session.duration,
                            .overallAssessment = overallAssessment,

@@ -2,9 +2,8 @@
 
 #include "SessionViewModel.h"
 
+#include "RandomUuid.h"
 #include "UuidText.h"
-
-#include <QUuid>
 
 using namespace Qt::StringLiterals;
 
@@ -41,7 +40,7 @@ void SessionViewModel::cancelCompletionNotification() {
 void SessionViewModel::sendCompletionNotification() {
     // The scheduled notification stays: the user gets both.
     m_platform.userNotifications.add(
-        {.identifier = uuidString(QUuid::createUuid()),
+        {.identifier = uuidString(randomUuid()),
          .content = {.title = u"Session Complete"_s,
                      .body = u"Great job! Your session is complete."_s},
          .trigger = std::nullopt},
