@@ -1,5 +1,7 @@
 #include "ParsedFeedback.h"
 
+#include "LineBreaks.h"
+
 #include <array>
 
 using namespace Qt::StringLiterals;
@@ -20,10 +22,6 @@ constexpr std::array<Section, 4> sections{{
     {u"**Advice:**", &ParsedFeedback::advice},
     {u"**Motivation:**", &ParsedFeedback::motivation},
 }};
-
-constexpr bool isLineBreak(char16_t c) {
-    return (c >= u'\n' && c <= u'\r') || c == u'\x85' || c == u'\u2028' || c == u'\u2029';
-}
 
 /// The section whose label stands anywhere in `line`, or none.
 const Section *labelledSection(QStringView line) {
@@ -78,7 +76,7 @@ ParsedFeedback parseFeedbackText(const QString &text) {
     const QStringView all(text);
     qsizetype begin = 0;
     for (qsizetype at = 0; at < all.size(); ++at) {
-        if (isLineBreak(all[at].unicode())) {
+        if (isLineBreak(all[at])) {
             gathering.addLine(all.sliced(begin, at - begin));
             begin = at + 1;
         }

@@ -1,5 +1,7 @@
 #include "TextBlocks.h"
 
+#include "LineBreaks.h"
+
 #include <QQuickWindow>
 #include <QTextLayout>
 #include <QTextOption>
@@ -13,9 +15,9 @@ using namespace Qt::StringLiterals;
 namespace tarne {
 namespace {
 
-/// Whether a line ends at `c`, a line feed aside.
+/// Whether a line ends at `c` though it is no line feed.
 bool isOtherBreak(QChar c) {
-    return (c >= u'\v' && c <= u'\r') || c == u'\u0085' || c == u'\u2028' || c == u'\u2029';
+    return c != u'\n' && isLineBreak(c);
 }
 
 /// `text` with a line feed for every line break, of which a view knows but one or two.
