@@ -102,6 +102,10 @@ QLocale currentLocale() {
 
 } // namespace
 
+int daysIntoWeek(QDate day, const QLocale &locale) {
+    return (day.dayOfWeek() - static_cast<int>(locale.firstDayOfWeek()) + 7) % 7;
+}
+
 Calendar::Calendar(const QTimeZone &timeZone, const QLocale &locale)
     : m_timeZone(timeZone.isValid() ? timeZone : QTimeZone::utc()),
       m_locale(locale),
@@ -211,7 +215,7 @@ bool Calendar::isDateEqual(Date date, Date other, Granularity granularity) const
     case Granularity::day:
         return a == b;
     case Granularity::weekOfYear:
-        return startOfWeek(a) == startOfWeek(b);
+        return a.addDays(-daysIntoWeek(a, m_locale)) == b.addDays(-daysIntoWeek(b, m_locale));
     case Granularity::year:
         return a.year() == b.year();
     }
@@ -220,15 +224,6 @@ bool Calendar::isDateEqual(Date date, Date other, Granularity granularity) const
 
 int Calendar::weekday(Date date) const {
     return day(date).dayOfWeek() % 7 + 1;
-}
-
-int Calendar::firstWeekday() const {
-    return m_locale.firstDayOfWeek() % 7 + 1;
-}
-
-QDate Calendar::startOfWeek(QDate day) const {
-    const int weekday = day.dayOfWeek() % 7 + 1;
-    return day.addDays(-((weekday - firstWeekday() + 7) % 7));
 }
 
 } // namespace tarne

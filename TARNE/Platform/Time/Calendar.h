@@ -14,6 +14,9 @@ namespace tarne {
 
 class ZoneOffsets;
 
+/// Days from the first of the locale's week to `day`, 0 to 6. `day` must be valid.
+[[nodiscard]] int daysIntoWeek(QDate day, const QLocale &locale);
+
 /// A moment as it stands on a Gregorian calendar and clock of some time zone.
 struct DateComponents {
     int year = 1;
@@ -81,12 +84,8 @@ public:
 
     /// 1 is Sunday, 7 is Saturday.
     [[nodiscard]] int weekday(Date date) const;
-    /// The weekday with which the locale's weeks begin, numbered as `weekday`.
-    [[nodiscard]] int firstWeekday() const;
 
 private:
-    [[nodiscard]] QDate startOfWeek(QDate day) const;
-
     QTimeZone m_timeZone;
     QLocale m_locale;
     std::shared_ptr<const ZoneOffsets> m_offsets;

@@ -1,5 +1,7 @@
 #include "MonthCalendar.h"
 
+#include "Calendar.h"
+
 #include <QRegularExpression>
 
 #include <algorithm>
@@ -16,11 +18,6 @@ const QDate latestDay(9999, 12, 31);
 
 QDate firstOfMonth(QDate day) {
     return QDate(day.year(), day.month(), 1);
-}
-
-/// Days from the week's first to `day`.
-int daysIntoWeek(QDate day, Qt::DayOfWeek first) {
-    return (day.dayOfWeek() - static_cast<int>(first) + 7) % 7;
 }
 
 /// What stands between month and year, when the day and its punctuation are taken out.
@@ -90,10 +87,9 @@ QString MonthCalendar::textOf(QStringView part, const QString &sign) const {
 
 QStringList MonthCalendar::weekdayNames() const {
     QStringList names;
-    for (int i = 0; i < 7; ++i) {
-        const int weekday = (static_cast<int>(m_locale.firstDayOfWeek()) - 1 + i) % 7 + 1;
-        names += m_locale.standaloneDayName(weekday, QLocale::ShortFormat);
-    }
+    const QDate first = m_month.addDays(7 - daysIntoWeek(m_month, m_locale));
+    for (int i = 0; i < 7; ++i)
+        names += m_locale.standaloneDayName(first.addDays(i).dayOfWeek(), QLocale::ShortFormat);
     return names;
 }
 
@@ -149,11 +145,11 @@ void MonthCalendar::moveByMonths(int months) {
 }
 
 void MonthCalendar::moveToStartOfWeek() {
-    moveTo(cursor().addDays(-daysIntoWeek(cursor(), m_locale.firstDayOfWeek())));
+    moveTo(cursor().addDays(-daysIntoWeek(cursor(), m_locale)));
 }
 
 void MonthCalendar::moveToEndOfWeek() {
-    moveTo(cursor().addDays(6 - daysIntoWeek(cursor(), m_locale.firstDayOfWeek())));
+    moveTo(cursor().addDays(6 - daysIntoWeek(cursor(), m_locale)));
 }
 
 int MonthCalendar::rowCount(const QModelIndex &parent) const {
@@ -190,7 +186,7 @@ QHash<int, QByteArray> MonthCalendar::roleNames() const {
 
 /// Invalid for a blank row.
 QDate MonthCalendar::dayOfRow(int row) const {
-    const int day = row - daysIntoWeek(m_month, m_locale.firstDayOfWeek()) + 1;
+    const int day = row - daysIntoWeek(m_month, m_locale) + 1;
     return QDate(m_month.year(), m_month.month(), day);
 }
 
