@@ -10,10 +10,10 @@ if(TARNE_WARNINGS_AS_ERRORS)
   target_compile_options(tarne_options INTERFACE -Werror)
 endif()
 if(TARNE_SANITIZE)
-  # Compiled for the tests' sake, from scratch, in every run of CI: the layers' files go through the
-  # compiler together. A type with internal linkage inside a public one then looks like a mistake,
-  # and what one file names may hide what another names.
-  set(TARNE_UNITY_BUILD ON)
+  # Compiled for the tests' sake, from scratch, in every run of CI: the files of a target go through
+  # the compiler in a few large pieces, which halves the time. A type with internal linkage inside a
+  # public one then looks like a mistake, and what one file names may hide what another names.
+  set(CMAKE_UNITY_BUILD ON)
   target_compile_options(tarne_options INTERFACE -Wno-shadow)
   if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
     target_compile_options(tarne_options INTERFACE -Wno-subobject-linkage)
@@ -73,8 +73,7 @@ function(tarne_reuse target precompiled)
   endif()
 endfunction()
 
-# The sanitizer presets compile a layer's files together.
-if(NOT TARNE_UNITY_BUILD)
+if(NOT CMAKE_UNITY_BUILD)
   tarne_precompiled(tarne_layer_headers
     LINKS Qt6::Core
     HEADERS <QByteArray> <QObject> <QString> <QStringList> <functional> <memory> <optional> <vector>)
@@ -96,7 +95,7 @@ endfunction()
 function(tarne_layer target)
   cmake_parse_arguments(PARSE_ARGV 1 LAYER "" "" "SOURCES;LINKS")
   add_library(${target} STATIC ${LAYER_SOURCES})
-  set_target_properties(${target} PROPERTIES UNITY_BUILD "${TARNE_UNITY_BUILD}" UNITY_BUILD_BATCH_SIZE 12)
+  set_target_properties(${target} PROPERTIES UNITY_BUILD_BATCH_SIZE 12)
   tarne_rooms(${target} ${LAYER_SOURCES})
   target_link_libraries(${target} PUBLIC tarne_options ${LAYER_LINKS})
   tarne_reuse(${target} tarne_layer_headers)
@@ -126,9 +125,6 @@ function(tarne_test name)
   else()
     tarne_reuse(${name} tarne_test_headers)
   endif()
-  # The sanitizer presets compile the files of a program in a few large pieces, which halves their
-  # time.
-  set_target_properties(${name} PROPERTIES UNITY_BUILD "${TARNE_UNITY_BUILD}" UNITY_BUILD_BATCH_SIZE 8)
   # scripts/test runs several presets' tests as one: their names tell them apart.
   if(TARNE_SANITIZE)
     set(test ${name}.${TARNE_SANITIZE})
@@ -161,7 +157,7 @@ endfunction()
 function(tarne_qml_module target)
   cmake_parse_arguments(PARSE_ARGV 1 MODULE "" "URI" "SOURCES;QML;LINKS;DEPENDENCIES")
   qt_add_library(${target} STATIC)
-  set_target_properties(${target} PROPERTIES UNITY_BUILD "${TARNE_UNITY_BUILD}" UNITY_BUILD_BATCH_SIZE 12)
+  set_target_properties(${target} PROPERTIES UNITY_BUILD_BATCH_SIZE 12)
   if(TARNE_SANITIZE)
     # What Qt's tools would generate and compile for every QML file is not what is looked at.
     set(cache NO_CACHEGEN)
