@@ -35,6 +35,7 @@
 #include "SystemClock.h"
 #include "SystemProcessTools.h"
 #include "UnixSignals.h"
+#include "Version.h"
 
 #include <QDBusConnection>
 #include <QGuiApplication>
@@ -63,7 +64,7 @@ int main(int argc, char **argv) {
     if (!hasGraphicsHardware())
         QQuickWindow::setSceneGraphBackend(u"software"_s);
     QGuiApplication::setApplicationName(u"TARNE"_s);
-    QGuiApplication::setApplicationVersion(AppcastUpdaterController::builtInVersion());
+    QGuiApplication::setApplicationVersion(programVersion());
     QGuiApplication::setDesktopFileName(u"com.tarne.app"_s);
     // There are no options: what follows the program's name is not even Qt's.
     argc = std::min(argc, 1);
@@ -103,7 +104,7 @@ int main(int argc, char **argv) {
     PortalWorkspace workspace(QDBusConnection::sessionBus());
     UpdaterController::Done presentUpdate = [](const UpdateCheckResult &) {};
     AppcastUpdaterController updaterController(
-        AppcastUpdaterController::builtInFeed(), AppcastUpdaterController::builtInVersion(),
+        AppcastUpdaterController::builtInFeed(), programVersion(),
         [&presentUpdate](const UpdateCheckResult &result) { presentUpdate(result); });
 
     SecretServiceKeychain keychain;

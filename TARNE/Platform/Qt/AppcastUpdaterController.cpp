@@ -60,10 +60,6 @@ QUrl AppcastUpdaterController::builtInFeed() {
     return QUrl(QStringLiteral(TARNE_APPCAST_URL), QUrl::StrictMode);
 }
 
-QString AppcastUpdaterController::builtInVersion() {
-    return QStringLiteral(TARNE_VERSION);
-}
-
 void AppcastUpdaterController::checkForUpdates(Done done) {
     m_waiting.push_back(std::move(done));
     if (m_isFetching)

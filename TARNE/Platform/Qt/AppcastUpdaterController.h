@@ -26,9 +26,8 @@ public:
     AppcastUpdaterController(QUrl feed, QString version, Done foundAtStart = {});
     ~AppcastUpdaterController() override;
 
-    /// The feed and the version that this program was built with.
+    /// The feed that this program was built with.
     [[nodiscard]] static QUrl builtInFeed();
-    [[nodiscard]] static QString builtInVersion();
 
     void checkForUpdates(Done done) override;
 
