@@ -10,6 +10,7 @@
 
 #include "AppcastUpdaterController.h"
 #include "ClipboardPasteboard.h"
+#include "DefaultsLock.h"
 #include "DesktopBackgroundActivityScheduler.h"
 #include "DesktopEvents.h"
 #include "ExecutableBundle.h"
@@ -73,9 +74,10 @@ int main(int argc, char **argv) {
     // Before the store is opened and before anything is logged: a second start only shows the
     // first one's window.
     std::function<void()> showWindow = [] {};
+    DefaultsLock storeLock(StoredUserDefaults::standardFolder());
     SingleInstance instance({.sessionBus = QDBusConnection::sessionBus(),
                              .busAddress = SingleInstance::sessionBusAddress(),
-                             .storeFolder = StoredUserDefaults::standardFolder()},
+                             .lock = storeLock},
                             [&showWindow](const QString &) { showWindow(); });
     if (!instance.isFirst()) {
         instance.activateFirst();

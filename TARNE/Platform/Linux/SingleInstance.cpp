@@ -74,11 +74,10 @@ void sendActivate(QDBusConnection &bus) {
 SingleInstance::SingleInstance(Place place, Activated activated)
     : m_place(std::move(place)),
       m_activated(std::move(activated)),
-      m_lock(m_place.storeFolder),
       m_name(claimName()),
       m_isFirst(m_name != Name::Anothers && claimStore()) {
     if (m_isFirst)
-        m_lock.setAddress(m_name == Name::Ours ? m_place.busAddress : QString());
+        m_place.lock.setAddress(m_name == Name::Ours ? m_place.busAddress : QString());
     else
         releaseName();
 }
@@ -121,18 +120,18 @@ void SingleInstance::releaseName() {
 
 bool SingleInstance::claimStore() {
     const QDeadlineTimer deadline(longestEnd);
-    auto holder = m_lock.take();
-    while (holder == DefaultsLock::Holder::AnotherEnding && !deadline.hasExpired()) {
+    auto holder = m_place.lock.take();
+    while (holder == ProgramLock::Holder::AnotherEnding && !deadline.hasExpired()) {
         std::this_thread::sleep_for(20ms);
-        holder = m_lock.take();
+        holder = m_place.lock.take();
     }
-    return holder == DefaultsLock::Holder::Us;
+    return holder == ProgramLock::Holder::Us;
 }
 
 void SingleInstance::activateFirst() {
     if (m_name == Name::Anothers) {
         sendActivate(m_place.sessionBus);
-    } else if (const QString address = m_lock.address(); !address.isEmpty()) {
+    } else if (const QString address = m_place.lock.address(); !address.isEmpty()) {
         const auto connection = u"com.tarne.app first"_s;
         QDBusConnection bus = QDBusConnection::connectToBus(address, connection);
         if (bus.isConnected())
@@ -142,7 +141,7 @@ void SingleInstance::activateFirst() {
 }
 
 void SingleInstance::beginEnding() {
-    m_lock.beginEnding();
+    m_place.lock.beginEnding();
     releaseName();
 }
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "DefaultsLock.h"
+#include "ProgramLock.h"
 
 #include <QDBusConnection>
 #include <QObject>
@@ -25,7 +25,7 @@ public:
     struct Place {
         QDBusConnection sessionBus;
         QString busAddress; ///< Of that bus; empty when it is not known.
-        QString storeFolder;
+        ProgramLock &lock;  ///< Of the store; outlives the object.
     };
 
     /// Called in the first process when somebody starts the program again. The token lets a window
@@ -58,7 +58,6 @@ private:
 
     Place m_place;
     Activated m_activated;
-    DefaultsLock m_lock;
     Name m_name;
     bool m_isFirst;
 };

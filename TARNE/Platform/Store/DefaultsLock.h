@@ -1,6 +1,7 @@
 #pragma once
 
 #include "DefaultsFolder.h"
+#include "ProgramLock.h"
 
 #include <QFile>
 
@@ -12,27 +13,16 @@ namespace tarne {
 /// other programs may ask about: docs/extension-bridge.md. Two bytes are locked. The holder gives
 /// the second one back when it begins to end, and the first by its end. The file's content is the
 /// address of the bus on which the holder can be asked for its window; empty when there is none.
-class DefaultsLock {
+class DefaultsLock final : public ProgramLock {
 public:
-    enum class Holder {
-        Us,
-        Another,       ///< Another program runs.
-        AnotherEnding, ///< Another program is about to end.
-    };
-
     explicit DefaultsLock(const QString &folder) : m_folder(folder) {}
 
-    /// Takes the lock if nobody has it; makes the folder and the file if absent. Returns who has it
-    /// now. Where the disk allows no lock the program goes on without, and standard error is told.
-    [[nodiscard]] Holder take();
-
-    /// For the holder: tells the others that it is about to end.
-    void beginEnding();
-
-    /// For the holder: where it can be asked.
-    void setAddress(const QString &busAddress);
-    /// Where the holder can be asked.
-    [[nodiscard]] QString address();
+    /// Makes the folder and the file if absent. Standard error is told of a disk that allows no
+    /// lock.
+    [[nodiscard]] Holder take() override;
+    void beginEnding() override;
+    void setAddress(const QString &busAddress) override;
+    [[nodiscard]] QString address() override;
 
 private:
     [[nodiscard]] bool open();

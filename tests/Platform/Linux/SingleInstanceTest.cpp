@@ -2,15 +2,10 @@
 
 #include "EventLoop.h"
 #include "PrivateBus.h"
-#include "TestMain.h"
 
 #include <QDBusConnectionInterface>
 #include <QDBusMessage>
 #include <QDBusPendingCall>
-#include <QDir>
-#include <QFileInfo>
-#include <QProcess>
-#include <QTemporaryDir>
 
 #include <gtest/gtest.h>
 
@@ -21,26 +16,86 @@ using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
 using namespace test;
 
-/// A folder for the store and a bus, as a program finds them.
+/// Who has the lock that the programs of a test compete for, and what it tells the others.
+struct LockState {
+    const ProgramLock *holder = nullptr;
+    bool isEnding = false;
+    QString address = {};
+};
+
+class CompetingLock final : public ProgramLock {
+public:
+    explicit CompetingLock(LockState &state) : m_state(state) {}
+    ~CompetingLock() override {
+        if (m_state.holder == this)
+            m_state = {};
+    }
+    CompetingLock(const CompetingLock &) = delete;
+    CompetingLock &operator=(const CompetingLock &) = delete;
+
+    Holder take() override {
+        if (!m_state.holder)
+            m_state.holder = this;
+        if (m_state.holder == this)
+            return Holder::Us;
+        return m_state.isEnding ? Holder::AnotherEnding : Holder::Another;
+    }
+    void beginEnding() override { m_state.isEnding = true; }
+    void setAddress(const QString &busAddress) override { m_state.address = busAddress; }
+    QString address() override { return m_state.address; }
+
+private:
+    LockState &m_state;
+};
+
+/// A lock whose holder is about to end when it is asked, and gone at the third time.
+class EndingLock final : public ProgramLock {
+public:
+    Holder take() override { return ++m_takes < 3 ? Holder::AnotherEnding : Holder::Us; }
+    void beginEnding() override {}
+    void setAddress(const QString &) override {}
+    QString address() override { return {}; }
+
+private:
+    int m_takes = 0;
+};
+
+/// A program with its lock.
+class Program {
+public:
+    Program(const QDBusConnection &bus, const QString &address, LockState &lock,
+            SingleInstance::Activated activated)
+        : m_lock(lock), m_instance({bus, address, m_lock}, std::move(activated)) {}
+
+    bool isFirst() const { return m_instance.isFirst(); }
+    void activateFirst() { m_instance.activateFirst(); }
+    void beginEnding() { m_instance.beginEnding(); }
+
+private:
+    CompetingLock m_lock;
+    SingleInstance m_instance;
+};
+
+/// A lock and a bus, as a program finds them.
 class AProcessOnABus : public testing::Test {
 protected:
-    std::unique_ptr<SingleInstance> start() { return startOn(m_bus); }
+    std::unique_ptr<Program> start() { return startOn(m_bus); }
 
-    std::unique_ptr<SingleInstance> startOn(PrivateBus &bus) {
-        return startAt({bus.connect(), bus.address(), folder()});
+    std::unique_ptr<Program> startOn(PrivateBus &bus) {
+        return startAt(bus.connect(), bus.address());
     }
 
-    std::unique_ptr<SingleInstance> startWithoutABus() {
-        return startAt({noBus(), u"unix:path=/nobody"_s, folder()});
+    std::unique_ptr<Program> startWithoutABus() { return startAt(noBus(), u"unix:path=/nobody"_s); }
+
+    std::unique_ptr<Program> startAt(const QDBusConnection &bus, const QString &address) {
+        return startAt(bus, address, m_lock);
     }
 
-    std::unique_ptr<SingleInstance> startAt(const SingleInstance::Place &place) {
-        return std::make_unique<SingleInstance>(
-            place, [this](const QString &token) { m_activations += token; });
+    std::unique_ptr<Program> startAt(const QDBusConnection &bus, const QString &address,
+                                     LockState &lock) {
+        return std::make_unique<Program>(bus, address, lock,
+                                         [this](const QString &token) { m_activations += token; });
     }
-
-    QString folder() const { return m_data.filePath(u"com.tarne.app"_s); }
-    QString lockFile() const { return folder() + u"/defaults.lock"_s; }
 
     QDBusMessage call(const QString &method, const QVariantList &arguments) {
         auto message = QDBusMessage::createMethodCall(u"com.tarne.app"_s, u"/com/tarne/app"_s,
@@ -52,7 +107,7 @@ protected:
         return pending.reply();
     }
 
-    QTemporaryDir m_data;
+    LockState m_lock;
     PrivateBus m_bus;
     QStringList m_activations;
 };
@@ -105,8 +160,8 @@ TEST_F(AProcessOnABus, ShowsItsWindowForEveryOperationOfTheApplicationInterface)
 TEST_F(AProcessOnABus, ABusThatHangsIsWaitedForAFewSecondsOnly) {
     const QDBusConnection connection = m_bus.connect();
     m_bus.hang();
-    std::unique_ptr<SingleInstance> instance;
-    EXPECT_LT(timeOf([&] { instance = startAt({connection, m_bus.address(), folder()}); }), 4s);
+    std::unique_ptr<Program> instance;
+    EXPECT_LT(timeOf([&] { instance = startAt(connection, m_bus.address()); }), 4s);
     EXPECT_TRUE(instance->isFirst()); // By the lock.
     m_bus.resume();
 }
@@ -121,9 +176,10 @@ TEST_F(AProcessOnABus, SurvivesABusThatVanishes) {
 
 TEST_F(AProcessOnABus, IsNotTheFirstOnTheBusWhateverTheStore) {
     const auto first = start();
-    const QString elsewhere = m_data.filePath(u"elsewhere"_s);
-    EXPECT_FALSE(startAt({m_bus.connect(), m_bus.address(), elsewhere})->isFirst());
-    EXPECT_FALSE(QFile::exists(elsewhere));
+    LockState another;
+    const auto second = startAt(m_bus.connect(), m_bus.address(), another);
+    EXPECT_FALSE(second->isFirst());
+    EXPECT_EQ(another.holder, nullptr);
 }
 
 TEST_F(AProcessOnABus, HasTheStoreAgainstOneWithoutABusWhichAsksForTheWindow) {
@@ -168,12 +224,12 @@ TEST_F(AProcessOnABus, ThatIsAboutToEndIsAskedNoMoreAndKeepsTheStore) {
     first->beginEnding();
     EXPECT_TRUE(serveUntil(
         [&] { return !m_bus.connect().interface()->isServiceRegistered(u"com.tarne.app"_s); }));
-    EXPECT_EQ(DefaultsLock(folder()).take(), DefaultsLock::Holder::AnotherEnding);
+    EXPECT_EQ(CompetingLock(m_lock).take(), ProgramLock::Holder::AnotherEnding);
 }
 
 class AProcessWithoutABus : public AProcessOnABus {
 protected:
-    std::unique_ptr<SingleInstance> start() { return startWithoutABus(); }
+    std::unique_ptr<Program> start() { return startWithoutABus(); }
 };
 
 TEST_F(AProcessWithoutABus, IsTheFirstWhenThereIsNoOther) {
@@ -192,85 +248,9 @@ TEST_F(AProcessWithoutABus, AsksNobody) {
     start()->activateFirst();
 }
 
-TEST_F(AProcessWithoutABus, KeepsTheLockToItsUser) {
-    const auto first = start();
-    const auto permissions = [](const QString &path) { return QFileInfo(path).permissions(); };
-    const auto privateFile =
-        QFile::ReadOwner | QFile::WriteOwner | QFile::ReadUser | QFile::WriteUser;
-    EXPECT_EQ(permissions(lockFile()), privateFile);
-    EXPECT_EQ(permissions(folder()), privateFile | QFile::ExeOwner | QFile::ExeUser);
-}
-
-TEST_F(AProcessWithoutABus, DoesNotFollowALinkThatSomebodyLaid) {
-    const ExpectedWarning warning(u"no lock against a second program"_s);
-    QDir().mkpath(folder());
-    const QString target = m_data.filePath(u"precious"_s);
-    QFile::link(target, lockFile());
-    EXPECT_TRUE(start()->isFirst());
-    EXPECT_FALSE(QFile::exists(target));
-}
-
-TEST_F(AProcessWithoutABus, StartsWhereTheDiskAllowsNoLock) {
-    const ExpectedWarning warning(u"no lock against a second program"_s);
-    QDir().mkpath(lockFile()); // A folder in its place.
-    const auto first = start();
-    EXPECT_TRUE(first->isFirst());
-    first->beginEnding();
-}
-
-/// Another program that locks the first bytes of the store's lock and says so. It ends after a
-/// time, or when it is killed.
-class LockHolder {
-public:
-    LockHolder(const QString &file, int bytes, double seconds) {
-        QDir().mkpath(QFileInfo(file).path());
-        m_process.start(u"/usr/bin/python3"_s, {u"-c"_s, QString::fromLatin1(script), file,
-                                                QString::number(bytes), QString::number(seconds)});
-        EXPECT_TRUE(m_process.waitForReadyRead(20'000));
-    }
-    ~LockHolder() { kill(); }
-    LockHolder(const LockHolder &) = delete;
-    LockHolder &operator=(const LockHolder &) = delete;
-
-    void kill() {
-        m_process.kill();
-        m_process.waitForFinished(20'000);
-    }
-
-private:
-    static constexpr auto script = R"(
-import fcntl, struct, sys, time
-F_OFD_SETLK = 37
-file = open(sys.argv[1], "w")
-fcntl.fcntl(file, F_OFD_SETLK, struct.pack("hhqqi4x", fcntl.F_WRLCK, 0, 0, int(sys.argv[2]), 0))
-print("held", flush=True)
-time.sleep(float(sys.argv[3]))
-)";
-
-    QProcess m_process;
-};
-
-TEST_F(AProcessWithoutABus, StartsAfterTheDeathOfTheLocksHolder) {
-    LockHolder other(lockFile(), 2, 1000);
-    EXPECT_FALSE(start()->isFirst());
-    other.kill();
-    EXPECT_TRUE(start()->isFirst());
-}
-
 TEST_F(AProcessWithoutABus, WaitsForOneThatIsAboutToEndAndTakesItsPlace) {
-    const LockHolder ending(lockFile(), 1, 0.3);
-    EXPECT_TRUE(start()->isFirst());
-}
-
-TEST_F(AProcessWithoutABus, KeepsTheLockFromItsChildren) {
-    auto first = start();
-    QProcess child;
-    child.start(u"/bin/sleep"_s, {u"1000"_s});
-    ASSERT_TRUE(child.waitForStarted());
-    first.reset();
-    EXPECT_TRUE(start()->isFirst());
-    child.kill();
-    child.waitForFinished();
+    EndingLock lock;
+    EXPECT_TRUE(SingleInstance({noBus(), {}, lock}, {}).isFirst());
 }
 
 } // namespace
