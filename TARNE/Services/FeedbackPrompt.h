@@ -6,8 +6,8 @@
 
 namespace tarne {
 
-/// What the model is asked about a session. It names the labels that `parseFeedbackText` cuts at:
-/// neither may change without the other.
+/// What the model is asked about a session. It names the labels of `coachingSections`, at which
+/// `parseFeedbackText` cuts the answer.
 [[nodiscard]] QString buildFeedbackPrompt(const FocusSession &session);
 
 /// The goals' texts joined by ", ", or the raw line when there are none. Commas inside a goal are

@@ -2,33 +2,18 @@
 
 #include "LineBreaks.h"
 
-#include <array>
-
 using namespace Qt::StringLiterals;
 
 namespace tarne {
 namespace {
 
-/// A label of the model's answer and the section that it begins.
-struct Section {
-    QStringView label;
-    QString ParsedFeedback::*text;
-};
-
-/// In the order in which a line is tested for them: of two labels in one line the first here wins.
-constexpr std::array<Section, 4> sections{{
-    {u"**Overall Assessment:**", &ParsedFeedback::overallAssessment},
-    {u"**Patterns Observed:**", &ParsedFeedback::patternsObserved},
-    {u"**Advice:**", &ParsedFeedback::advice},
-    {u"**Motivation:**", &ParsedFeedback::motivation},
-}};
-
 /// The section whose label stands anywhere in `line`, or none.
-const Section *labelledSection(QStringView line) {
+const CoachingSection *labelledSection(QStringView line) {
     // Most lines hold no bold text at all, and looking for one word is cheaper than for four.
     if (!line.contains(u"**"))
         return nullptr;
-    for (const Section &section : sections) {
+    // Of two labels in one line the first in this order wins.
+    for (const CoachingSection &section : coachingSections) {
         if (line.contains(section.label))
             return &section;
     }
@@ -50,7 +35,7 @@ class Gathering {
 public:
     void addLine(QStringView untrimmed) {
         const QStringView line = untrimmed.trimmed();
-        if (const Section *labelled = labelledSection(line)) {
+        if (const CoachingSection *labelled = labelledSection(line)) {
             m_current = labelled;
             m_feedback.*labelled->text = withoutLabel(line, labelled->label);
         } else if (m_current && !line.isEmpty() && !line.startsWith(u'#') &&
@@ -66,7 +51,7 @@ public:
 
 private:
     ParsedFeedback m_feedback;
-    const Section *m_current = nullptr;
+    const CoachingSection *m_current = nullptr;
 };
 
 } // namespace

@@ -2,6 +2,8 @@
 
 #include <QString>
 
+#include <array>
+
 namespace tarne {
 
 /// The model's answer, cut into its four sections. A section that the answer did not hold is empty.
@@ -13,6 +15,24 @@ struct ParsedFeedback {
 
     friend bool operator==(const ParsedFeedback &, const ParsedFeedback &) = default;
 };
+
+/// A section of the coaching: what the model, the user and the drawing call it.
+struct CoachingSection {
+    QStringView label; ///< In the model's answer, bold.
+    QStringView title; ///< To the user.
+    QStringView symbol;
+    QString ParsedFeedback::*text;
+};
+
+/// In the order in which they are asked for and read.
+inline constexpr std::array<CoachingSection, 4> coachingSections{{
+    {u"**Overall Assessment:**", u"Overall Assessment", u"chart.bar.fill",
+     &ParsedFeedback::overallAssessment},
+    {u"**Patterns Observed:**", u"Patterns Observed", u"magnifyingglass",
+     &ParsedFeedback::patternsObserved},
+    {u"**Advice:**", u"Suggestions", u"lightbulb.fill", &ParsedFeedback::advice},
+    {u"**Motivation:**", u"Motivation", u"heart.fill", &ParsedFeedback::motivation},
+}};
 
 /// Cuts an answer at the bold labels that the prompt asks for.
 ///

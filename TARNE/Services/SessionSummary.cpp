@@ -13,10 +13,6 @@ QString statusMark(const std::optional<GoalStatus> &status) {
     return u"❌"_s;
 }
 
-QString section(const QString &label, const QString &text) {
-    return text.isEmpty() ? QString() : label + text + u"\n\n"_s;
-}
-
 } // namespace
 
 QString createSessionSummary(const std::vector<SessionGoal> &goals, const QString &reflection,
@@ -27,11 +23,11 @@ QString createSessionSummary(const std::vector<SessionGoal> &goals, const QStrin
     if (!reflection.isEmpty())
         summary += u"\n## Reflection\n"_s + reflection + u'\n';
     if (feedback) {
-        summary += u"\n## AI Feedback\n\n"_s +
-                   section(u"**Overall Assessment:** "_s, feedback->overallAssessment) +
-                   section(u"**Patterns Observed:** "_s, feedback->patternsObserved) +
-                   section(u"**Suggestions:** "_s, feedback->advice) +
-                   section(u"**Motivation:** "_s, feedback->motivation);
+        summary += u"\n## AI Feedback\n\n"_s;
+        for (const CoachingSection &section : coachingSections) {
+            if (const QString &text = (*feedback).*section.text; !text.isEmpty())
+                summary += u"**%1:** "_s.arg(section.title) + text + u"\n\n"_s;
+        }
     }
     return summary;
 }

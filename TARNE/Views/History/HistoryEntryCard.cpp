@@ -2,7 +2,8 @@
 
 #include "DateFormatter.h"
 #include "FatalError.h"
-#include "TARNEStyle.h"
+#include "ParsedFeedback.h"
+#include "VerdictLook.h"
 #include "WholeNumber.h"
 
 #include <algorithm>
@@ -25,13 +26,14 @@ QVariantList goalRows(const std::vector<SessionGoal> &goals) {
 
 QVariantList feedbackRows(const SessionHistoryEntry &entry) {
     QVariantList rows;
-    for (const HistoryFeedbackRow &row :
-         {HistoryFeedbackRow{u"chart.bar.fill"_s, u"Overall Assessment"_s, entry.overallAssessment},
-          HistoryFeedbackRow{u"magnifyingglass"_s, u"Patterns Observed"_s, entry.patternsObserved},
-          HistoryFeedbackRow{u"lightbulb.fill"_s, u"Suggestions"_s, entry.suggestions},
-          HistoryFeedbackRow{u"heart.fill"_s, u"Motivation"_s, entry.motivation}}) {
-        if (!row.content.isEmpty())
-            rows += QVariant::fromValue(row);
+    const ParsedFeedback feedback{.overallAssessment = entry.overallAssessment,
+                                  .patternsObserved = entry.patternsObserved,
+                                  .advice = entry.suggestions,
+                                  .motivation = entry.motivation};
+    for (const CoachingSection &section : coachingSections) {
+        if (const QString &text = feedback.*section.text; !text.isEmpty())
+            rows += QVariant::fromValue(
+                HistoryFeedbackRow{section.symbol.toString(), section.title.toString(), text});
     }
     return rows;
 }
@@ -75,31 +77,11 @@ QString HistoryEntryCard::formatDuration(double seconds) {
 }
 
 QString HistoryEntryCard::statusIcon(std::optional<GoalStatus> status) {
-    if (!status)
-        return u"circle"_s;
-    switch (*status) {
-    case GoalStatus::completed:
-        return u"checkmark.circle.fill"_s;
-    case GoalStatus::partiallyCompleted:
-        return u"minus.circle.fill"_s;
-    case GoalStatus::notCompleted:
-        return u"xmark.circle.fill"_s;
-    }
-    Q_UNREACHABLE();
+    return verdictLook(status).symbol.toString();
 }
 
 QColor HistoryEntryCard::statusColor(std::optional<GoalStatus> status) {
-    if (!status)
-        return SystemColors::gray;
-    switch (*status) {
-    case GoalStatus::completed:
-        return SystemColors::green;
-    case GoalStatus::partiallyCompleted:
-        return SystemColors::orange;
-    case GoalStatus::notCompleted:
-        return SystemColors::red;
-    }
-    Q_UNREACHABLE();
+    return verdictLook(status).color;
 }
 
 } // namespace tarne

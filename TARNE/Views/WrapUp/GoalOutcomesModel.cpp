@@ -1,30 +1,14 @@
 #include "GoalOutcomesModel.h"
 
-#include "TARNEStyle.h"
+#include "VerdictLook.h"
 
 using namespace Qt::StringLiterals;
 
 namespace tarne {
 namespace {
 
-struct Look {
-    QString icon;
-    QColor color;
-    QString text;
-};
-
-Look look(const std::optional<GoalStatus> &status) {
-    if (!status)
-        return {u"circle"_s, SystemColors::gray, u"Not Evaluated"_s};
-    switch (*status) {
-    case GoalStatus::completed:
-        return {u"checkmark.circle.fill"_s, SystemColors::green, displayName(*status)};
-    case GoalStatus::partiallyCompleted:
-        return {u"minus.circle.fill"_s, SystemColors::orange, displayName(*status)};
-    case GoalStatus::notCompleted:
-        break;
-    }
-    return {u"xmark.circle.fill"_s, SystemColors::red, displayName(GoalStatus::notCompleted)};
+QString wordsFor(const std::optional<GoalStatus> &status) {
+    return status ? displayName(*status) : u"Not Evaluated"_s;
 }
 
 } // namespace
@@ -47,11 +31,11 @@ QVariant GoalOutcomesModel::data(const QModelIndex &index, int role) const {
     case GoalText:
         return goal.text;
     case StatusIcon:
-        return look(goal.status).icon;
+        return verdictLook(goal.status).symbol.toString();
     case StatusColor:
-        return look(goal.status).color;
+        return verdictLook(goal.status).color;
     case StatusText:
-        return look(goal.status).text;
+        return wordsFor(goal.status);
     default:
         return {};
     }
