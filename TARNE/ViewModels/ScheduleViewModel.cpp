@@ -1,5 +1,6 @@
 #include "ScheduleViewModel.h"
 
+#include "NotificationPermission.h"
 #include "StoredKeys.h"
 #include "UuidText.h"
 
@@ -52,7 +53,7 @@ ScheduleViewModel::ScheduleViewModel(SchedulePlatform platform)
       m_selectedDate(m_platform.clock.now()),
       m_selectedTime(m_selectedDate) {
     loadScheduledGoals();
-    requestNotificationPermission();
+    requestNotificationPermission(m_platform.userNotifications, m_platform.log);
 }
 
 void ScheduleViewModel::setSelectedDate(Date date) {
@@ -136,15 +137,6 @@ void ScheduleViewModel::toggleGoalCompletion(const ScheduledGoal &goal) {
     found->isCompleted = !found->isCompleted;
     Q_EMIT scheduledGoalsChanged();
     saveScheduledGoals();
-}
-
-void ScheduleViewModel::requestNotificationPermission() {
-    Log &log = m_platform.log;
-    m_platform.userNotifications.requestAuthorization(
-        [&log](bool, const std::optional<QString> &error) {
-            if (error)
-                log.line(u"Notification permission error: "_s + *error);
-        });
 }
 
 void ScheduleViewModel::scheduleNotification(const ScheduledGoal &goal) {

@@ -85,7 +85,6 @@ Q_SIGNALS:
     void goalTextChanged();
 
 private:
-    void requestNotificationPermission();
     void scheduleNotification(const ScheduledGoal &goal);
     void cancelNotification(const ScheduledGoal &goal);
 

@@ -2,6 +2,7 @@
 
 #include "SessionViewModel.h"
 
+#include "NotificationPermission.h"
 #include "RandomUuid.h"
 #include "UuidText.h"
 
@@ -10,11 +11,7 @@ using namespace Qt::StringLiterals;
 namespace tarne {
 
 void SessionViewModel::requestNotificationPermissions() {
-    m_platform.userNotifications.requestAuthorization(
-        [&log = m_platform.log](bool, const std::optional<QString> &error) {
-            if (error)
-                log.line(u"Notification permission error: "_s + *error);
-        });
+    requestNotificationPermission(m_platform.userNotifications, m_platform.log);
 }
 
 void SessionViewModel::scheduleCompletionNotification() {
