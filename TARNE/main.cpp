@@ -7,6 +7,7 @@
 #include "MainWindow.h"
 #include "TARNEApp.h"
 #include "UpdateCheck.h"
+#include "WrapUpSheets.h"
 
 #include "AppcastUpdaterController.h"
 #include "ClipboardPasteboard.h"
@@ -156,7 +157,8 @@ int main(int argc, char **argv) {
         .makeTimerView =
             [&](SessionViewModel &controller) {
                 return std::make_unique<TimerView>(controller, defaults, runLoop,
-                                                   notificationCenter, feedbackPlatform);
+                                                   notificationCenter,
+                                                   wrapUpSheets(controller, feedbackPlatform));
             },
         .makeInsightsView =
             [&](SessionViewModel &controller) {

@@ -133,7 +133,7 @@ private:
     BenchmarkSession m_session{m_defaults, Date::fromReferenceSeconds(700'000'000)};
     FeedbackFakes m_feedback{m_session.time, m_log};
     TimerView m_view{m_session.controller, m_defaults, m_session.time, m_center,
-                     m_feedback.platform()};
+                     m_feedback.sheets(m_session.controller)};
     QQuickView m_window;
 };
 

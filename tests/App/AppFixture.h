@@ -53,7 +53,7 @@ protected:
                     [this](SessionViewModel &controller) {
                         ++timerViews;
                         return std::make_unique<TimerView>(controller, defaults, time, center,
-                                                           feedback.platform());
+                                                           feedback.sheets(controller));
                     },
                 .makeInsightsView =
                     [this](SessionViewModel &controller) {

@@ -52,29 +52,30 @@ public:
     SilentUpdater updater;
     test::RecordingWorkspace workspace;
     UpdateCheck updateCheck{updater, workspace};
-    TARNEApp app{
-        {.makeMainAppView =
-             [this] {
-                 return std::make_unique<MainAppView>(
-                     std::make_unique<SessionViewModel>(machine.platform()), machine.defaults);
-             },
-         .makeOnboardingView = {},
-         .makeContentView =
-             [this] {
-                 return std::make_unique<ContentView>(
-                     std::make_unique<SessionViewModel>(machine.platform()),
-                     ContentView::Screens{.makeTimerView =
-                                              [this](SessionViewModel &controller) {
-                                                  return std::make_unique<TimerView>(
-                                                      controller, machine.defaults, machine.time,
-                                                      machine.center, machine.feedback.platform());
-                                              },
-                                          .makeInsightsView = {},
-                                          .makeHistoryView = {},
-                                          .makeSettingsView = {}},
-                     delegate);
-             }},
-        delegate};
+    TARNEApp app{{.makeMainAppView =
+                      [this] {
+                          return std::make_unique<MainAppView>(
+                              std::make_unique<SessionViewModel>(machine.platform()),
+                              machine.defaults);
+                      },
+                  .makeOnboardingView = {},
+                  .makeContentView =
+                      [this] {
+                          return std::make_unique<ContentView>(
+                              std::make_unique<SessionViewModel>(machine.platform()),
+                              ContentView::Screens{.makeTimerView =
+                                                       [this](SessionViewModel &controller) {
+                                                           return std::make_unique<TimerView>(
+                                                               controller, machine.defaults,
+                                                               machine.time, machine.center,
+                                                               machine.feedback.sheets(controller));
+                                                       },
+                                                   .makeInsightsView = {},
+                                                   .makeHistoryView = {},
+                                                   .makeSettingsView = {}},
+                              delegate);
+                      }},
+                 delegate};
     QQmlEngine engine;
     MainWindow window{&engine};
 };

@@ -43,7 +43,7 @@ struct TimerStage {
 
     OfflineSession session;
     TimerView view{session.controller, session.defaults, session.time, session.center,
-                   session.feedback.platform()};
+                   session.feedback.sheets(session.controller)};
 };
 
 } // namespace

@@ -60,7 +60,7 @@ struct WrapUpStage {
 
     OfflineSession session;
     TimerView view{session.controller, session.defaults, session.time, session.center,
-                   session.feedback.platform()};
+                   session.feedback.sheets(session.controller)};
 };
 
 /// Scrolls down all that can be in and below `item`.

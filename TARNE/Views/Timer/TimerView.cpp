@@ -22,11 +22,11 @@ constexpr auto pauseBetweenSheets = 300ms;
 
 TimerView::TimerView(SessionViewModel &sessionViewModel, const UserDefaults &defaults,
                      RunLoop &runLoop, NotificationCenter &notificationCenter,
-                     FeedbackPlatform feedbackPlatform)
+                     MakeReflectionView makeReflectionView)
     : m_sessionViewModel(sessionViewModel),
       m_runLoop(runLoop),
       m_notificationCenter(notificationCenter),
-      m_feedbackPlatform(std::move(feedbackPlatform)),
+      m_makeReflectionView(std::move(makeReflectionView)),
       m_timeRemaining(UserPreferences::load(defaults).defaultDuration) {
     m_selectedDuration = m_timeRemaining;
     connect(this, &TimerView::showSessionNotesChanged, this, [this](bool show) {
@@ -157,10 +157,9 @@ void TimerView::toggleTimer() {
 void TimerView::presentSessionReflection() {
     if (m_showSessionReflection)
         return;
-    const auto previous = std::exchange(
-        m_sessionReflection, std::make_unique<SessionReflectionView>(
-                                 m_sessionViewModel, m_feedbackPlatform, &m_showSessionReflection,
-                                 [this] { completeSession(); }));
+    const auto previous =
+        std::exchange(m_sessionReflection, m_makeReflectionView(&m_showSessionReflection,
+                                                                [this] { completeSession(); }));
     m_sessionReflection->appear();
     Q_EMIT sessionReflectionChanged();
     m_showSessionReflection = true;

@@ -58,7 +58,7 @@ class TimerView final : public tarne::Screen {
 public:
     /// Everything passed outlives the view. The stored preferences give the first length.
     TimerView(SessionViewModel &sessionViewModel, const UserDefaults &defaults, RunLoop &runLoop,
-              NotificationCenter &notificationCenter, FeedbackPlatform feedbackPlatform);
+              NotificationCenter &notificationCenter, MakeReflectionView makeReflectionView);
     ~TimerView() override;
 
     /// Between `appear` and `disappear`. A sheet that falls due while another tab is shown waits
@@ -156,7 +156,7 @@ private:
     SessionViewModel &m_sessionViewModel;
     RunLoop &m_runLoop;
     NotificationCenter &m_notificationCenter;
-    FeedbackPlatform m_feedbackPlatform;
+    MakeReflectionView m_makeReflectionView;
 
     // The three flags and the length are bound to by the sheets, which set them.
     Q_OBJECT_BINDABLE_PROPERTY(TimerView, double, m_selectedDuration,

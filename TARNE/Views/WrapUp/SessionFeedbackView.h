@@ -154,4 +154,8 @@ private:
     std::shared_ptr<Presence> m_presence = std::make_shared<Presence>();
 };
 
+/// Makes the view for one presentation.
+using MakeFeedbackView = std::function<std::unique_ptr<SessionFeedbackView>(
+    QBindable<bool> isPresented, std::function<void()> onComplete)>;
+
 } // namespace tarne

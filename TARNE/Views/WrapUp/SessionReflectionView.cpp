@@ -9,10 +9,11 @@
 namespace tarne {
 
 SessionReflectionView::SessionReflectionView(SessionViewModel &sessionViewModel,
-                                             FeedbackPlatform platform, QBindable<bool> isPresented,
+                                             MakeFeedbackView makeFeedbackView,
+                                             QBindable<bool> isPresented,
                                              std::function<void()> onComplete)
     : m_sessionViewModel(sessionViewModel),
-      m_platform(std::move(platform)),
+      m_makeFeedbackView(std::move(makeFeedbackView)),
       m_isPresented(isPresented),
       m_onComplete(std::move(onComplete)) {
     connect(&m_sessionViewModel, &SessionViewModel::currentSessionChanged, this,
@@ -82,10 +83,8 @@ void SessionReflectionView::presentFeedback() {
         return;
     // The view is there before its flag is raised: bindings hear of the flag before anybody else.
     // The one before it is deleted last, when nothing on the screen refers to it any more.
-    const auto previous = std::exchange(
-        m_feedback,
-        std::make_unique<SessionFeedbackView>(m_sessionViewModel, m_platform, &m_showingFeedback,
-                                              [this] { finishFlow(); }));
+    const auto previous =
+        std::exchange(m_feedback, m_makeFeedbackView(&m_showingFeedback, [this] { finishFlow(); }));
     Q_EMIT feedbackChanged();
     m_showingFeedback = true;
     m_feedback->appear();

@@ -36,7 +36,7 @@ class SessionReflectionView final : public QObject {
 public:
     /// The controller and the property behind the binding outlive the view. `onComplete` runs when
     /// the whole flow has ended, after this sheet was closed.
-    SessionReflectionView(SessionViewModel &sessionViewModel, FeedbackPlatform platform,
+    SessionReflectionView(SessionViewModel &sessionViewModel, MakeFeedbackView makeFeedbackView,
                           QBindable<bool> isPresented, std::function<void()> onComplete);
     ~SessionReflectionView() override;
 
@@ -81,7 +81,7 @@ private:
     void finishFlow();
 
     SessionViewModel &m_sessionViewModel;
-    FeedbackPlatform m_platform;
+    MakeFeedbackView m_makeFeedbackView;
     QBindable<bool> m_isPresented;
     std::function<void()> m_onComplete;
 
@@ -92,5 +92,9 @@ private:
     GoalRatingsModel m_goals;
     std::unique_ptr<SessionFeedbackView> m_feedback;
 };
+
+/// Makes the view for one presentation.
+using MakeReflectionView = std::function<std::unique_ptr<SessionReflectionView>(
+    QBindable<bool> isPresented, std::function<void()> onComplete)>;
 
 } // namespace tarne

@@ -22,7 +22,7 @@ protected:
     TimerView &view() {
         if (!m_view) {
             m_view = std::make_unique<TimerView>(controller(), defaults, time, center,
-                                                 feedback.platform());
+                                                 feedback.sheets(controller()));
             QObject::connect(m_view.get(), &TimerView::timerScaleAnimated, m_view.get(),
                              [this](double scale, SpringAnimation spring) {
                                  m_animations.push_back({scale, spring});

@@ -19,8 +19,7 @@ protected:
     }
     void present() {
         isPresented = true;
-        m_sheet = std::make_unique<SessionReflectionView>(controller(), feedbackPlatform(),
-                                                          &isPresented, [this] { ++completions; });
+        m_sheet = makeReflection(&isPresented, [this] { ++completions; });
         m_sheet->appear();
     }
 
@@ -221,10 +220,9 @@ TEST_F(SessionReflectionViewTest, FinishedFeedbackClosesBothSheetsAndEndsTheFlow
 TEST_F(SessionReflectionViewTest, IsClosedBeforeTheEndOfTheFlowIsTold) {
     start(u"A"_s, 1500.0);
     bool wasPresented = true;
-    SessionReflectionView view(controller(), feedbackPlatform(), &isPresented,
-                               [&] { wasPresented = isPresented; });
-    view.completeReflection();
-    view.feedback()->finishSession();
+    const auto view = makeReflection(&isPresented, [&] { wasPresented = isPresented; });
+    view->completeReflection();
+    view->feedback()->finishSession();
     EXPECT_FALSE(wasPresented);
 }
 

@@ -5,7 +5,7 @@
 #include "QueuedHTTPClient.h"
 #include "RecordingLog.h"
 #include "RecordingPasteboard.h"
-#include "SessionFeedbackView.h"
+#include "WrapUpSheets.h"
 
 namespace tarne::test {
 
@@ -23,6 +23,11 @@ struct FeedbackFakes {
                 .pasteboard = pasteboard,
                 .log = log,
                 .geminiEndpoint = QStringLiteral("https://gemini.example")};
+    }
+
+    /// What makes the sheets of a session's end over these.
+    MakeReflectionView sheets(SessionViewModel &sessionViewModel) {
+        return wrapUpSheets(sessionViewModel, platform());
     }
 
     /// A body of Gemini's with a text that is given as the inside of a JSON string.

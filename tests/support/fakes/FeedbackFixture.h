@@ -13,6 +13,10 @@ namespace tarne::test {
 class FeedbackTest : public SessionTest {
 protected:
     FeedbackPlatform feedbackPlatform() { return m_fakes.platform(); }
+    std::unique_ptr<SessionReflectionView> makeReflection(QBindable<bool> isShown,
+                                                          std::function<void()> onComplete) {
+        return m_fakes.sheets(controller())(isShown, std::move(onComplete));
+    }
 
     /// A session of 25 minutes with its goals rated in order and reflected on.
     void reflectOn(const QString &goalLine, const std::vector<GoalStatus> &statuses,
