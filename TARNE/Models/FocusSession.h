@@ -17,6 +17,7 @@ namespace tarne {
 
 /// One focus session: a plain value. A session is changed by building a new record and assigning
 /// it. Identity is `id`.
+/// Stored: a new member is optional, or no stored document reads any more.
 struct FocusSession {
     QUuid id = randomUuid();
     QString goal = {};                   ///< The raw line, as typed.

@@ -19,6 +19,7 @@ struct JsonForm;
 
 /// A piece of focused work that is planned for a calendar day and a clock time: a plain value.
 /// Identity is `id`, which is also the identity of its reminder.
+/// Stored: a new member is optional, or no stored document reads any more.
 struct ScheduledGoal {
     QUuid id;
     Date date;    ///< Only its year, month and day count.

@@ -12,6 +12,7 @@
 namespace tarne {
 
 /// One goal of a session. Identity is `id`; two goals are never compared as wholes.
+/// Stored: a new member is optional, or no stored document reads any more.
 struct SessionGoal {
     QUuid id = randomUuid();
     QString text;                                    ///< The goal's words, trimmed.

@@ -8,6 +8,7 @@ namespace tarne {
 class UserDefaults;
 
 /// What the application remembers of the user between runs: one record, stored whole.
+/// A new member is optional, or no stored document reads any more.
 struct UserPreferences {
     double defaultDuration = 1500.0; ///< Seconds.
     QStringList defaultBlockedApps;

@@ -16,6 +16,7 @@ namespace tarne {
 /// One finished session as it stays in the history. Identity is `id`. A text that is not there yet
 /// is empty. The moment, the goals and the duration have no default: an initialiser that forgets
 /// one of them does not compile.
+/// Stored: a new member is optional, or no stored document reads any more.
 struct SessionHistoryEntry {
     QUuid id = randomUuid();        ///< Stable for the life of the entry; an update keeps it.
     Date sessionDate;               ///< When the session ended, or was first saved.

@@ -36,6 +36,19 @@ struct Flag {
     bool flag = false;
 };
 
+/// A record as it was stored once, and with a member that was added since.
+struct Note {
+    QString text;
+};
+struct NoteWithOptionalAuthor {
+    QString text;
+    std::optional<QString> author;
+};
+struct NoteWithAuthor {
+    QString text;
+    QString author;
+};
+
 /// Whether `value` is valid where nobody knows its key.
 bool isIgnored(const QByteArray &value) {
     return json::decode<Flag>("{\"unknown\":" + value + ",\"flag\":true}").has_value();
@@ -48,6 +61,40 @@ struct tarne::json::JsonForm<Flag> {
     static constexpr std::tuple members{member("flag", &Flag::flag)};
     static Flag blank() { return {}; }
 };
+
+template <>
+struct tarne::json::JsonForm<Note> {
+    static constexpr std::tuple members{member("text", &Note::text)};
+    static Note blank() { return {}; }
+};
+template <>
+struct tarne::json::JsonForm<NoteWithOptionalAuthor> {
+    static constexpr std::tuple members{member("text", &NoteWithOptionalAuthor::text),
+                                        member("author", &NoteWithOptionalAuthor::author)};
+    static NoteWithOptionalAuthor blank() { return {}; }
+};
+template <>
+struct tarne::json::JsonForm<NoteWithAuthor> {
+    static constexpr std::tuple members{member("text", &NoteWithAuthor::text),
+                                        member("author", &NoteWithAuthor::author)};
+    static NoteWithAuthor blank() { return {}; }
+};
+
+TEST(JsonCoder, ADocumentFromBeforeAMemberReadsWhereTheMemberIsOptionalAlone) {
+    const QByteArray stored = json::encode(Note{u"Begin early"_s}).value();
+    const auto read = json::decode<NoteWithOptionalAuthor>(stored);
+    ASSERT_TRUE(read.has_value());
+    EXPECT_EQ(read->text, u"Begin early"_s);
+    EXPECT_EQ(read->author, std::nullopt);
+    EXPECT_FALSE(json::decode<NoteWithAuthor>(stored).has_value());
+}
+
+TEST(JsonCoder, ADocumentWithAMemberThatCameLaterReadsWithoutIt) {
+    const NoteWithOptionalAuthor later{u"Begin early"_s, u"Ada"_s};
+    const auto read = json::decode<Note>(json::encode(later).value());
+    ASSERT_TRUE(read.has_value());
+    EXPECT_EQ(read->text, u"Begin early"_s);
+}
 
 TEST(JsonCoder, ADoubleIsTheShortestTextThatReadsBack) {
     EXPECT_EQ(written(0.1), "[0.1]"_ba);
