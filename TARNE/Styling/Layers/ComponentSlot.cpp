@@ -1,15 +1,11 @@
 #include "ComponentSlot.h"
 
-#include <QLoggingCategory>
+#include "StyleLog.h"
+
 #include <QQmlContext>
 #include <QQmlEngine>
 
 namespace tarne {
-namespace {
-
-Q_LOGGING_CATEGORY(styleLog, "tarne.style")
-
-} // namespace
 
 ComponentSlot::ComponentSlot(QQuickItem *parent) : QQuickItem(parent) {
     setFlag(ItemIsFocusScope);

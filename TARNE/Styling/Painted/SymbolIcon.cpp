@@ -1,11 +1,11 @@
 #include "SymbolIcon.h"
 
+#include "StyleLog.h"
 #include "SymbolTable.h"
 #include "TARNEStyle.h"
 
 #include <QFile>
 #include <QFont>
-#include <QLoggingCategory>
 #include <QPainter>
 #include <QSvgRenderer>
 
@@ -13,8 +13,6 @@ namespace tarne {
 namespace {
 
 using namespace Qt::StringLiterals;
-
-Q_LOGGING_CATEGORY(styleLog, "tarne.style")
 
 /// The outlines are drawn on a grid of 16 units in strokes of about one unit; this much is added to
 /// their edges for each step of 100 in weight.
