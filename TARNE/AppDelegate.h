@@ -30,7 +30,7 @@ public:
     [[nodiscard]] bool applicationShouldTerminate() const { return true; }
     void applicationWillTerminate();
 
-    /// The tab screen's controller; kept for whoever asks, used by nothing here.
+    /// The tab screen's controller. Nothing here uses it.
     QPointer<SessionViewModel> sessionViewModel;
 
 private:

@@ -56,7 +56,7 @@ double residentBytes() {
            static_cast<double>(sysconf(_SC_PAGESIZE));
 }
 
-/// A body of Gemini's with four sections, `size` bytes long but for its brackets.
+/// A body of Gemini's with four sections, `size` bytes long without its brackets.
 QByteArray answerOf(qint64 size) {
     const QByteArray sentence = "A sentence that a model could have written. ";
     const QByteArray quarter = sentence.repeated(size / 4 / sentence.size());

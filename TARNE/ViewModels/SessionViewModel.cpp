@@ -37,8 +37,7 @@ void SessionViewModel::setupNotificationObservers() {
     observe(notifications::didBecomeActive, &SessionViewModel::handleAppDidBecomeActive);
 }
 
-// The count-down needs no care when the machine falls asleep or the user turns away: whoever comes
-// back works it out from the wall clock.
+// Sleep and a turned-away user need no care: the next tick works the rest out from the wall clock.
 void SessionViewModel::handleSleepNotification() {}
 void SessionViewModel::handleAppWillResignActive() {}
 void SessionViewModel::handleWakeNotification() {

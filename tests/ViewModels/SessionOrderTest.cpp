@@ -1,4 +1,4 @@
-// The order of the steps by which a session starts and ends, as whoever looks on in between sees
+// The order of the steps by which a session starts and ends, as an observer in between sees
 // it.
 
 #include "SessionFixture.h"

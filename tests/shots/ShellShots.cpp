@@ -38,7 +38,7 @@ public:
                      prepare);
     }
 
-    /// Whoever has been here before sees the tabs.
+    /// A user who has been here before sees the tabs.
     struct Machine : OfflineSession {
         Machine() {
             UserPreferences preferences;

@@ -34,7 +34,8 @@ public:
 
     /// The text so far; the writer is empty afterwards.
     [[nodiscard]] QByteArray take() {
-        m_text.reserve(m_text.size() + paddingOfDocuments); // For whoever reads it again.
+        m_text.reserve(m_text.size() +
+                       paddingOfDocuments); // For the reader, which needs room behind it.
         return std::move(m_text);
     }
 

@@ -88,7 +88,7 @@ private:
         push(task);
         if (m_changed.wait_for(lock, limit, [&] { return task->isDone; }))
             return true;
-        // Whoever replaces a secret calls twice; a hung store shall cost one limit, not two.
+        // To replace a secret takes two calls. A hung store shall cost one limit, not two.
         m_givenUpUntil = std::chrono::steady_clock::now() + std::chrono::seconds{1};
         return false;
     }

@@ -14,10 +14,9 @@ namespace tarne {
 /// waited for the limit gets the answer of a failing store. While a prompt is up, and within a
 /// second of such an answer, no caller waits at all.
 ///
-/// What was to be read is given up with its caller, but for a prompt: the user may be typing into
-/// it, so it stays up. What was to be changed is not given up: it is done when the store can do it
-/// or the user allows it. A removal drops the changes to the same item that still wait, so of
-/// several saves the last one wins.
+/// A reading ends when its caller gives up. A prompt stays up: the user may be typing into it.
+/// A change is never given up: it is done when the store can do it or the user allows it. A removal
+/// drops the changes to the same item that still wait. So the last of several saves wins.
 class SecretServiceKeychain final : public Keychain {
 public:
     explicit SecretServiceKeychain(std::chrono::milliseconds limit = std::chrono::seconds{5});

@@ -53,7 +53,7 @@ QDBusMessage busCall(const QString &method) {
                                           u"org.freedesktop.DBus"_s, method);
 }
 
-/// Sends the request to show the window to whoever has the name on this bus.
+/// Asks the owner of the name on this bus to show its window.
 void sendActivate(QDBusConnection &bus) {
     QVariantMap platformData;
     if (const auto token = qEnvironmentVariable("XDG_ACTIVATION_TOKEN"); !token.isEmpty())
@@ -95,7 +95,7 @@ QString SingleInstance::sessionBusAddress() {
 SingleInstance::Name SingleInstance::claimName() {
     new ApplicationAdaptor(this, m_activated);
     QDBusConnection &bus = m_place.sessionBus;
-    // The object stands before the name does: whoever finds the name finds the object.
+    // The object comes before the name, so that a process that finds the name finds the object.
     if (!bus.isConnected() || !bus.registerObject(path, this))
         return Name::NoBus;
     constexpr uint doNotQueue = 4;

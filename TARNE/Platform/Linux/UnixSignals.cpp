@@ -66,8 +66,8 @@ UnixSignals::~UnixSignals() {
 }
 
 void disableCoreDumps() {
-    // Not 0: where dumps are piped to a handler the kernel ignores the limit, but for the value 1,
-    // at which it dumps nothing. A file of one byte is not written either. What is 0 for good
+    // Not 0: where dumps go to a handler through a pipe, the kernel ignores every limit except 1,
+    // at which it dumps nothing. No file of one byte is written either. A limit that is 0 for good
     // cannot be raised.
     rlimit limit{};
     getrlimit(RLIMIT_CORE, &limit);

@@ -88,8 +88,8 @@ std::shared_ptr<RunLoop::Block> QtRunLoop::takeDue(MonotonicTime limit) {
             continue;
         const MonotonicTime latest = lastFiring(entry.due, timer->second.interval, limit);
         const bool isLatest = entry.due == latest;
-        // One that missed a moment takes its turn at its latest, not at its earliest: whoever
-        // fires last is then the one who would have without the busy time.
+        // A timer that missed firings fires once, at its latest moment. So the order of several
+        // timers is the one that they have without the busy time.
         entry.due = isLatest ? latest + timer->second.interval : latest;
         m_entries.push(std::move(entry));
         if (isLatest)

@@ -12,8 +12,8 @@ namespace tarne {
 
 /// The integer of a text that is nothing but decimal digits with at most one sign before them.
 ///
-/// Blanks, fractions, exponents, separators, digits of other scripts, the empty text and numbers
-/// that the type does not hold are none.
+/// Absent for blanks, fractions, exponents, separators, digits of other scripts, the empty text,
+/// and for numbers that the type cannot hold.
 template <std::signed_integral Integer = qint64>
 [[nodiscard]] std::optional<Integer> decimalInteger(QStringView text) {
     // from_chars knows the minus sign alone.

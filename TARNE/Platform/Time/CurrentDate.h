@@ -4,8 +4,8 @@
 
 namespace tarne {
 
-/// The present moment by the system's wall clock: for the default of a record. Whoever reckons with
-/// time has a Clock. Callable from any thread.
+/// The present moment by the system's wall clock: for the default of a record. Code that
+/// reckons with time takes a Clock. Callable from any thread.
 [[nodiscard]] Date currentDate();
 
 } // namespace tarne

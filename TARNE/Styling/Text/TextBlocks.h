@@ -95,7 +95,7 @@ private:
     double m_bottom = 0;         ///< Where they end.
     int m_first = 0;             ///< The blocks that have rows.
     int m_last = 0;              ///< The one behind them.
-    int m_run = 0; ///< Counts restarts, so that a block that is due of an earlier run is none.
+    int m_run = 0; ///< Counts restarts: a block that is due from an earlier run does nothing.
 };
 
 } // namespace tarne

@@ -10,8 +10,8 @@
 
 namespace tarne {
 
-/// A sheet that edits the reflection of one entry. It hands the text over and is closed by whoever
-/// presents it. Nothing in the system presents it.
+/// A sheet that edits the reflection of one entry. It hands the text over, and its presenter
+/// closes it. Nothing in the system presents it.
 class EditReflectionSheet final : public QObject {
     Q_OBJECT
     QML_ELEMENT

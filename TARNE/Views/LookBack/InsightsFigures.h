@@ -55,7 +55,7 @@ public:
     /// The entries since this clock time 30 days ago, in their order.
     [[nodiscard]] std::vector<const SessionHistoryEntry *> last30DaysHistory() const;
 
-    // A day that the zone leaves out, as Apia did 2011-12-30, is none: both streaks pass it.
+    // A zone may leave a whole day out, as Apia did on 2011-12-30. Such a day ends no streak.
 
     /// Days with sessions in a row up to today; 0 as long as today has none.
     [[nodiscard]] int calculateCurrentStreak() const;

@@ -19,7 +19,7 @@ namespace tarne {
 class ScheduleView final : public QObject {
     Q_OBJECT
     QML_ELEMENT
-    QML_UNCREATABLE("Made by whoever presents the schedule.")
+    QML_UNCREATABLE("Made by the presenter of the schedule.")
     Q_PROPERTY(bool showingAddGoal READ showingAddGoal NOTIFY showingAddGoalChanged FINAL)
     Q_PROPERTY(tarne::AddGoalSheet *addGoalSheet READ addGoalSheet CONSTANT FINAL)
     /// Without a limit.

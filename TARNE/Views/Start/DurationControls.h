@@ -11,8 +11,9 @@ namespace tarne {
 /// What the duration sheet and the inline picker have in common: the preset lengths, a field for
 /// minutes typed by hand with its validation, and the words for the current choice.
 ///
-/// The choice itself belongs to whoever shows the controls and is reached through a binding, which
-/// must outlive this object. Lengths are carried in seconds, the controls speak in whole minutes.
+/// The choice itself belongs to the screen that shows the controls. It is reached through a
+/// binding, which must outlive this object. Lengths are carried in seconds, the controls speak in
+/// whole minutes.
 class DurationControls : public QObject {
     Q_OBJECT
     QML_ELEMENT
