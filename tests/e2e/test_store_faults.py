@@ -3,6 +3,7 @@
 import contextlib
 import shutil
 import sqlite3
+import threading
 
 from box import SMALL_DISK
 from fixture import TarneTestCase
@@ -103,24 +104,39 @@ class AFullDisk(StoreFault):
         self.store = Store(SMALL_DISK)
         self.store.plant("UserPreferences", PREFERENCES)
 
-    def fill(self):
+    @contextlib.contextmanager
+    def filled(self):
+        """The disk is full meanwhile, also where the store gives some room back."""
         filler = self.store.file.parent / "filler"
-        with contextlib.suppress(OSError), open(filler, "wb", buffering=0) as file:
-            while file.write(bytes(4096)):
-                pass
-        return filler
+        is_over = threading.Event()
+
+        def fill():
+            with open(filler, "wb", buffering=0) as file:
+                while not is_over.wait(0.001):
+                    with contextlib.suppress(OSError):
+                        while file.write(bytes(4096)):
+                            pass
+
+        filling = threading.Thread(target=fill)
+        filling.start()
+        try:
+            yield
+        finally:
+            is_over.set()
+            filling.join()
+            filler.unlink()
 
     def test_costs_the_writes_until_there_is_room_again(self):
         self.launch()
         self.run_session()
         self.await_stored_session()
-        filler = self.fill()
-        self.assert_one_error(CANNOT_BE_SAVED)
-        self.clock.advance(FIVE_MINUTES)
-        self.eventually(lambda: self.program.logged("📱 Timer completed - session automatically"),
-                        "the session runs out")
-        self.assertEqual(self.store.history(), [])
-        filler.unlink()
+        with self.filled():
+            self.assert_one_error(CANNOT_BE_SAVED)
+            self.clock.advance(FIVE_MINUTES)
+            self.eventually(
+                lambda: self.program.logged("📱 Timer completed - session automatically"),
+                "the session runs out")
+            self.assertEqual(self.store.history(), [])
         self.expect_error(SAVED_AGAIN)
         entry, = self.await_history(1)
         self.assertEqual([goal["text"] for goal in entry["goals"]], [GOALS])

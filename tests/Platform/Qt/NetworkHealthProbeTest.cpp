@@ -115,7 +115,8 @@ TEST_F(NetworkHealthProbeTest, OneProbeIsOneGetHoweverEarlyTheServerCloses) {
 
 TEST_F(NetworkHealthProbeTest, FollowsARedirectWithinTheServer) {
     const QByteArray ok = answer;
-    answer = "HTTP/1.1 302 Found\r\nLocation: /elsewhere\r\nContent-Length: 0\r\n\r\n";
+    answer = "HTTP/1.1 302 Found\r\nLocation: /elsewhere\r\nConnection: close\r\n"
+             "Content-Length: 0\r\n\r\n";
     closes = true;
     QObject::connect(&server, &QTcpServer::newConnection, &server, [this, ok] {
         if (requests.contains("GET /health"))
