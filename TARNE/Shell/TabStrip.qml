@@ -1,6 +1,5 @@
 pragma ComponentBehavior: Bound
 import QtQuick
-import QtQuick.Templates as T
 import TARNE
 import TARNE.Styling
 
@@ -43,23 +42,22 @@ FocusScope {
 
             model: strip.contentView.tabs
 
-            T.TabButton {
+            Pressable {
                 id: tab
 
                 required property int index
                 required property tabItem modelData
                 readonly property bool isSelected: strip.contentView.selectedTab === index
 
-                checkable: false
                 text: tab.modelData.label
                 implicitWidth: 112
                 implicitHeight: 30
                 focus: isSelected
                 focusPolicy: isSelected ? Qt.TabFocus : Qt.NoFocus
-                Accessible.name: text
+                hasPointingHand: false
+                accessibleRole: Accessible.PageTab
                 Accessible.selected: isSelected
                 Accessible.selectable: true
-                Accessible.onPressAction: clicked()
                 onClicked: strip.contentView.selectedTab = index
 
                 background: RoundedBox {

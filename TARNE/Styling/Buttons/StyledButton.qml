@@ -1,11 +1,10 @@
 pragma ComponentBehavior: Bound
 import QtQuick
 import TARNE.Styling
-import QtQuick.Templates as T
 
 // A button whose look is chosen by `buttonStyle`, with an optional symbol before or behind its text.
 // The text is its accessible name. Set `label` to put something else than text and symbols into it.
-T.AbstractButton {
+Pressable {
     id: button
 
     property anyButtonStyle buttonStyle: ButtonStyles.primary
@@ -25,30 +24,9 @@ T.AbstractButton {
 
     // Whole points, so that what stands beside it is drawn on whole pixels as well.
     implicitWidth: Math.max(minimumWidth, Math.ceil(implicitContentWidth) + leftPadding + rightPadding)
-    implicitHeight: implicitContentHeight + topPadding + bottomPadding
     horizontalPadding: look.horizontalPadding
     verticalPadding: look.verticalPadding
-    focusPolicy: Qt.TabFocus
     font: Typography.button
-    Accessible.name: text
-    // What an input method still composes belongs to what the press is about. This handler comes
-    // before those of who uses the button.
-    onClicked: InputMethod.commit()
-    // Space presses already. A key that is held presses once.
-    Keys.onPressed: event => event.accepted = event.isAutoRepeat && event.key === Qt.Key_Space
-    Keys.onReleased: event => event.accepted = event.isAutoRepeat && event.key === Qt.Key_Space
-    Keys.onReturnPressed: event => {
-        if (!event.isAutoRepeat)
-            button.clicked();
-    }
-    Keys.onEnterPressed: event => {
-        if (!event.isAutoRepeat)
-            button.clicked();
-    }
-    Accessible.onPressAction: {
-        if (button.enabled)
-            button.clicked();
-    }
 
     Behavior on wholeOpacity {
         EaseInOut { duration: 200 }
@@ -57,10 +35,6 @@ T.AbstractButton {
         ground: button.ground
         radius: button.look.cornerRadius
         wholeOpacity: button.wholeOpacity
-    }
-
-    HoverHandler {
-        cursorShape: button.enabled ? Qt.PointingHandCursor : Qt.ArrowCursor
     }
 
     background: RoundedBox {

@@ -139,7 +139,7 @@ FocusScope {
                 height: (picker.height - weeks.y) / 6
                 accent: picker.accent
                 // What has the focus must stay a stop until it has lost it.
-                activeFocusOnTab: picker.calendar.tabStop === index || activeFocus
+                focusPolicy: picker.calendar.tabStop === index || activeFocus ? Qt.TabFocus : Qt.NoFocus
                 onClicked: picker.calendar.pick(index)
             }
         }

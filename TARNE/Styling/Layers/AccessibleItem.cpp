@@ -40,6 +40,12 @@ AccessibleItem::AccessibleItem(QQuickItem *item) : QAccessibleQuickItem(item) {
     });
 }
 
+QAccessible::Role AccessibleItem::role() const {
+    const QVariant role = item()->property("accessibleRole");
+    return role.isValid() ? static_cast<QAccessible::Role>(role.toInt())
+                          : QAccessibleQuickItem::role();
+}
+
 QAccessible::State AccessibleItem::state() const {
     QAccessible::State state = QAccessibleQuickItem::state();
     if (!item()->isEnabled()) {

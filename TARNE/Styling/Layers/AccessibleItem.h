@@ -6,7 +6,9 @@ namespace tarne {
 
 /// What assistive tools see of an item. The stock interface, which this one goes on from, does not
 /// know that an item can be disabled: it tells and presses all alike. It also tells a field's
-/// placeholder twice, and a sheet as focused while a button in it is.
+/// placeholder twice, and a sheet as focused while a button in it is. A control's role cannot be
+/// changed there, since the control's template overwrites it: here an item's property
+/// `accessibleRole` counts, where it has one.
 ///
 /// It takes the stock one's place by itself, in every program that has this module. There is no
 /// public class to go on from, so it is built on a private one of the Qt that it is compiled with.
@@ -14,6 +16,7 @@ class AccessibleItem : public QAccessibleQuickItem {
 public:
     explicit AccessibleItem(QQuickItem *item);
 
+    [[nodiscard]] QAccessible::Role role() const override;
     [[nodiscard]] QAccessible::State state() const override;
     [[nodiscard]] QString text(QAccessible::Text kind) const override;
     void doAction(const QString &name) override;

@@ -1,27 +1,19 @@
 pragma ComponentBehavior: Bound
 import QtQuick
-import QtQuick.Templates as T
 import TARNE.Styling
 
 // One of the verdicts on a goal. Chosen, it stays so until another one is.
-T.RadioButton {
+PlainButton {
     id: option
 
     required property bool isSelected
 
     readonly property color labelColor: isSelected ? Colors.label : Colors.secondaryLabel
 
-    implicitWidth: implicitContentWidth
-    implicitHeight: implicitContentHeight
-    checked: isSelected
-    focusPolicy: Qt.TabFocus
-    opacity: down ? 0.6 : 1
-    Accessible.name: text
-    // Space presses already.
-    Keys.onReturnPressed: option.clicked()
-    Keys.onEnterPressed: option.clicked()
-    Accessible.onPressAction: option.clicked()
-    Accessible.onToggleAction: option.clicked()
+    accessibleRole: Accessible.RadioButton
+    Accessible.checkable: true
+    Accessible.checked: isSelected
+    Accessible.onToggleAction: clicked()
 
     contentItem: Row {
         spacing: 6
@@ -36,13 +28,5 @@ T.RadioButton {
             font: Typography.system(11)
             color: option.labelColor
         }
-    }
-
-    HoverHandler {
-        cursorShape: Qt.PointingHandCursor
-    }
-    FocusRing {
-        isShown: option.visualFocus
-        cornerRadius: 6
     }
 }

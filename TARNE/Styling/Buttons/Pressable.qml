@@ -1,0 +1,40 @@
+pragma ComponentBehavior: Bound
+import QtQuick
+import QtQuick.Templates as T
+import TARNE.Styling
+
+// The base of all that can be pressed: by the pointer, by Space, Return and Enter, and by assistive
+// tools. Its accessible name is its `text`.
+T.AbstractButton {
+    id: pressable
+
+    // Whether the pointer becomes a hand while over it.
+    property bool hasPointingHand: true
+    // What it is to assistive tools. A template overwrites the role that is attached to it, so
+    // AccessibleItem reads this one.
+    property int accessibleRole: Accessible.Button
+
+    implicitWidth: Math.max(implicitBackgroundWidth, implicitContentWidth + leftPadding + rightPadding)
+    implicitHeight: Math.max(implicitBackgroundHeight, implicitContentHeight + topPadding + bottomPadding)
+    focusPolicy: Qt.TabFocus
+    Accessible.name: text
+    Accessible.onPressAction: clicked()
+    // What an input method still composes belongs to what the press is about. This handler comes
+    // before those of who uses the button.
+    onClicked: InputMethod.commit()
+    // Space presses already. A key that is held presses once.
+    Keys.onPressed: event => event.accepted = event.isAutoRepeat && event.key === Qt.Key_Space
+    Keys.onReleased: event => event.accepted = event.isAutoRepeat && event.key === Qt.Key_Space
+    Keys.onReturnPressed: event => {
+        if (!event.isAutoRepeat)
+            pressable.clicked();
+    }
+    Keys.onEnterPressed: event => {
+        if (!event.isAutoRepeat)
+            pressable.clicked();
+    }
+
+    HoverHandler {
+        cursorShape: pressable.enabled && pressable.hasPointingHand ? Qt.PointingHandCursor : Qt.ArrowCursor
+    }
+}
