@@ -79,21 +79,7 @@ Flickable {
     boundsBehavior: Flickable.StopAtBounds
     flickableDirection: Flickable.VerticalFlick
     interactive: contentHeight > height
-
-    Keys.onPressed: event => {
-        const page = view.height * 0.9;
-        switch (event.key) {
-        case Qt.Key_PageDown: view.scrollTo(view.contentY + page); break;
-        case Qt.Key_PageUp: view.scrollTo(view.contentY - page); break;
-        case Qt.Key_Down: view.scrollTo(view.contentY + 40); break;
-        case Qt.Key_Up: view.scrollTo(view.contentY - 40); break;
-        case Qt.Key_Home: view.scrollTo(0); break;
-        case Qt.Key_End: view.scrollTo(view.contentHeight); break;
-        default: return;
-        }
-        event.accepted = true;
-    }
-
+    Keys.forwardTo: [scroller]
     onMovementEnded: view.noteSight()
     onFocusedItemChanged: {
         if (!view.holdsFocus())
@@ -133,10 +119,12 @@ Flickable {
         bottomPadding: view.bottomPadding
     }
 
-    ScrollBar {
+    Scroller {
+        id: scroller
+
         parent: view
-        anchors.right: parent.right
+        anchors.fill: parent
         view: view
-        onDragged: distance => view.scrollTo(view.contentY + distance)
+        onAsked: y => view.scrollTo(y)
     }
 }

@@ -35,6 +35,11 @@ Rectangle {
             Math.max(highestY, originY + contentHeight + bottomMargin - height)
 
         function scrollTo(y: real): void {
+            // Where the list begins and ends is a guess until the rows there exist.
+            if (y === -Infinity)
+                positionViewAtBeginning();
+            else if (y === Infinity)
+                positionViewAtEnd();
             cancelFlick();
             contentY = Math.max(highestY, Math.min(y, lowestY));
         }
@@ -81,20 +86,8 @@ Rectangle {
         activeFocusOnTab: true
         Accessible.role: Accessible.List
         Accessible.name: head.title
+        Keys.forwardTo: [scroller]
 
-        Keys.onPressed: event => {
-            const page = list.height * 0.9;
-            switch (event.key) {
-            case Qt.Key_PageDown: list.scrollTo(list.contentY + page); break;
-            case Qt.Key_PageUp: list.scrollTo(list.contentY - page); break;
-            case Qt.Key_Down: list.scrollTo(list.contentY + 40); break;
-            case Qt.Key_Up: list.scrollTo(list.contentY - 40); break;
-            case Qt.Key_Home: list.positionViewAtBeginning(); list.scrollTo(list.highestY); break;
-            case Qt.Key_End: list.positionViewAtEnd(); list.scrollTo(list.lowestY); break;
-            default: return;
-            }
-            event.accepted = true;
-        }
         onFocusedItemChanged: {
             for (let item = focusedItem; item; item = item.parent) {
                 if (item === list.contentItem) {
@@ -191,9 +184,11 @@ Rectangle {
         opacity: Math.min(1, pull / screen.refreshDistance)
         rotation: 360 * opacity
     }
-    ScrollBar {
-        anchors.right: parent.right
+    Scroller {
+        id: scroller
+
+        anchors.fill: parent
         view: list
-        onDragged: distance => list.scrollTo(list.contentY + distance)
+        onAsked: y => list.scrollTo(y)
     }
 }
