@@ -37,7 +37,7 @@ Item {
             color: circle.isReady ? Colors.accent : Colors.quaternaryLabel
 
             Behavior on color {
-                EaseInOutColor { duration: 200 }
+                EaseInOut { duration: 200 }
             }
         }
         contentItem: Item {

@@ -45,11 +45,11 @@ Pressable {
 
         Behavior on color {
             enabled: button.lookDuration > 0
-            EaseInOutColor { duration: button.lookDuration }
+            EaseInOut { duration: button.lookDuration }
         }
         Behavior on outlineColor {
             enabled: button.lookDuration > 0
-            EaseInOutColor { duration: button.lookDuration }
+            EaseInOut { duration: button.lookDuration }
         }
 
         FocusRing {

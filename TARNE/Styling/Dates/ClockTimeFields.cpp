@@ -196,9 +196,9 @@ QVariant ClockTimeFields::data(const QModelIndex &index, int role) const {
     case Separator:
         return field.separator;
     case Name:
-        return field.kind == Kind::Minute      ? tr("Minute")
-               : field.kind == Kind::HalfOfDay ? tr("Half of the day")
-                                               : tr("Hour");
+        return field.kind == Kind::Minute      ? u"Minute"_s
+               : field.kind == Kind::HalfOfDay ? u"Half of the day"_s
+                                               : u"Hour"_s;
     case Value:
         return value(field.kind);
     case Minimum:

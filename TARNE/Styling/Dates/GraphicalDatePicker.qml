@@ -81,7 +81,7 @@ FocusScope {
 
             MonthArrow {
                 anchors.left: parent.left
-                accessibleLabel: qsTr("Previous month")
+                accessibleLabel: "Previous month"
                 sign: picker.calendar.isRightToLeft ? "›" : "‹"
                 enabled: picker.calendar.canShowPreviousMonth
                 accent: picker.accent
@@ -89,7 +89,7 @@ FocusScope {
             }
             MonthArrow {
                 anchors.right: parent.right
-                accessibleLabel: qsTr("Next month")
+                accessibleLabel: "Next month"
                 sign: picker.calendar.isRightToLeft ? "‹" : "›"
                 enabled: picker.calendar.canShowNextMonth
                 accent: picker.accent

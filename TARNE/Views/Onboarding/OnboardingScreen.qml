@@ -32,7 +32,7 @@ Rectangle {
                 color: screen.view.currentScreen < index ? Colors.border : Colors.accent
 
                 Behavior on color {
-                    EaseInOutColor { duration: 350 }
+                    EaseInOut { duration: 350 }
                 }
             }
         }

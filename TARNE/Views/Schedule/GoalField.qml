@@ -128,7 +128,7 @@ Item {
             EaseInOut { duration: 200 }
         }
         Behavior on color {
-            ColorAnimation { duration: 200; easing.type: Easing.InOutQuad }
+            EaseInOut { duration: 200 }
         }
     }
 }

@@ -42,7 +42,7 @@ StyledButton {
             Accessible.ignored: true
 
             Behavior on color {
-                EaseInOutColor { duration: button.lookDuration }
+                EaseInOut { duration: button.lookDuration }
             }
         }
         Text {
@@ -54,7 +54,7 @@ StyledButton {
             Accessible.ignored: true
 
             Behavior on color {
-                EaseInOutColor { duration: button.lookDuration }
+                EaseInOut { duration: button.lookDuration }
             }
         }
     }

@@ -1,7 +1,0 @@
-import QtQuick
-
-// The standard ease-in-out curve, for a property of type color.
-ColorAnimation {
-    easing.type: Easing.BezierSpline
-    easing.bezierCurve: [0.42, 0, 0.58, 1, 1, 1]
-}

@@ -1,7 +1,0 @@
-import QtQuick
-
-// The standard ease-out curve, for a property of type real.
-NumberAnimation {
-    easing.type: Easing.BezierSpline
-    easing.bezierCurve: [0, 0, 0.58, 1, 1, 1]
-}
