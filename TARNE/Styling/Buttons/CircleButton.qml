@@ -24,12 +24,16 @@ Item {
     HoverHandler {
         cursorShape: Qt.ArrowCursor
     }
-    PlainButton {
+    IconButton {
         anchors.fill: parent
         enabled: circle.isReady
         ground: Colors.regularMaterial
         cornerRadius: width / 2
-        text: circle.text
+        accessibleLabel: circle.text
+        symbol: circle.symbol
+        size: 15
+        weight: Font.DemiBold
+        color: Colors.white
         onClicked: circle.clicked()
 
         background: RoundedBox {
@@ -38,15 +42,6 @@ Item {
 
             Behavior on color {
                 EaseInOut { duration: 200 }
-            }
-        }
-        contentItem: Item {
-            SymbolIcon {
-                anchors.centerIn: parent
-                symbol: circle.symbol
-                size: 15
-                weight: Font.DemiBold
-                color: Colors.white
             }
         }
     }

@@ -36,17 +36,13 @@ Item {
                     alert.accepted();
             }
 
-            ShadowImage {
+            ShadowedBox {
                 anchors.fill: parent
-                color: Colors.withOpacity(Colors.black, 0.25)
-                cornerRadius: 12
-                blurRadius: 24
-                offsetY: 8
-            }
-            Rectangle {
-                anchors.fill: parent
-                radius: 12
                 color: Colors.regularMaterial
+                cornerRadius: 12
+                shadowColor: Colors.withOpacity(Colors.black, 0.25)
+                shadowRadius: 24
+                shadowOffset: 8
             }
             Column {
                 id: column

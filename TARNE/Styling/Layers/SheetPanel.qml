@@ -15,11 +15,11 @@ FocusScope {
     property alias revealsFocus: scroll.revealsFocus
 
     property bool hasDragIndicator: false
-    property color color: Colors.regularMaterial
-    property real cornerRadius: 16
-    property color shadowColor: Colors.withOpacity(Colors.black, 0.08)
-    property real shadowRadius: 24
-    property real shadowOffset: 8
+    property alias color: ground.color
+    property alias cornerRadius: ground.cornerRadius
+    property alias shadowColor: ground.shadowColor
+    property alias shadowRadius: ground.shadowRadius
+    property alias shadowOffset: ground.shadowOffset
     property string accessibleName
 
     readonly property real headerHeight: header ? header.implicitHeight : 0
@@ -33,17 +33,15 @@ FocusScope {
     // The keys that nothing in the panel has a use for scroll its body.
     Keys.forwardTo: [scroll]
 
-    ShadowImage {
+    ShadowedBox {
+        id: ground
+
         anchors.fill: parent
-        color: panel.shadowColor
-        cornerRadius: panel.cornerRadius
-        blurRadius: panel.shadowRadius
-        offsetY: panel.shadowOffset
-    }
-    Rectangle {
-        anchors.fill: parent
-        radius: panel.cornerRadius
-        color: panel.color
+        color: Colors.regularMaterial
+        cornerRadius: 16
+        shadowColor: Colors.withOpacity(Colors.black, 0.08)
+        shadowRadius: 24
+        shadowOffset: 8
     }
     Item {
         id: headerSlot

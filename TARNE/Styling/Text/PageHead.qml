@@ -2,7 +2,7 @@ pragma ComponentBehavior: Bound
 import QtQuick
 import TARNE.Styling
 
-// The centred head of a page that looks back: its title and what it is for.
+// The centred head of a page: its title and what it is for.
 Column {
     id: head
 

@@ -6,7 +6,7 @@ import TARNE.Views
 // A year of sessions, a column a week. Its geometry is fixed; where the card is narrower its oldest
 // weeks are cut off, and today is in sight. A month's text is 13 columns of 17 wide; with the row's own spacing of 2 each stands 2
 // further to the right of its week than the one before it, the fourth 6.
-InsightsCard {
+PageCard {
     id: card
 
     required property InsightsView view

@@ -4,10 +4,14 @@ import TARNE.Styling
 import TARNE.Views
 
 // Days with sessions in a row: now, and at their best.
-InsightsCard {
+TitledCard {
     id: card
 
     required property InsightsView view
+
+    symbol: "flame.fill"
+    symbolColor: Colors.orange
+    title: "Focus Streak"
 
     component Figure: PlainText {
         font: Typography.system(32, Font.Bold)
@@ -17,21 +21,6 @@ InsightsCard {
         color: Colors.secondaryText
     }
 
-    Row {
-        spacing: Layout.defaultSpacing
-
-        SymbolIcon {
-            anchors.verticalCenter: parent.verticalCenter
-            symbol: "flame.fill"
-            size: 16
-            color: Colors.orange
-        }
-        PlainText {
-            text: "Focus Streak"
-            font: Typography.heading3
-            Accessible.role: Accessible.Heading
-        }
-    }
     Item {
         width: parent.width
         implicitHeight: Math.max(current.implicitHeight, longest.implicitHeight)

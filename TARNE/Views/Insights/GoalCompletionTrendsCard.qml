@@ -4,7 +4,7 @@ import TARNE.Styling
 import TARNE.Views
 
 // How the goals of the last 30 days ended.
-InsightsCard {
+PageCard {
     id: card
 
     required property InsightsView view

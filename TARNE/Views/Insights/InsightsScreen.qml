@@ -16,26 +16,14 @@ Rectangle {
     Accessible.name: screen.navigationTitle
     Keys.forwardTo: [column]
 
-    ScrollColumn {
+    PageColumn {
         id: column
 
         anchors.fill: parent
-        horizontalPadding: Layout.spacingMedium
-        topPadding: Layout.spacingMedium
-        bottomPadding: Layout.spacingMedium
-        spacing: Layout.spacingLarge
         focus: true
-        activeFocusOnTab: true
-        Accessible.role: Accessible.Pane
-        Accessible.name: head.title
+        title: "Insights"
+        subtitle: "Discover patterns and trends in your focus sessions"
 
-        PageHead {
-            id: head
-
-            width: parent.width
-            title: "Insights"
-            subtitle: "Discover patterns and trends in your focus sessions"
-        }
         FocusStreakCard {
             width: parent.width
             view: screen.view

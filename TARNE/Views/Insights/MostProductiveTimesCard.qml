@@ -4,7 +4,7 @@ import TARNE.Styling
 import TARNE.Views
 
 // In which periods of the day the sessions of the last 30 days ended.
-InsightsCard {
+PageCard {
     id: card
 
     required property InsightsView view

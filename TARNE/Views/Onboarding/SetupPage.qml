@@ -4,27 +4,15 @@ import TARNE.Styling
 import TARNE.Views
 
 // The setup page: how to enable the browser extension, and the API key.
-ScrollColumn {
+PageColumn {
     id: page
 
     required property OnboardingView view
 
-    spacing: Layout.spacingLarge
-    horizontalPadding: Layout.spacingMedium
-    bottomPadding: Layout.spacingMedium
-    activeFocusOnTab: true
-    Accessible.role: Accessible.Pane
-    Accessible.name: head.title
+    title: "Complete Setup"
+    subtitle: "Configure Safari extension and AI to start focusing"
 
-    PageHead {
-        id: head
-
-        width: parent.width
-        topPadding: Layout.spacingMedium
-        title: "Complete Setup"
-        subtitle: "Configure Safari extension and AI to start focusing"
-    }
-    SetupCard {
+    TitledCard {
         width: parent.width
         symbol: "safari"
         symbolColor: Colors.blue
@@ -52,7 +40,7 @@ ScrollColumn {
             }
         }
     }
-    SetupCard {
+    TitledCard {
         width: parent.width
         symbol: "brain.head.profile"
         symbolColor: Colors.purple

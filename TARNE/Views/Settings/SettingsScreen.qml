@@ -12,26 +12,14 @@ Rectangle {
     color: Colors.background
     Keys.forwardTo: [column]
 
-    ScrollColumn {
+    PageColumn {
         id: column
 
         anchors.fill: parent
         focus: true
-        activeFocusOnTab: true
-        Accessible.role: Accessible.Pane
-        Accessible.name: head.title
-        spacing: Layout.spacingLarge
-        horizontalPadding: Layout.spacingMedium
-        bottomPadding: Layout.spacingMedium
+        title: "Settings"
+        subtitle: "Configure your AI and server preferences"
 
-        PageHead {
-            id: head
-
-            width: parent.width
-            topPadding: Layout.spacingMedium
-            title: "Settings"
-            subtitle: "Configure your AI and server preferences"
-        }
         Column {
             width: parent.width
             spacing: 20

@@ -17,31 +17,19 @@ SheetPanel {
     shadowRadius: 10
     shadowOffset: 5
     hasDragIndicator: true
-    accessibleName: title.text
+    accessibleName: head.title
 
-    header: Item {
-        width: parent?.width ?? 0
-        implicitHeight: title.implicitHeight + Layout.padding
+    header: SheetHead {
+        id: head
 
-        PlainText {
-            id: title
-
-            x: Layout.padding
-            y: Layout.padding
-            text: "Select Session Duration"
-            font: Typography.heading1
-            Accessible.role: Accessible.Heading
-        }
-        IconButton {
-            anchors.right: parent.right
-            anchors.rightMargin: Layout.padding
-            anchors.verticalCenter: title.verticalCenter
-            symbol: "xmark.circle.fill"
-            size: 20
-            color: Colors.secondaryText
-            accessibleLabel: "Close"
-            onClicked: sheet.view.close()
-        }
+        margin: Layout.padding
+        topPadding: Layout.padding
+        bottomPadding: 0
+        title: "Select Session Duration"
+        font: Typography.heading1
+        closeButton.hierarchical: false
+        closeButton.color: Colors.secondaryText
+        onClosed: sheet.view.close()
     }
 
     DurationChoice {

@@ -13,13 +13,13 @@ SheetPanel {
     // What is inside is a little higher than the panel with the padding of 32 that it asks for; it
     // is centred, so both ends give.
     readonly property real verticalPadding:
-        Math.min(32, (ownHeight - title.implicitHeight - 40 - editorHeight) / 2)
+        Math.min(32, (ownHeight - head.titleHeight - 40 - editorHeight) / 2)
 
     focus: true
     implicitWidth: 520
     ownHeight: 400
     hasDragIndicator: true
-    accessibleName: title.text
+    accessibleName: head.title
     Component.onCompleted: editor.takeFocus()
 
     Connections {
@@ -31,32 +31,19 @@ SheetPanel {
         }
     }
 
-    header: Item {
-        width: parent?.width ?? 0
-        implicitHeight: sheet.verticalPadding + title.implicitHeight + 40
+    header: SheetHead {
+        id: head
 
-        PlainText {
-            id: title
-
-            x: 40
-            y: sheet.verticalPadding
-            text: "Session Goal"
-            font.family: Typography.heading(24).family
-            font.pixelSize: Typography.heading(24).pixelSize
-            font.letterSpacing: -0.3
-            color: Colors.label
-            Accessible.role: Accessible.Heading
-        }
-        IconButton {
-            anchors.right: parent.right
-            anchors.rightMargin: 40
-            anchors.verticalCenter: title.verticalCenter
-            symbol: "xmark.circle.fill"
-            size: 22
-            hierarchical: true
-            accessibleLabel: "Close"
-            onClicked: sheet.view.close()
-        }
+        margin: 40
+        topPadding: sheet.verticalPadding
+        bottomPadding: 40
+        title: "Session Goal"
+        font.family: Typography.heading(24).family
+        font.pixelSize: Typography.heading(24).pixelSize
+        font.letterSpacing: -0.3
+        color: Colors.label
+        closeButton.size: 22
+        onClosed: sheet.view.close()
     }
 
     Item {
@@ -71,7 +58,7 @@ SheetPanel {
             font: Typography.system(17, Font.Light)
             color: Colors.label
             lineSpacing: 2
-            accessibleName: title.text
+            accessibleName: head.title
             text: sheet.view.sessionGoal
             onTextEdited: text => sheet.view.sessionGoal = text
         }

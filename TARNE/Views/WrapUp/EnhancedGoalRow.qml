@@ -30,10 +30,8 @@ Item {
     LongText {
         id: text
 
-        anchors.left: icon.right
-        anchors.leftMargin: 12
-        anchors.right: badge.left
-        anchors.rightMargin: 12
+        x: icon.width + 12
+        width: badge.x - 12 - x
         anchors.verticalCenter: parent.verticalCenter
         text: row.goalText
         font: Typography.system(15, Font.Medium)

@@ -48,16 +48,12 @@ Item {
             }
         }
     }
-    IconButton {
+    SheetCloseButton {
         id: closeButton
 
         anchors.right: parent.right
         anchors.rightMargin: header.margin
         anchors.verticalCenter: titles.verticalCenter
-        symbol: "xmark.circle.fill"
-        size: 20
-        hierarchical: true
-        accessibleLabel: "Close"
         onClicked: header.view.close()
     }
     Separator {

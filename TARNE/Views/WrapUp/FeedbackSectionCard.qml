@@ -14,7 +14,7 @@ FeedbackCard {
     padding: 16
     spacing: 12
 
-    CardTitle {
+    SymbolTitle {
         symbol: card.icon
         text: card.title
     }

@@ -20,7 +20,7 @@ FeedbackCard {
         width: parent.width
         height: title.implicitHeight
 
-        CardTitle {
+        SymbolTitle {
             id: title
 
             symbol: "note.text"

@@ -16,32 +16,18 @@ SheetPanel {
     implicitWidth: 520
     ownHeight: 600
     hasDragIndicator: true
-    accessibleName: title.text
+    accessibleName: head.title
 
-    header: Item {
-        width: parent?.width ?? 0
-        implicitHeight: 32 + title.implicitHeight + 32
+    header: SheetHead {
+        id: head
 
-        PlainText {
-            id: title
-
-            x: sheet.margin
-            y: 32
-            text: "How did you do with your goals?"
-            font: Typography.system(22, Font.DemiBold)
-            color: Colors.label
-            Accessible.role: Accessible.Heading
-        }
-        IconButton {
-            anchors.right: parent.right
-            anchors.rightMargin: sheet.margin
-            anchors.verticalCenter: title.verticalCenter
-            symbol: "xmark.circle.fill"
-            size: 20
-            hierarchical: true
-            accessibleLabel: "Close"
-            onClicked: sheet.view.close()
-        }
+        margin: sheet.margin
+        topPadding: 32
+        bottomPadding: 32
+        title: "How did you do with your goals?"
+        font: Typography.system(22, Font.DemiBold)
+        color: Colors.label
+        onClosed: sheet.view.close()
     }
 
     Column {

@@ -1,7 +1,7 @@
 import QtQuick
 import TARNE.Styling
 
-// The frame that the four cards of the insights share.
+// A white card of a page.
 Card {
     color: Colors.white
     shadowColor: Colors.withOpacity(Colors.black, 0.05)
