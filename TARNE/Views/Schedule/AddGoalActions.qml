@@ -1,6 +1,7 @@
 pragma ComponentBehavior: Bound
 import QtQuick
 import TARNE.Styling
+import TARNE.Views
 
 // The two buttons at the foot of the add-goal sheet.
 Rectangle {
@@ -20,10 +21,9 @@ Rectangle {
         height: parent.height - 16
         color: Colors.white
     }
-    Rectangle {
+    Separator {
         width: parent.width
-        height: 1
-        color: Colors.hex("E5E7EB")
+        color: SchedulePalette.rule
     }
     Row {
         id: row
@@ -43,15 +43,15 @@ Rectangle {
             text: "Cancel"
             cornerRadius: 12
             background: RoundedBox {
-                color: Colors.hex("F9FAFB")
+                color: SchedulePalette.control
                 radius: 12
-                outlineColor: Colors.hex("E5E7EB")
+                outlineColor: SchedulePalette.rule
                 outlineWidth: 1.5
             }
             contentItem: Text {
                 text: cancel.text
                 font: Typography.system(16, Font.DemiBold)
-                color: Colors.hex("6B7280")
+                color: SchedulePalette.secondaryText
                 textFormat: Text.PlainText
                 horizontalAlignment: Text.AlignHCenter
                 verticalAlignment: Text.AlignVCenter

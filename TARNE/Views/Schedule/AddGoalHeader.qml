@@ -1,16 +1,15 @@
 pragma ComponentBehavior: Bound
 import QtQuick
 import TARNE.Styling
+import TARNE.Views
 
-// The head of the add-goal sheet.
-Rectangle {
+// The head of the add-goal sheet, whose lower corners are square.
+Item {
     id: header
 
     signal closed
 
-    implicitHeight: titles.implicitHeight + 2 * 20
-    color: Colors.white
-    radius: 16
+    implicitHeight: head.implicitHeight
 
     Rectangle {
         y: 16
@@ -18,36 +17,17 @@ Rectangle {
         height: parent.height - 16
         color: Colors.white
     }
-    Column {
-        id: titles
+    ScheduleHeader {
+        id: head
 
-        x: 24
-        anchors.verticalCenter: parent.verticalCenter
-        spacing: 4
+        anchors.fill: parent
+        radius: 16
+        title: "New Goal"
+        subtitle: "Schedule a focus session"
 
-        PlainText {
-            text: "New Goal"
-            font: Typography.system(20, Font.DemiBold)
-            color: Colors.hex("1F2937")
-            Accessible.role: Accessible.Heading
+        CloseButton {
+            accessibleLabel: "Close"
+            onClicked: header.closed()
         }
-        PlainText {
-            text: "Schedule a focus session"
-            font: Typography.system(14)
-            color: Colors.hex("6B7280")
-        }
-    }
-    CloseButton {
-        anchors.right: parent.right
-        anchors.rightMargin: 24
-        anchors.verticalCenter: parent.verticalCenter
-        text: "Close"
-        onClicked: header.closed()
-    }
-    Rectangle {
-        anchors.bottom: parent.bottom
-        width: parent.width
-        height: 1
-        color: Colors.hex("E5E7EB")
     }
 }

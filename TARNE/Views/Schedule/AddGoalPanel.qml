@@ -15,7 +15,7 @@ SheetPanel {
     focus: true
     implicitWidth: 650
     ownHeight: 800
-    color: Colors.hex("FAFAFA")
+    color: SchedulePalette.ground
     accessibleName: "New Goal"
     Component.onCompleted: panel.view.appear()
 
@@ -46,7 +46,7 @@ SheetPanel {
                 x: 12
                 width: parent.width - 2 * 12
                 calendar: panel.view.calendar
-                accent: Colors.hex("4F46E5")
+                accent: SchedulePalette.accent
             }
         }
         AddGoalSection {
@@ -65,7 +65,7 @@ SheetPanel {
                     transformOrigin: Item.Left
                     scale: 1.05
                     fields: panel.view.timeFields
-                    accent: Colors.hex("4F46E5")
+                    accent: SchedulePalette.accent
                 }
                 ReminderNote {
                     id: note

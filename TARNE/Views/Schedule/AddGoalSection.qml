@@ -1,6 +1,7 @@
 pragma ComponentBehavior: Bound
 import QtQuick
 import TARNE.Styling
+import TARNE.Views
 
 // A section of the add-goal sheet: a title with its symbol on a disc, and what belongs to it.
 Column {
@@ -19,25 +20,17 @@ Column {
     Row {
         spacing: 10
 
-        Rectangle {
-            width: 32
-            height: 32
-            radius: 16
-            color: Colors.withOpacity(Colors.hex("4F46E5"), 0.1)
-
-            SymbolIcon {
-                anchors.centerIn: parent
-                symbol: section.symbol
-                size: 16
-                weight: Font.DemiBold
-                color: Colors.hex("4F46E5")
-            }
+        SymbolDisc {
+            diameter: 32
+            symbol: section.symbol
+            symbolColor: SchedulePalette.accent
+            weight: Font.DemiBold
         }
         PlainText {
             anchors.verticalCenter: parent.verticalCenter
             text: section.title
             font: Typography.system(17, Font.DemiBold)
-            color: Colors.hex("1F2937")
+            color: SchedulePalette.text
             Accessible.role: Accessible.Heading
         }
     }

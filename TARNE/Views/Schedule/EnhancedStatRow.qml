@@ -1,6 +1,7 @@
 pragma ComponentBehavior: Bound
 import QtQuick
 import TARNE.Styling
+import TARNE.Views
 
 // A counter of the schedule: its figure stands small under the label and large at the right.
 Item {
@@ -18,25 +19,17 @@ Item {
         radius: 10
         color: Colors.hex("FAFBFC")
         border.width: 1
-        border.color: Colors.hex("E5E7EB")
+        border.color: SchedulePalette.rule
     }
-    Rectangle {
+    SymbolDisc {
         id: disc
 
         x: 16
         anchors.verticalCenter: parent.verticalCenter
-        width: 36
-        height: 36
-        radius: 18
-        color: Colors.withOpacity(row.color, 0.1)
-
-        SymbolIcon {
-            anchors.centerIn: parent
-            symbol: row.icon
-            size: 16
-            weight: Font.Medium
-            color: row.color
-        }
+        diameter: 36
+        symbol: row.icon
+        symbolColor: row.color
+        weight: Font.Medium
     }
     Column {
         anchors.left: disc.right
@@ -47,12 +40,12 @@ Item {
         PlainText {
             text: row.label
             font: Typography.system(14, Font.Medium)
-            color: Colors.hex("374151")
+            color: SchedulePalette.softerText
         }
         PlainText {
             text: row.value + " scheduled"
             font: Typography.system(12)
-            color: Colors.hex("6B7280")
+            color: SchedulePalette.secondaryText
         }
     }
     PlainText {

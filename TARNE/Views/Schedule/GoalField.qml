@@ -73,8 +73,8 @@ Item {
             bottomPadding: field.verticalPadding
             activeFocusOnTab: true
             font: Typography.system(16)
-            color: Colors.hex("1F2937")
-            selectionColor: Colors.withOpacity(Colors.hex("4F46E5"), 0.3)
+            color: SchedulePalette.text
+            selectionColor: Colors.withOpacity(SchedulePalette.accent, 0.3)
             selectedTextColor: color
             selectByMouse: true
             textFormat: TextEdit.PlainText
@@ -122,7 +122,7 @@ Item {
         anchors.top: box.bottom
         width: parent.width
         height: field.isFocused ? field.ruleHeight : 1
-        color: Colors.hex(field.isFocused ? "4F46E5" : "E1E5E9")
+        color: field.isFocused ? SchedulePalette.accent : Colors.hex("E1E5E9")
 
         Behavior on height {
             EaseInOut { duration: 200 }

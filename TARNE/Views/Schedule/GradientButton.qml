@@ -1,6 +1,7 @@
 pragma ComponentBehavior: Bound
 import QtQuick
 import TARNE.Styling
+import TARNE.Views
 
 // The schedule's call to action: a symbol and a white text on an indigo gradient with a shadow.
 // Unavailable it is disabled and grey, without symbol and shadow; behind a sheet it keeps its look.
@@ -17,7 +18,7 @@ PlainButton {
     background: Item {
         ShadowImage {
             anchors.fill: parent
-            color: Colors.withOpacity(Colors.hex("4F46E5"), 0.25 * button.wholeOpacity)
+            color: Colors.withOpacity(SchedulePalette.accent, 0.25 * button.wholeOpacity)
             cornerRadius: button.cornerRadius
             blurRadius: 8
             offsetY: 4
@@ -29,12 +30,12 @@ PlainButton {
         }
         RoundedBox {
             anchors.fill: parent
-            color: Colors.hex("D1D5DB")
+            color: SchedulePalette.inactive
             radius: button.cornerRadius
         }
         RoundedBox {
             anchors.fill: parent
-            color: Colors.hex("4F46E5")
+            color: SchedulePalette.accent
             bottomColor: Colors.hex("4338CA")
             radius: button.cornerRadius
             opacity: button.isAvailable ? 1 : 0

@@ -1,6 +1,7 @@
 pragma ComponentBehavior: Bound
 import QtQuick
 import TARNE.Styling
+import TARNE.Views
 
 // What the schedule shows for a day without goals.
 Column {
@@ -16,7 +17,7 @@ Column {
         anchors.horizontalCenter: parent.horizontalCenter
         symbol: "calendar.badge.plus"
         size: 48
-        color: Colors.hex("D1D5DB")
+        color: SchedulePalette.inactive
     }
     Column {
         width: parent.width
@@ -27,7 +28,7 @@ Column {
             horizontalAlignment: Text.AlignHCenter
             text: "No goals scheduled"
             font: Typography.system(18, Font.Medium)
-            color: Colors.hex("1F2937")
+            color: SchedulePalette.text
         }
         PlainText {
             width: parent.width
@@ -35,12 +36,12 @@ Column {
             wrapMode: Text.Wrap
             text: "Add your first goal to get started with focused work sessions"
             font: Typography.system(14)
-            color: Colors.hex("6B7280")
+            color: SchedulePalette.secondaryText
         }
     }
     GradientButton {
         anchors.horizontalCenter: parent.horizontalCenter
-        ground: Colors.hex("FAFAFA")
+        ground: SchedulePalette.ground
         text: "Add Goal"
         symbol: "plus"
         horizontalPadding: 24

@@ -1,6 +1,7 @@
 pragma ComponentBehavior: Bound
 import QtQuick
 import TARNE.Styling
+import TARNE.Views
 
 // Says that a goal is reminded of an hour ahead. There is no choice.
 Rectangle {
@@ -26,19 +27,19 @@ Rectangle {
                 symbol: "bell.fill"
                 size: 14
                 weight: Font.Medium
-                color: Colors.hex("F59E0B")
+                color: SchedulePalette.amber
             }
             PlainText {
                 text: "Reminder"
                 font: Typography.system(14, Font.DemiBold)
-                color: Colors.hex("374151")
+                color: SchedulePalette.softerText
             }
         }
         PlainText {
             anchors.right: parent.right
             text: "1 hour before"
             font: Typography.system(13)
-            color: Colors.hex("6B7280")
+            color: SchedulePalette.secondaryText
         }
     }
 }

@@ -11,60 +11,31 @@ Rectangle {
 
     implicitWidth: 900
     implicitHeight: 700
-    color: Colors.hex("FAFAFA")
+    color: SchedulePalette.ground
     Accessible.role: Accessible.Pane
-    Accessible.name: title.text
+    Accessible.name: header.title
 
-    Rectangle {
+    ScheduleHeader {
         id: header
 
         width: parent.width
-        height: Math.max(titles.implicitHeight, buttons.implicitHeight) + 2 * 20
+        title: "Schedule"
+        titleFont: Typography.heading1
+        titleColor: Colors.primaryText
+        subtitle: "Plan your focus sessions"
+        subtitleFont: Typography.body
+        subtitleColor: Colors.secondaryText
 
-        Column {
-            id: titles
-
-            x: 24
-            anchors.verticalCenter: parent.verticalCenter
-            spacing: 4
-
-            PlainText {
-                id: title
-
-                text: "Schedule"
-                font: Typography.heading1
-                Accessible.role: Accessible.Heading
-            }
-            PlainText {
-                text: "Plan your focus sessions"
-                color: Colors.secondaryText
-            }
+        GradientButton {
+            text: "New Goal"
+            symbol: "plus"
+            horizontalPadding: 20
+            verticalPadding: 12
+            onClicked: screen.view.openAddGoal()
         }
-        Row {
-            id: buttons
-
-            anchors.right: parent.right
-            anchors.rightMargin: 24
-            anchors.verticalCenter: parent.verticalCenter
-            spacing: 12
-
-            GradientButton {
-                text: "New Goal"
-                symbol: "plus"
-                horizontalPadding: 20
-                verticalPadding: 12
-                onClicked: screen.view.openAddGoal()
-            }
-            CloseButton {
-                text: "Close schedule"
-                onClicked: screen.view.close()
-            }
-        }
-        Rectangle {
-            anchors.bottom: parent.bottom
-            width: parent.width
-            height: 1
-            color: Colors.hex("E5E7EB")
+        CloseButton {
+            accessibleLabel: "Close schedule"
+            onClicked: screen.view.close()
         }
     }
     ScheduleSidebar {
@@ -82,7 +53,7 @@ Rectangle {
         anchors.top: header.bottom
         anchors.bottom: parent.bottom
         width: 1
-        color: Colors.hex("E5E7EB")
+        color: SchedulePalette.rule
     }
     ScheduledGoalsPane {
         anchors.left: rule.right

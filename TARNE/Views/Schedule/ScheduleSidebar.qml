@@ -27,12 +27,14 @@ Rectangle {
             width: parent.width
             spacing: 20
 
-            SidebarTitle {
+            SymbolTitle {
                 id: title
 
                 symbol: "calendar"
+                symbolColor: SchedulePalette.accent
                 text: "Calendar"
-                size: 18
+                font: Typography.system(18, Font.DemiBold)
+                color: SchedulePalette.text
             }
             GraphicalDatePicker {
                 id: calendar
@@ -41,7 +43,7 @@ Rectangle {
                 width: parent.width - 2 * 8
                 height: Math.max(implicitHeight, Math.min(sidebar.offeredHeight, sidebar.largestHeight))
                 calendar: sidebar.view.calendar
-                accent: Colors.hex("4F46E5")
+                accent: SchedulePalette.accent
             }
         }
         Column {
@@ -50,10 +52,12 @@ Rectangle {
             width: parent.width
             spacing: 16
 
-            SidebarTitle {
+            SymbolTitle {
                 symbol: "chart.bar.fill"
+                symbolColor: SchedulePalette.accent
                 text: "Overview"
-                size: 16
+                font: Typography.system(16, Font.DemiBold)
+                color: SchedulePalette.text
             }
             Column {
                 width: parent.width
@@ -64,14 +68,14 @@ Rectangle {
                     icon: "calendar.badge.clock"
                     label: "Today's Goals"
                     value: sidebar.view.todaysCount
-                    color: Colors.hex("059669")
+                    color: SchedulePalette.green
                 }
                 EnhancedStatRow {
                     width: parent.width
                     icon: "clock.arrow.circlepath"
                     label: "Upcoming"
                     value: sidebar.view.upcomingCount
-                    color: Colors.hex("DC2626")
+                    color: SchedulePalette.red
                 }
             }
         }

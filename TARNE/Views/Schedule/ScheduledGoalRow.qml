@@ -1,6 +1,7 @@
 pragma ComponentBehavior: Bound
 import QtQuick
 import TARNE.Styling
+import TARNE.Views
 
 // A goal of the schedule: its time, and a card with tick, text and trash button. That a reminder is
 // set is said of every goal. It runs from left to right in every script, as the whole screen does.
@@ -33,12 +34,12 @@ Item {
             wrapMode: Text.Wrap
             text: row.timeText
             font: Typography.system(14, Font.Medium)
-            color: Colors.hex("1F2937")
+            color: SchedulePalette.text
         }
         PlainText {
             text: "1h before"
             font: Typography.system(12)
-            color: Colors.hex("6B7280")
+            color: SchedulePalette.secondaryText
         }
     }
     Rectangle {
@@ -53,7 +54,7 @@ Item {
         radius: 12
         color: Colors.white
         border.width: 1
-        border.color: Colors.hex("E5E7EB")
+        border.color: SchedulePalette.rule
 
         IconButton {
             id: tick
@@ -62,7 +63,7 @@ Item {
             anchors.verticalCenter: parent.verticalCenter
             symbol: row.isCompleted ? "checkmark.circle.fill" : "circle"
             size: 20
-            color: Colors.hex(row.isCompleted ? "059669" : "D1D5DB")
+            color: row.isCompleted ? SchedulePalette.green : SchedulePalette.inactive
             accessibleLabel: (row.isCompleted ? "Mark as open: " : "Mark as done: ") + row.goal
             onClicked: row.toggled()
         }
@@ -82,7 +83,7 @@ Item {
                 horizontalAlignment: Text.AlignLeft
                 wrapMode: Text.Wrap
                 font: Typography.struckOut(Typography.system(16), row.isCompleted)
-                color: Colors.hex(row.isCompleted ? "6B7280" : "1F2937")
+                color: row.isCompleted ? SchedulePalette.secondaryText : SchedulePalette.text
             }
             Row {
                 spacing: 8
@@ -91,16 +92,16 @@ Item {
                     anchors.verticalCenter: parent.verticalCenter
                     symbol: "bell.fill"
                     size: 12
-                    color: Colors.hex("F59E0B")
+                    color: SchedulePalette.amber
                 }
                 PlainText {
                     text: "Reminder set"
                     font: Typography.system(12)
-                    color: Colors.hex("6B7280")
+                    color: SchedulePalette.secondaryText
                 }
             }
         }
-        PlainButton {
+        IconButton {
             id: trash
 
             anchors.right: parent.right
@@ -108,18 +109,14 @@ Item {
             anchors.verticalCenter: parent.verticalCenter
             width: 32
             height: 32
-            text: "Delete " + row.goal
+            symbol: "trash"
+            size: 14
+            color: SchedulePalette.red
+            accessibleLabel: "Delete " + row.goal
+            cornerRadius: 6
             background: Rectangle {
                 radius: 6
                 color: Colors.hex("FEF2F2")
-            }
-            contentItem: Item {
-                SymbolIcon {
-                    anchors.centerIn: parent
-                    symbol: "trash"
-                    size: 14
-                    color: Colors.hex("DC2626")
-                }
             }
             onClicked: row.deleted()
         }

@@ -1,6 +1,5 @@
 pragma ComponentBehavior: Bound
 import QtQuick
-import TARNE.Styling
 import TARNE.Views
 
 // The schedule's right side: the selected day and its goals.
@@ -9,38 +8,12 @@ Item {
 
     required property ScheduleView view
 
-    Rectangle {
+    ScheduleHeader {
         id: header
 
         width: parent.width
-        height: texts.implicitHeight + 2 * 20
-        color: Colors.white
-
-        Column {
-            id: texts
-
-            x: 24
-            anchors.verticalCenter: parent.verticalCenter
-            spacing: 4
-
-            PlainText {
-                text: pane.view.selectedDateText
-                font: Typography.system(20, Font.DemiBold)
-                color: Colors.hex("1F2937")
-                Accessible.role: Accessible.Heading
-            }
-            PlainText {
-                text: pane.view.goalsCountText
-                font: Typography.system(14)
-                color: Colors.hex("6B7280")
-            }
-        }
-        Rectangle {
-            anchors.bottom: parent.bottom
-            width: parent.width
-            height: 1
-            color: Colors.hex("E5E7EB")
-        }
+        title: pane.view.selectedDateText
+        subtitle: pane.view.goalsCountText
     }
     ListView {
         id: list
