@@ -9,12 +9,21 @@ Flickable {
 
     required property string accessibleName
     property string text
+    property string placeholderText
     property alias font: edit.font
     property alias color: edit.color
+    property alias selectionColor: edit.selectionColor
     property alias readOnly: edit.readOnly
+    property alias cursorPosition: edit.cursorPosition
+    property alias preeditText: edit.preeditText
+    readonly property alias length: edit.length
+    readonly property alias lineCount: edit.lineCount
     property real lineSpacing: 0
     property real horizontalInset: 5
     property real verticalInset: 0
+    // Room above and below the text in which a press still meets the field.
+    property real verticalPadding: 0
+    readonly property real textHeight: edit.contentHeight + 2 * (verticalInset + verticalPadding)
     readonly property bool isFocused: edit.activeFocus
 
     // The text was changed by the user.
@@ -24,11 +33,18 @@ Flickable {
         edit.forceActiveFocus();
     }
 
+    function dropFocus(): void {
+        edit.focus = false;
+    }
+
+    // With the room above and below it.
     function reveal(rectangle: rect): void {
-        if (rectangle.y < contentY)
-            contentY = rectangle.y;
-        else if (rectangle.y + rectangle.height + 2 * verticalInset > contentY + height)
-            contentY = rectangle.y + rectangle.height + 2 * verticalInset - height;
+        const top = rectangle.y - verticalPadding;
+        const bottom = rectangle.y + rectangle.height + verticalPadding + 2 * verticalInset;
+        if (top < contentY)
+            contentY = top;
+        else if (bottom > contentY + height)
+            contentY = bottom - height;
     }
 
     onTextChanged: {
@@ -40,10 +56,10 @@ Flickable {
         editorDocument.isFilling = false;
     }
 
-    implicitHeight: edit.contentHeight + 2 * verticalInset
+    implicitHeight: textHeight
     clip: true
     contentWidth: width
-    contentHeight: Math.max(height, edit.contentHeight + 2 * verticalInset)
+    contentHeight: Math.max(height, textHeight)
     boundsBehavior: Flickable.StopAtBounds
     interactive: contentHeight > height
 
@@ -54,6 +70,8 @@ Flickable {
         y: editor.verticalInset
         width: editor.width - 2 * editor.horizontalInset
         height: editor.contentHeight - 2 * editor.verticalInset
+        topPadding: editor.verticalPadding
+        bottomPadding: editor.verticalPadding
         activeFocusOnTab: true
         font: Typography.body
         color: Colors.primaryText
@@ -72,6 +90,15 @@ Flickable {
 
         HoverHandler {
             cursorShape: Qt.IBeamCursor
+        }
+        Text {
+            y: editor.verticalPadding
+            visible: edit.length === 0 && edit.preeditText.length === 0
+            text: editor.placeholderText
+            font: edit.font
+            color: Colors.tertiaryLabel
+            textFormat: Text.PlainText
+            Accessible.ignored: true
         }
     }
     EditorDocument {
