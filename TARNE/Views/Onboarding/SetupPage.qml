@@ -50,16 +50,13 @@ PageColumn {
             width: parent.width
             spacing: 12
 
-            PlainText {
+            FieldLabel {
                 text: "API Key"
-                font: Typography.weighted(Typography.body, Font.Medium)
             }
-            SecureField {
+            ApiKeyField {
                 id: field
 
-                width: parent.width
                 text: page.view.apiKey
-                placeholderText: "Enter your Gemini API key"
                 isValueVisible: page.view.isAPIKeyVisible
                 textColor: Colors.black
                 outlineColor: field.isFocused ? Colors.blue : Colors.black

@@ -12,14 +12,11 @@ GroupBox {
     title: "Gemini AI Configuration"
     contentSpacing: 12
 
-    PlainText {
+    FieldLabel {
         text: "API Key"
-        font: Typography.weighted(Typography.body, Font.Medium)
     }
-    SecureField {
-        width: parent.width
+    ApiKeyField {
         text: box.view.apiKey
-        placeholderText: "Enter your Gemini API key"
         isValueVisible: box.view.isAPIKeyVisible
         onTextEdited: text => box.view.apiKey = text
         onVisibilityToggled: box.view.toggleAPIKeyVisibility()
