@@ -32,24 +32,20 @@ IconButton {
             radius: 5
         }
         contentItem: Item {
-            Text {
+            ControlText {
                 x: 10
                 anchors.verticalCenter: parent.verticalCenter
                 text: entry.text
                 font: Typography.body
                 color: entry.highlighted ? Colors.white : Colors.primaryText
-                textFormat: Text.PlainText
-                Accessible.ignored: true
             }
-            Text {
+            ControlText {
                 anchors.right: parent.right
                 anchors.rightMargin: 10
                 anchors.verticalCenter: parent.verticalCenter
                 text: entry.keys
                 font: Typography.caption
                 color: entry.highlighted ? Colors.white : Colors.secondaryText
-                textFormat: Text.PlainText
-                Accessible.ignored: true
             }
         }
     }

@@ -82,13 +82,11 @@ FocusScope {
                             size: 14
                             color: tab.isSelected ? Colors.accent : Colors.secondaryText
                         }
-                        Text {
+                        ControlText {
                             anchors.verticalCenter: parent.verticalCenter
                             text: tab.text
                             font: tab.isSelected ? Typography.emphasis : Typography.body
                             color: tab.isSelected ? Colors.primaryText : Colors.secondaryText
-                            textFormat: Text.PlainText
-                            Accessible.ignored: true
                         }
                     }
                 }

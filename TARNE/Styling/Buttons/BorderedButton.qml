@@ -29,13 +29,11 @@ Pressable {
         }
     }
 
-    contentItem: Text {
+    contentItem: ControlText {
         text: button.text
         font: button.font
         color: button.isProminent ? Colors.white : Colors.primaryText
-        textFormat: Text.PlainText
         horizontalAlignment: Text.AlignHCenter
         verticalAlignment: Text.AlignVCenter
-        Accessible.ignored: true
     }
 }

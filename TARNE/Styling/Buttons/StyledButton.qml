@@ -79,14 +79,12 @@ Pressable {
             weight: Font.Medium
             color: button.look.textColor
         }
-        Text {
+        ControlText {
             anchors.verticalCenter: parent.verticalCenter
             visible: text.length > 0
             text: button.text
             font: button.font
             color: button.look.textColor
-            textFormat: Text.PlainText
-            Accessible.ignored: true
         }
         SymbolIcon {
             anchors.verticalCenter: parent.verticalCenter

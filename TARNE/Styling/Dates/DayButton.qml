@@ -40,13 +40,11 @@ Pressable {
                 border.color: Colors.withOpacity(button.accent, 0.5)
             }
         }
-        Text {
+        ControlText {
             anchors.centerIn: parent
             text: button.text
             font: Typography.system(14, button.isSelected || button.isToday ? Font.DemiBold : Font.Normal)
             color: button.isSelected ? Colors.white : !button.isEnabled ? Colors.tertiaryLabel : button.isToday ? button.accent : Colors.primaryText
-            textFormat: Text.PlainText
-            Accessible.ignored: true
         }
     }
 }

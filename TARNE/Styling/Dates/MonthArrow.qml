@@ -14,13 +14,11 @@ PlainButton {
     implicitWidth: 28
     implicitHeight: 28
 
-    contentItem: Text {
+    contentItem: ControlText {
         text: arrow.sign
         font: Typography.system(20, Font.DemiBold)
         color: arrow.enabled ? arrow.accent : Colors.tertiaryLabel
-        textFormat: Text.PlainText
         horizontalAlignment: Text.AlignHCenter
         verticalAlignment: Text.AlignVCenter
-        Accessible.ignored: true
     }
 }

@@ -45,12 +45,10 @@ FocusScope {
     Row {
         id: content
 
-        Text {
+        ControlText {
             text: field.separator
             font: Typography.system(15)
             color: Colors.primaryText
-            textFormat: Text.PlainText
-            Accessible.ignored: true
         }
         Rectangle {
             id: box
@@ -78,15 +76,13 @@ FocusScope {
                 event.accepted = field.handleKey(event.key, event.text);
             }
 
-            Text {
+            ControlText {
                 id: label
 
                 anchors.centerIn: parent
                 text: field.text
                 font: Typography.system(15, Font.Medium)
                 color: box.activeFocus ? Colors.white : Colors.primaryText
-                textFormat: Text.PlainText
-                Accessible.ignored: true
             }
             TapHandler {
                 onTapped: box.forceActiveFocus(Qt.MouseFocusReason)

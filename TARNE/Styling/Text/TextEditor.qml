@@ -91,14 +91,12 @@ Flickable {
         HoverHandler {
             cursorShape: Qt.IBeamCursor
         }
-        Text {
+        ControlText {
             y: editor.verticalPadding
             visible: edit.length === 0 && edit.preeditText.length === 0
             text: editor.placeholderText
             font: edit.font
             color: Colors.tertiaryLabel
-            textFormat: Text.PlainText
-            Accessible.ignored: true
         }
     }
     EditorDocument {

@@ -38,7 +38,7 @@ T.TextField {
         border.color: field.outlineColor
     }
 
-    Text {
+    ControlText {
         x: field.leftPadding
         width: field.width - field.leftPadding - field.rightPadding
         height: field.height
@@ -46,9 +46,7 @@ T.TextField {
         text: field.placeholderText
         font: field.font
         color: field.placeholderTextColor
-        textFormat: Text.PlainText
         elide: Text.ElideRight
         verticalAlignment: Text.AlignVCenter
-        Accessible.ignored: true
     }
 }

@@ -40,7 +40,7 @@ Item {
         duration: label.duration
     }
 
-    Text {
+    ControlText {
         id: previous
 
         anchors.centerIn: parent
@@ -48,17 +48,13 @@ Item {
         opacity: 1 - current.opacity
         font: label.font
         color: label.color
-        textFormat: Text.PlainText
-        Accessible.ignored: true
     }
-    Text {
+    ControlText {
         id: current
 
         anchors.centerIn: parent
         text: label.text
         font: label.font
         color: label.color
-        textFormat: Text.PlainText
-        Accessible.ignored: true
     }
 }

@@ -48,14 +48,12 @@ Rectangle {
                 outlineColor: SchedulePalette.rule
                 outlineWidth: 1.5
             }
-            contentItem: Text {
+            contentItem: ControlText {
                 text: cancel.text
                 font: Typography.system(16, Font.DemiBold)
                 color: SchedulePalette.secondaryText
-                textFormat: Text.PlainText
                 horizontalAlignment: Text.AlignHCenter
                 verticalAlignment: Text.AlignVCenter
-                Accessible.ignored: true
             }
             onClicked: bar.cancelled()
         }

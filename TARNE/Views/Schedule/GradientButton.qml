@@ -82,13 +82,11 @@ PlainButton {
                 color: Colors.white
             }
         }
-        Text {
+        ControlText {
             anchors.verticalCenter: parent.verticalCenter
             text: button.text
             font: Typography.system(button.textSize, Font.DemiBold)
             color: Colors.white
-            textFormat: Text.PlainText
-            Accessible.ignored: true
         }
     }
 }

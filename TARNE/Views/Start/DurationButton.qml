@@ -30,7 +30,7 @@ StyledButton {
         anchors.centerIn: parent
 
         // As high in either font, so that all presets of a row stand at the same height.
-        Text {
+        ControlText {
             anchors.horizontalCenter: parent.horizontalCenter
             height: Math.ceil(selectedLine.height)
             verticalAlignment: Text.AlignVCenter
@@ -38,20 +38,16 @@ StyledButton {
             font: button.isSelected ? Typography.weighted(Typography.bodyLarge, Font.Bold)
                                     : Typography.body
             color: button.look.textColor
-            textFormat: Text.PlainText
-            Accessible.ignored: true
 
             Behavior on color {
                 EaseInOut { duration: button.lookDuration }
             }
         }
-        Text {
+        ControlText {
             anchors.horizontalCenter: parent.horizontalCenter
             text: "min"
             font: Typography.caption
             color: button.isSelected ? Colors.accent : Colors.secondaryText
-            textFormat: Text.PlainText
-            Accessible.ignored: true
 
             Behavior on color {
                 EaseInOut { duration: button.lookDuration }
