@@ -1,12 +1,12 @@
 #include "GoalsResponder.h"
 
-#include "JsonWriter.h"
-
 #include <QDateTime>
+#include <QJsonDocument>
+#include <QJsonObject>
 #include <QUtf8StringView>
 
 #include <cmath>
-#include <utility>
+#include <optional>
 
 using namespace Qt::StringLiterals;
 
@@ -51,66 +51,38 @@ QByteArray makeResponse(int statusCode, QByteArrayView body, QByteArrayView head
 
 using Obstacle = std::optional<QString>;
 
-Obstacle writeValue(json::Writer &writer, const QVariant &value);
+Obstacle obstacleIn(const QVariant &value);
 
-Obstacle written(bool hasJsonForm) {
-    return hasJsonForm ? std::nullopt : Obstacle(u"a number that is not finite"_s);
-}
-
-Obstacle writeList(json::Writer &writer, const QVariantList &list) {
-    char before = '[';
-    for (const QVariant &element : list) {
-        writer.punctuate(std::exchange(before, ','));
-        if (auto obstacle = writeValue(writer, element))
+template <class Container>
+Obstacle firstObstacleIn(const Container &values) {
+    for (const QVariant &value : values) {
+        if (auto obstacle = obstacleIn(value))
             return obstacle;
     }
-    if (list.isEmpty())
-        writer.punctuate('[');
-    writer.punctuate(']');
     return std::nullopt;
 }
 
-Obstacle writeObject(json::Writer &writer, const QVariantMap &members) {
-    char before = '{';
-    for (auto member = members.begin(); member != members.end(); ++member) {
-        writer.punctuate(std::exchange(before, ','));
-        if (auto obstacle = written(writer.write(member.key())))
-            return obstacle;
-        writer.punctuate(':');
-        if (auto obstacle = writeValue(writer, member.value()))
-            return obstacle;
-    }
-    if (members.isEmpty())
-        writer.punctuate('{');
-    writer.punctuate('}');
-    return std::nullopt;
-}
-
-/// Why a value has no JSON form; none when it has one and was written.
-Obstacle writeValue(json::Writer &writer, const QVariant &value) {
+/// Why a value has no JSON form; none when it has one. Qt would write null, or a text, in its
+/// place.
+Obstacle obstacleIn(const QVariant &value) {
     switch (value.typeId()) {
     case QMetaType::Bool:
-        return written(writer.write(value.toBool()));
     case QMetaType::Int:
     case QMetaType::UInt:
     case QMetaType::LongLong:
-        return written(writer.write(value.toLongLong()));
     case QMetaType::ULongLong:
-        if (const auto number = value.toULongLong(); std::in_range<qint64>(number))
-            return written(writer.write(static_cast<qint64>(number)));
-        [[fallthrough]];
-    case QMetaType::Double:
-        return written(writer.write(value.toDouble()));
     case QMetaType::QString:
-        return written(writer.write(value.toString()));
     case QMetaType::QStringList:
-    case QMetaType::QVariantList:
-        return writeList(writer, value.toList());
-    case QMetaType::QVariantMap:
-        return writeObject(writer, value.toMap());
     case QMetaType::Nullptr:
-        writer.writeNull();
         return std::nullopt;
+    case QMetaType::Double:
+        if (std::isfinite(value.toDouble()))
+            return std::nullopt;
+        return u"a number that is not finite"_s;
+    case QMetaType::QVariantList:
+        return firstObstacleIn(value.toList());
+    case QMetaType::QVariantMap:
+        return firstObstacleIn(value.toMap());
     default:
         return u"a value of type %1"_s.arg(QLatin1StringView(value.typeName()));
     }
@@ -160,12 +132,12 @@ QByteArray GoalsResponder::handleOptionsRequest() const {
 }
 
 QByteArray GoalsResponder::sendJSONResponse(const QVariantMap &data) const {
-    json::Writer writer(512);
-    if (const auto obstacle = writeObject(writer, data)) {
+    if (const auto obstacle = firstObstacleIn(data)) {
         m_log.line(u"JSON serialization error: "_s + *obstacle);
         return makeResponse(500, "Internal Server Error");
     }
-    return makeResponse(200, writer.take(), jsonHeaders);
+    const QJsonDocument document(QJsonObject::fromVariantMap(data));
+    return makeResponse(200, document.toJson(QJsonDocument::Compact), jsonHeaders);
 }
 
 } // namespace tarne

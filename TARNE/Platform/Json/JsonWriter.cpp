@@ -85,13 +85,6 @@ bool Writer::write(double value) {
     return true;
 }
 
-bool Writer::write(qint64 value) {
-    std::array<char, 20> digits;
-    const auto end = std::to_chars(digits.data(), digits.data() + digits.size(), value).ptr;
-    m_text.append(digits.data(), end - digits.data());
-    return true;
-}
-
 bool Writer::write(const QString &value) {
     QStringView rest = value;
     m_text.append('"');

@@ -22,13 +22,11 @@ public:
     void punctuate(char character) { m_text.append(character); }
     /// A member's name, which needs no escape, with its colon.
     void key(std::string_view name);
-    void writeNull() { m_text.append("null"); }
 
     // Each returns whether the value has a JSON form. A number that is not finite has none.
     [[nodiscard]] bool write(bool value);
     [[nodiscard]] bool write(double value);
     [[nodiscard]] bool write(Date value) { return write(value.secondsSinceReferenceDate()); }
-    [[nodiscard]] bool write(qint64 value);
     [[nodiscard]] bool write(const QString &value);
     [[nodiscard]] bool write(const QUuid &value);
 
