@@ -134,7 +134,7 @@ def figures(program, seconds):
         ours, theirs = (statistics.median(rates) for rates in zip(*turns))
         before = own_kilobytes(server)
         served = 0
-        # In one go: clients that go away without a request leave their connections for a minute.
+        # In one go: clients that go away without a request leave their connections to the server.
         while served < ENOUGH_REQUESTS:
             served += load(port, math.ceil((ENOUGH_REQUESTS - served) / ours) + 1)[0]
         return {"requests/s": ours, "nginx requests/s": theirs,

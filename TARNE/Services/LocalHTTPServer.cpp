@@ -3,70 +3,48 @@
 #include "FatalError.h"
 #include "HTTPConnection.h"
 
+#include <QThread>
+
 #include <array>
 #include <atomic>
-#include <cerrno>
-#include <thread>
-
-#include <sys/prctl.h>
-#include <sys/socket.h>
 
 using namespace Qt::StringLiterals;
 using asio::ip::tcp;
 
 namespace tarne {
 
-namespace {
-
-/// A child process that is started meanwhile must not hold a connection open.
-constexpr int socketFlags = SOCK_CLOEXEC | SOCK_NONBLOCK;
-
-/// So many connections are accepted, and as a rule answered, before anything else has its turn.
-constexpr int largestBatch = 16;
-
-} // namespace
-
 /// The queue, and what is known on both sides of it.
 struct LocalHTTPServer::Transport {
-    explicit Transport(quint16 wantedPort) : port(wantedPort) {}
-
-    /// Begins to run what is posted, on first use.
-    void run() {
-        if (thread.joinable())
-            return;
-        thread = std::thread([this] {
-            ::prctl(PR_SET_NAME, "HTTPServer");
-            context.run();
-        });
+    explicit Transport(quint16 wantedPort) : port(wantedPort) {
+        thread->setObjectName(u"HTTPServer"_s);
     }
 
     asio::io_context context{1};
     asio::executor_work_guard<asio::io_context::executor_type> work{context.get_executor()};
-    std::thread thread;
+    std::unique_ptr<QThread> thread{QThread::create([this] { context.run(); })};
     std::atomic<quint16> port;
 };
 
 /// One port. Kept alive by its pending accept, so that a listener that was only replaced goes on.
 class LocalHTTPServer::Listener : public std::enable_shared_from_this<Listener> {
 public:
+    /// Opens a socket for IPv6 and IPv4, or for IPv4 alone on a machine without IPv6. Binding it is
+    /// left to the queue. Throws std::system_error.
     Listener(LocalHTTPServer &server, quint16 port)
         : m_server(server),
           m_acceptor(server.m_transport->context),
           m_retry(server.m_transport->context),
-          m_port(port) {}
-
-    /// Makes the socket, for IPv6 and IPv4, or for IPv4 alone on a machine without IPv6. Binding it
-    /// is left to the queue. Throws std::system_error.
-    void create() {
-        int descriptor = ::socket(AF_INET6, SOCK_STREAM | socketFlags, 0);
-        m_isDualStack = descriptor >= 0;
-        if (!m_isDualStack && errno == EAFNOSUPPORT)
-            descriptor = ::socket(AF_INET, SOCK_STREAM | socketFlags, 0);
-        if (descriptor < 0)
-            throw std::system_error(errno, std::system_category());
-        m_acceptor.assign(protocol(), descriptor);
-        if (m_isDualStack)
+          m_endpoint(tcp::v6(), port) {
+        std::error_code error;
+        m_acceptor.open(tcp::v6(), error);
+        if (!error) {
             m_acceptor.set_option(asio::ip::v6_only(false));
+        } else if (error == asio::error::address_family_not_supported) {
+            m_endpoint = tcp::endpoint(tcp::v4(), port);
+            m_acceptor.open(tcp::v4());
+        } else {
+            throw std::system_error(error);
+        }
         m_acceptor.set_option(tcp::acceptor::reuse_address(true));
     }
 
@@ -76,8 +54,6 @@ public:
 
     void cancel() {
         asio::post(m_acceptor.get_executor(), [self = shared_from_this()] {
-            if (std::exchange(self->m_isCancelled, true))
-                return;
             std::error_code ignored;
             self->m_acceptor.close(ignored);
             self->m_retry.cancel();
@@ -87,75 +63,54 @@ public:
 
 private:
     void listen() {
-        if (m_isCancelled)
-            return;
         std::error_code error;
-        m_acceptor.bind(tcp::endpoint(protocol(), m_port), error);
+        m_acceptor.bind(m_endpoint, error);
         if (!error)
             m_acceptor.listen(asio::socket_base::max_listen_connections, error);
         if (error) {
             m_server.m_log.line(u"❌ TARNE HTTP Server failed on port %1: %2"_s.arg(
-                QString::number(m_port), errorText(error)));
+                QString::number(m_endpoint.port()), errorText(error)));
             return;
         }
-        m_server.m_log.line(u"🌐 TARNE HTTP Server started on port %1"_s.arg(m_port));
-        m_server.m_transport->port = m_port;
+        m_server.m_log.line(u"🌐 TARNE HTTP Server started on port %1"_s.arg(m_endpoint.port()));
+        m_server.m_transport->port = m_endpoint.port();
         accept();
     }
 
     void accept() {
-        m_acceptor.async_wait(tcp::acceptor::wait_read,
-                              [self = shared_from_this()](std::error_code) {
-                                  if (!self->m_isCancelled)
-                                      self->acceptPending();
-                              });
+        m_acceptor.async_accept(
+            [self = shared_from_this()](std::error_code error, tcp::socket socket) {
+                if (!self->m_acceptor.is_open())
+                    return;
+                if (error) {
+                    self->acceptLater();
+                    return;
+                }
+                self->handleConnection(std::move(socket));
+                self->accept();
+            });
     }
-
-    void acceptPending() {
-        for (int turn = 0; turn < largestBatch; ++turn) {
-            if (m_server.m_transport->context.stopped())
-                return;
-            const int descriptor =
-                ::accept4(m_acceptor.native_handle(), nullptr, nullptr, socketFlags);
-            if (descriptor < 0) {
-                if (errno == EAGAIN || errno == ECONNABORTED || errno == EINTR)
-                    accept();
-                else
-                    acceptLater();
-                return;
-            }
-            handleConnection(descriptor);
-        }
-        // It is the others' turn first: connections that wait, and the end of this listener.
-        asio::post(m_acceptor.get_executor(), [self = shared_from_this()] {
-            if (!self->m_isCancelled)
-                self->acceptPending();
-        });
-    }
-
-    void handleConnection(int descriptor) {
-        HTTPConnection::handleConnection(
-            m_acceptor.get_executor(), protocol(), descriptor, m_server.m_log,
-            [&server = m_server](const QByteArray &chunk) { return server.processRequest(chunk); });
-    }
-
-    [[nodiscard]] tcp protocol() const { return m_isDualStack ? tcp::v6() : tcp::v4(); }
 
     /// No descriptor is free, as a rule; the connection waits in the system's queue meanwhile.
     void acceptLater() {
         m_retry.expires_after(std::chrono::milliseconds(100));
         m_retry.async_wait([self = shared_from_this()](std::error_code error) {
-            if (!error && !self->m_isCancelled)
+            if (!error && self->m_acceptor.is_open())
                 self->accept();
         });
+    }
+
+    void handleConnection(tcp::socket socket) {
+        std::make_shared<HTTPConnection>(
+            std::move(socket), m_server.m_log,
+            [&server = m_server](const QByteArray &chunk) { return server.processRequest(chunk); })
+            ->receiveRequest();
     }
 
     LocalHTTPServer &m_server;
     tcp::acceptor m_acceptor;
     asio::steady_timer m_retry;
-    quint16 m_port;
-    bool m_isDualStack = false;
-    bool m_isCancelled = false;
+    tcp::endpoint m_endpoint;
 };
 
 LocalHTTPServer::LocalHTTPServer(const Clock &clock, Log &log, quint16 port)
@@ -163,8 +118,7 @@ LocalHTTPServer::LocalHTTPServer(const Clock &clock, Log &log, quint16 port)
 
 LocalHTTPServer::~LocalHTTPServer() {
     m_transport->context.stop();
-    if (m_transport->thread.joinable())
-        m_transport->thread.join();
+    m_transport->thread->wait();
 }
 
 void LocalHTTPServer::start() {
@@ -182,16 +136,14 @@ void LocalHTTPServer::start() {
 
 bool LocalHTTPServer::startOnPort(quint16 port) {
     try {
-        const auto listener = std::make_shared<Listener>(*this, port);
-        listener->create();
-        m_listener = listener;
+        m_listener = std::make_shared<Listener>(*this, port);
     } catch (const std::system_error &error) {
         m_log.line(u"⚠️  Port %1 unavailable: %2"_s.arg(QString::number(port),
                                                             errorText(error.code())));
         return false;
     }
     m_listener->start();
-    m_transport->run();
+    m_transport->thread->start();
     return true;
 }
 

@@ -1,7 +1,5 @@
 #include "LocalHTTPServerFixture.h"
 
-#include <QProcess>
-
 #include <atomic>
 
 #include <poll.h>
@@ -140,18 +138,6 @@ TEST_F(LocalHTTPServerTest, AConnectionThatComesWhileNoDescriptorIsFreeIsAnswere
     EXPECT_EQ(::recv(client, start.data(), static_cast<size_t>(start.size()), MSG_WAITALL), 15);
     EXPECT_EQ(start, "HTTP/1.1 200 OK");
     ::close(client);
-}
-
-TEST_F(LocalHTTPServerTest, AChildProcessInheritsNoneOfItsSockets) {
-    start();
-    const auto held = connect();
-    ASSERT_TRUE(ask(goals).startsWith("HTTP/1.1 200 OK\r\n")) << "the connection is accepted";
-    QProcess child;
-    child.start(u"/bin/ls"_s, {u"-l"_s, u"/proc/self/fd"_s});
-    ASSERT_TRUE(child.waitForFinished(patience));
-    const QByteArray open = child.readAllStandardOutput();
-    EXPECT_TRUE(open.contains("/proc/")) << open.constData();
-    EXPECT_FALSE(open.contains("socket:")) << open.constData();
 }
 
 } // namespace

@@ -15,6 +15,9 @@
 #include <cstdio>
 #include <cstdlib>
 
+#include <linux/close_range.h>
+#include <unistd.h>
+
 using namespace Qt::StringLiterals;
 
 namespace tarne {
@@ -58,8 +61,14 @@ protected:
         return true;
     }
 
+    /// As the program's own children: a client that inherits the listener would keep it open.
+    static void keepSocketsFrom(QProcess &client) {
+        client.setChildProcessModifier([] { ::close_range(3, ~0U, CLOSE_RANGE_CLOEXEC); });
+    }
+
     static Exchange curl(const QStringList &arguments) {
         QProcess tool;
+        keepSocketsFrom(tool);
         tool.start(u"/usr/bin/curl"_s,
                    QStringList{u"--silent"_s, u"--include"_s, u"--max-time"_s, u"20"_s} +
                        arguments);
@@ -155,6 +164,7 @@ TEST_F(GoalsAPI, TheOwnerCanEndWithRequestsInFlight) {
     std::vector<std::unique_ptr<QProcess>> clients;
     for (int i = 0; i < 8; ++i) {
         clients.push_back(std::make_unique<QProcess>());
+        keepSocketsFrom(*clients.back());
         clients.back()->start(u"/usr/bin/curl"_s, {u"--silent"_s, u"--max-time"_s, u"20"_s,
                                                    address + u"/goals#[1-50]"_s});
     }
