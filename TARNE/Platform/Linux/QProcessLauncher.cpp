@@ -1,5 +1,7 @@
 #include "QProcessLauncher.h"
 
+#include "StandardDescriptors.h"
+
 #include <QPointer>
 #include <QProcess>
 
@@ -53,6 +55,7 @@ void becomeGroupThatDiesWith(pid_t parent) {
     ::prctl(PR_SET_PDEATHSIG, SIGKILL);
     if (::getppid() != parent)
         ::_exit(1);
+    keepOtherDescriptorsToOurselves();
     // What our process blocks or ignores is no business of the child's.
     sigset_t none;
     ::sigemptyset(&none);

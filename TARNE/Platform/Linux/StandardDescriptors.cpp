@@ -1,6 +1,7 @@
 #include "StandardDescriptors.h"
 
 #include <fcntl.h>
+#include <linux/close_range.h>
 #include <unistd.h>
 
 namespace tarne {
@@ -13,6 +14,10 @@ void openStandardDescriptors() {
     } while (opened >= STDIN_FILENO && opened <= STDERR_FILENO);
     if (opened > STDERR_FILENO)
         ::close(opened);
+}
+
+void keepOtherDescriptorsToOurselves() {
+    ::close_range(STDERR_FILENO + 1, ~0U, CLOSE_RANGE_CLOEXEC);
 }
 
 } // namespace tarne

@@ -1,5 +1,7 @@
 #include "SystemProcessTools.h"
 
+#include "StandardDescriptors.h"
+
 #include <QProcess>
 
 #include <csignal>
@@ -31,6 +33,7 @@ std::optional<ProcessTools::Result> SystemProcessTools::run(const QString &path,
     tool.setArguments(path.endsWith("/pkill"_L1) ? QStringList{u"--ignore-ancestors"_s} + arguments
                                                  : arguments);
     tool.setStandardErrorFile(QProcess::nullDevice());
+    tool.setChildProcessModifier(keepOtherDescriptorsToOurselves);
     tool.start(QIODevice::ReadOnly);
     if (!tool.waitForStarted(-1))
         return std::nullopt;

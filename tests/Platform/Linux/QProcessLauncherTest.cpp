@@ -11,6 +11,7 @@
 #include <csignal>
 #include <mutex>
 
+#include <fcntl.h>
 #include <unistd.h>
 
 using namespace Qt::StringLiterals;
@@ -304,6 +305,16 @@ TEST_F(QProcessLauncherTest, OurOwnBlockedAndIgnoredSignalsAreNotTheChilds) {
     ASSERT_TRUE(report.waitForOutput("ready"));
     std::get<std::shared_ptr<ChildProcess>>(outcome)->terminate();
     EXPECT_EQ(report.waitForExit(), SIGTERM);
+}
+
+TEST_F(QProcessLauncherTest, AChildHasNoDescriptorOfOursButTheStandardThree) {
+    const int ours = ::open("/dev/null", O_RDONLY);
+    ASSERT_GT(ours, STDERR_FILENO);
+    run(u"exec ls /proc/self/fd"_s);
+    EXPECT_EQ(report.waitForExit(), 0);
+    // The last one is the folder that it lists.
+    EXPECT_EQ(report.output(), "0\n1\n2\n3\n");
+    ::close(ours);
 }
 
 TEST_F(QProcessLauncherTest, AChildDoesNotOutliveAParentThatIsKilled) {

@@ -14,6 +14,7 @@
 
 #include <csignal>
 
+#include <fcntl.h>
 #include <unistd.h>
 
 using namespace Qt::StringLiterals;
@@ -111,6 +112,16 @@ TEST_F(SystemProcessToolsTest, NoSignalReachesUsOurGroupOrEverybody) {
     EXPECT_FALSE(bystander.waitForFinished(50));
     bystander.kill();
     bystander.waitForFinished();
+}
+
+TEST_F(SystemProcessToolsTest, AToolHasNoDescriptorOfOursButTheStandardThree) {
+    const int ours = ::open("/dev/null", O_RDONLY);
+    ASSERT_GT(ours, STDERR_FILENO);
+    const auto result = tools.run(u"/bin/ls"_s, {u"-m"_s, u"/proc/self/fd"_s});
+    ASSERT_TRUE(result);
+    // The last one is the folder that it lists.
+    EXPECT_EQ(result->output, "0, 1, 2, 3\n");
+    ::close(ours);
 }
 
 TEST_F(SystemProcessToolsTest, AToolThatIsNotThereIsNotLaunched) {
