@@ -1,6 +1,7 @@
 #include "DateFormatter.h"
 
-#include <QRegularExpression>
+#include "DateStyles.h"
+
 #include <QTime>
 
 using namespace Qt::StringLiterals;
@@ -55,13 +56,6 @@ QTime clockTime(const DateComponents &components) {
 
 } // namespace
 
-QString shortTimePattern(const QLocale &locale) {
-    QString pattern = locale.timeFormat(QLocale::ShortFormat);
-    if (pattern.startsWith(u'B'))
-        pattern.replace(0, 1, u"AP"_s);
-    return pattern;
-}
-
 QString DateFormatter::formatted(Date date, QStringView pattern) const {
     return m_calendar.locale().toString(m_calendar.day(date), pattern);
 }
@@ -83,22 +77,19 @@ QString DateFormatter::weekdayName(Date date) const {
 }
 
 QString DateFormatter::shortTime(Date date) const {
-    const QLocale &locale = m_calendar.locale();
-    return locale.toString(clockTime(m_calendar.dateComponents(date)), shortTimePattern(locale));
+    return DateStyles::of(m_calendar.locale())
+        ->shortTime(clockTime(m_calendar.dateComponents(date)));
 }
 
 QString DateFormatter::longDate(Date date) const {
-    // Qt knows the full date only. What joins the weekday to it goes as well.
-    static const QRegularExpression weekday(
-        u"^(?:'[^']*'|[\\s,،])*dddd[\\s,،]*|[\\s,،(]*dddd\\)?$"_s);
-    QString pattern = m_calendar.locale().dateFormat(QLocale::LongFormat);
-    return formatted(date, pattern.remove(weekday));
+    return DateStyles::of(m_calendar.locale())
+        ->text(DateStyles::Style::LongDate, m_calendar.day(date));
 }
 
 QString DateFormatter::fullDateAndShortTime(Date date) const {
-    const QLocale &locale = m_calendar.locale();
-    const QString joint = locale.language() == QLocale::English ? u" at "_s : u", "_s;
-    return locale.toString(m_calendar.day(date), QLocale::LongFormat) + joint + shortTime(date);
+    return DateStyles::of(m_calendar.locale())
+        ->text(DateStyles::Style::FullDateAndShortTime, m_calendar.day(date),
+               clockTime(m_calendar.dateComponents(date)));
 }
 
 std::optional<Date> DateFormatter::startOfDay(QDate day) const {

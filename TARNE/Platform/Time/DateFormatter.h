@@ -8,13 +8,9 @@
 
 namespace tarne {
 
-/// Qt's pattern of the locale's short time. Chinese in Taiwan names some six times of the day, of
-/// which Qt knows nothing and writes the pattern's "B" and 24 hours: there the two halves of the
-/// day stand in for them.
-[[nodiscard]] QString shortTimePattern(const QLocale &locale);
-
 /// Writes dates as the user reads them, in the names, digits and clock of the calendar's locale and
-/// in its time zone, and reads three of the forms back.
+/// in its time zone, and reads three of the forms back. Four forms are fixed patterns in the names
+/// and digits of every language; the others follow the locale's style.
 class DateFormatter {
 public:
     explicit DateFormatter(Calendar calendar) : m_calendar(std::move(calendar)) {}
@@ -31,8 +27,7 @@ public:
     [[nodiscard]] QString shortTime(Date date) const;
     /// The locale's long date, without the weekday, "March 2, 2026".
     [[nodiscard]] QString longDate(Date date) const;
-    /// The locale's full date and short time, "Monday, March 2, 2026 at 3:30 PM". Outside English a
-    /// comma joins them: Qt does not tell what a language puts there.
+    /// The locale's full date and short time, "Monday, March 2, 2026 at 3:30 PM".
     [[nodiscard]] QString fullDateAndShortTime(Date date) const;
 
     // Back from a text to the start of its day, or none when it has another form.

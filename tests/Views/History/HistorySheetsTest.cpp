@@ -30,7 +30,7 @@ TEST(EditReflectionSheet, ItShowsTheFullDateAndTheReflection) {
     EXPECT_TRUE(edited.sheet.isPresented());
 }
 
-TEST(EditReflectionSheet, OutsideEnglishACommaJoinsDateAndTime) {
+TEST(EditReflectionSheet, DateAndTimeAreJoinedAsTheLanguageDoes) {
     const Date date = *Edited().calendar.date({2026, 3, 2, 15, 30});
     const auto text = [&](const QString &locale) {
         const Calendar calendar(QTimeZone::utc(), QLocale(locale));
@@ -39,8 +39,8 @@ TEST(EditReflectionSheet, OutsideEnglishACommaJoinsDateAndTime) {
             .dateText();
     };
     EXPECT_EQ(text(u"en_GB"_s), u"Monday, 2 March 2026 at 15:30"_s);
-    EXPECT_EQ(text(u"de_DE"_s), u"Montag, 2. März 2026, 15:30"_s);
-    EXPECT_EQ(text(u"ja_JP"_s), u"2026年3月2日月曜日, 15:30"_s);
+    EXPECT_EQ(text(u"de_DE"_s), u"Montag, 2. März 2026 um 15:30"_s);
+    EXPECT_EQ(text(u"ja_JP"_s), u"2026年3月2日月曜日 15:30"_s);
 }
 
 TEST(EditReflectionSheet, CancelClosesWithoutSaving) {
