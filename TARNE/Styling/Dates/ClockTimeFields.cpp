@@ -1,7 +1,5 @@
 #include "ClockTimeFields.h"
 
-#include "DateFormatter.h"
-
 #include <algorithm>
 #include <utility>
 
@@ -18,32 +16,27 @@ struct Bounds {
 
 } // namespace
 
-ClockTimeFields::ClockTimeFields(const QLocale &locale) : m_locale(locale) {
-    readFormat();
+ClockTimeFields::ClockTimeFields(const QLocale &locale)
+    : m_locale(locale), m_styles(DateStyles::of(locale)) {
+    readPattern();
 }
 
-/// Reads the locale's short format, e.g. "h:mm AP", "HH.mm" or "ap h:mm".
-void ClockTimeFields::readFormat() {
-    const QString format = shortTimePattern(m_locale);
-    const bool isTwelve = format.contains(u'a', Qt::CaseInsensitive);
+/// Reads the pattern of the locale's short time: "h:mm a", "HH.mm" or "a h:mm". Where a language
+/// has more names for the times of a day ("Bh:mm"), its two halves stand in for them.
+void ClockTimeFields::readPattern() {
+    const QString pattern = m_styles->shortTimePattern();
     QString separator;
     bool isQuoted = false;
-    for (qsizetype i = 0; i < format.size(); ++i) {
-        const QChar c = format.at(i);
-        const bool isDouble = i + 1 < format.size() && format.at(i + 1) == c;
+    for (qsizetype i = 0; i < pattern.size(); ++i) {
+        const QChar c = pattern.at(i);
+        const std::optional<Kind> kind = isQuoted ? std::nullopt : kindOf(c);
         if (c == u'\'') {
             isQuoted = !isQuoted;
-        } else if (!isQuoted && (c == u'h' || c == u'H')) {
-            const Kind kind = c == u'h' && isTwelve ? Kind::Hour12 : Kind::Hour24;
-            m_fields.push_back({kind, isDouble, std::exchange(separator, {})});
+        } else if (kind) {
+            const bool isDouble = i + 1 < pattern.size() && pattern.at(i + 1) == c;
+            m_fields.push_back({*kind, isDouble, std::exchange(separator, {})});
             i += isDouble ? 1 : 0;
-        } else if (!isQuoted && c == u'm') {
-            m_fields.push_back({Kind::Minute, isDouble, std::exchange(separator, {})});
-            i += isDouble ? 1 : 0;
-        } else if (!isQuoted && c.toLower() == u'a') {
-            m_fields.push_back({Kind::HalfOfDay, false, std::exchange(separator, {})});
-            i += i + 1 < format.size() && format.at(i + 1).toLower() == u'p' ? 1 : 0;
-        } else if (isQuoted || c != u't') {
+        } else {
             separator += c;
         }
     }
@@ -52,6 +45,23 @@ void ClockTimeFields::readFormat() {
         m_fields.back().kind == Kind::HalfOfDay) {
         std::rotate(m_fields.begin(), m_fields.end() - 1, m_fields.end());
         m_fields[1].separator = std::exchange(m_fields[0].separator, {});
+    }
+}
+
+/// The field for which a letter of a pattern stands, if it stands for one.
+std::optional<ClockTimeFields::Kind> ClockTimeFields::kindOf(QChar letter) {
+    switch (letter.unicode()) {
+    case u'h':
+        return Kind::Hour12;
+    case u'H':
+        return Kind::Hour24;
+    case u'm':
+        return Kind::Minute;
+    case u'a':
+    case u'B':
+        return Kind::HalfOfDay;
+    default:
+        return std::nullopt;
     }
 }
 
@@ -65,7 +75,7 @@ void ClockTimeFields::setTime(QTime time) {
 }
 
 QString ClockTimeFields::timeText() const {
-    return m_locale.toString(m_time, shortTimePattern(m_locale));
+    return m_styles->shortTime(m_time);
 }
 
 bool ClockTimeFields::isField(int row) const {
@@ -150,8 +160,8 @@ bool ClockTimeFields::type(int row, const QString &text) {
         return false;
     const Kind kind = m_fields[static_cast<std::size_t>(row)].kind;
     if (kind == Kind::HalfOfDay) {
-        const bool isMorning = m_locale.amText().startsWith(text, Qt::CaseInsensitive);
-        const bool isAfternoon = m_locale.pmText().startsWith(text, Qt::CaseInsensitive);
+        const bool isMorning = m_styles->halfOfDay(false).startsWith(text, Qt::CaseInsensitive);
+        const bool isAfternoon = m_styles->halfOfDay(true).startsWith(text, Qt::CaseInsensitive);
         if (isMorning == isAfternoon)
             return false;
         setValue(kind, isAfternoon ? 1 : 0);
@@ -179,7 +189,7 @@ int ClockTimeFields::rowCount(const QModelIndex &parent) const {
 
 QString ClockTimeFields::text(const Field &field) const {
     if (field.kind == Kind::HalfOfDay)
-        return value(field.kind) == 0 ? m_locale.amText() : m_locale.pmText();
+        return m_styles->halfOfDay(value(field.kind) == 1);
     QString digits = m_locale.toString(value(field.kind));
     if (field.isPadded && value(field.kind) < 10)
         digits.prepend(m_locale.zeroDigit());

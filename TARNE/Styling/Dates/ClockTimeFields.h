@@ -1,10 +1,14 @@
 #pragma once
 
+#include "DateStyles.h"
+
 #include <QAbstractListModel>
 #include <QLocale>
 #include <QTime>
 #include <QtQml/qqmlregistration.h>
 
+#include <memory>
+#include <optional>
 #include <vector>
 
 namespace tarne {
@@ -64,13 +68,15 @@ private:
         QString separator;
     };
 
-    void readFormat();
+    void readPattern();
+    [[nodiscard]] static std::optional<Kind> kindOf(QChar letter);
     [[nodiscard]] bool isField(int row) const;
     [[nodiscard]] int value(Kind kind) const;
     [[nodiscard]] QString text(const Field &field) const;
     void setValue(Kind kind, int value);
 
     QLocale m_locale;
+    std::shared_ptr<const DateStyles> m_styles;
     QTime m_time{0, 0};
     std::vector<Field> m_fields;
     int m_typed = 0; ///< The number that the digits so far have made.

@@ -2,11 +2,7 @@
 
 #include "Calendar.h"
 
-#include <QRegularExpression>
-
 #include <algorithm>
-
-using namespace Qt::StringLiterals;
 
 namespace tarne {
 
@@ -20,20 +16,11 @@ QDate firstOfMonth(QDate day) {
     return QDate(day.year(), day.month(), 1);
 }
 
-/// What stands between month and year, when the day and its punctuation are taken out.
-QString withoutDay(QString between) {
-    static const QRegularExpression quoteOrDay(u"'([^']*)'|d+[.,\u060C]*"_s);
-    const bool hasBlank = between.contains(u' ');
-    const QString rest = between.replace(quoteOrDay, u"\\1"_s).simplified();
-    if (rest.isEmpty() || rest == u","_s)
-        return hasBlank ? u" "_s : QString();
-    return rest.front().isPunct() ? rest + u' ' : u' ' + rest + u' ';
-}
-
 } // namespace
 
 MonthCalendar::MonthCalendar(const QLocale &locale, Range range, std::function<QDate()> today)
     : m_locale(locale),
+      m_styles(DateStyles::of(locale)),
       m_range(range),
       m_today(std::move(today)),
       m_selected(m_today()),
@@ -60,29 +47,7 @@ void MonthCalendar::followToday() {
 }
 
 QString MonthCalendar::monthTitle() const {
-    // Qt has no pattern of month and year: they are what the long date holds beside the day.
-    static const QRegularExpression parts(u"'[^']*'|(y+|M+)([^\\s'.,yMd]*)"_s);
-    const QString pattern = m_locale.dateFormat(QLocale::LongFormat);
-    QString title;
-    qsizetype end = -1;
-    for (auto match = parts.globalMatch(pattern); match.hasNext();) {
-        const QRegularExpressionMatch part = match.next();
-        if (part.capturedView(1).isEmpty())
-            continue;
-        if (end >= 0)
-            title += withoutDay(pattern.sliced(end, part.capturedStart() - end));
-        title += textOf(part.capturedView(1), part.captured(2));
-        end = part.capturedEnd();
-    }
-    return title;
-}
-
-/// A year or a month of the pattern with the sign that follows it, if any ("2026年").
-QString MonthCalendar::textOf(QStringView part, const QString &sign) const {
-    if (part.startsWith(u'y'))
-        return m_locale.toString(m_month, u"yyyy") + sign;
-    return sign.isEmpty() ? m_locale.standaloneMonthName(m_month.month())
-                          : m_locale.toString(m_month.month()) + sign;
+    return m_styles->text(DateStyles::Style::MonthAndYear, m_month);
 }
 
 QStringList MonthCalendar::weekdayNames() const {
@@ -164,7 +129,7 @@ QVariant MonthCalendar::data(const QModelIndex &index, int role) const {
     case Text:
         return day.isValid() ? m_locale.toString(day.day()) : QString();
     case FullName:
-        return day.isValid() ? m_locale.toString(day, QLocale::LongFormat) : QString();
+        return day.isValid() ? m_styles->text(DateStyles::Style::FullDate, day) : QString();
     case IsSelected:
         return day.isValid() && day == m_selected;
     case IsToday:

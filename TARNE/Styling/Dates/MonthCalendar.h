@@ -1,5 +1,7 @@
 #pragma once
 
+#include "DateStyles.h"
+
 #include <QAbstractListModel>
 #include <QDate>
 #include <QLocale>
@@ -7,6 +9,7 @@
 #include <QtQml/qqmlregistration.h>
 
 #include <functional>
+#include <memory>
 
 namespace tarne {
 
@@ -83,7 +86,6 @@ Q_SIGNALS:
     void tabStopChanged();
 
 private:
-    [[nodiscard]] QString textOf(QStringView part, const QString &sign) const;
     [[nodiscard]] QDate dayOfRow(int row) const;
     [[nodiscard]] bool isEnabled(QDate day) const;
     [[nodiscard]] QDate cursor() const;
@@ -92,6 +94,7 @@ private:
     void refresh();
 
     QLocale m_locale;
+    std::shared_ptr<const DateStyles> m_styles;
     Range m_range;
     std::function<QDate()> m_today;
     QDate m_selected;

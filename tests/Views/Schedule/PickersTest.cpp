@@ -1,3 +1,4 @@
+#include "DateStyles.h"
 #include "ScheduleScreenFixture.h"
 
 namespace tarne::test {
@@ -139,7 +140,8 @@ TEST_F(ThePickers, WeeksBeginAsInTheLocale) {
 TEST_F(ThePickers, DaysRunFromRightToLeftWhereTextDoes) {
     useLocale(u"ar_EG"_s);
     const auto name = [](int day) {
-        return QLocale(u"ar_EG"_s).toString(QDate(2026, 3, day), QLocale::LongFormat);
+        return DateStyles(QLocale(u"ar_EG"_s))
+            .text(DateStyles::Style::FullDate, QDate(2026, 3, day));
     };
     tabTo(name(2));
     ui().key(Qt::Key_Left);
