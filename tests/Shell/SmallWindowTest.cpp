@@ -155,7 +155,10 @@ TEST_P(SmallOnboarding, BothPagesAreWithinReach) {
     const QString lastLine = u"and stay focused on the work that matters most"_s;
     EXPECT_TRUE(isInWindow(u"Next"_s));
     EXPECT_TRUE(tellsOfAllThereIs(lastLine));
+    const bool hasMore =
+        scrolled(lastLine).property("contentHeight").toReal() > scrolled(lastLine).height();
     scroll(lastLine, -120);
+    EXPECT_EQ(contentY(lastLine) > 0, hasMore);
     EXPECT_TRUE(isInSight(lastLine));
     ASSERT_TRUE(ui().click(u"Next"_s));
     ASSERT_TRUE(ui().waitUntil([&] { return ui().has(u"Back"_s) && !ui().has(lastLine); }));
