@@ -6,6 +6,8 @@
 
 #include <gmock/gmock.h>
 
+#include <algorithm>
+
 using namespace Qt::StringLiterals;
 
 namespace tarne::test {
@@ -20,6 +22,26 @@ TEST(PlainText, ShowsMarkupAsItStands) {
     const UiDriver ui(column(u"PlainText { text: '<b>bold</b> &amp; more' }"_s));
     EXPECT_TRUE(ui.has(u"<b>bold</b> &amp; more"_s));
     EXPECT_EQ(ui.find(u"<b>bold</b> &amp; more"_s)->property("textFormat").toInt(), Qt::PlainText);
+}
+
+TEST(LongText, ItsBlocksStandOneBelowTheOther) {
+    UiDriver ui(
+        column(u"LongText { objectName: 'long'; width: 300; text: 'word '.repeat(2000) }"_s));
+    const auto *const text = ui.root()->findChild<QQuickItem *>(u"long"_s);
+    ASSERT_TRUE(text);
+    const auto topOf = [](const QQuickItem *block) { return block->property("blockTop").toReal(); };
+    const auto blocks = [&] {
+        QList<QQuickItem *> found = text->childItems();
+        found.removeIf([](QQuickItem *item) { return !item->property("blockTop").isValid(); });
+        std::ranges::sort(found, {}, topOf);
+        return found;
+    };
+    ASSERT_TRUE(ui.waitUntil([&] { return blocks().size() > 2; }));
+    double bottom = 0;
+    for (const QQuickItem *const block : blocks()) {
+        EXPECT_NEAR(block->y(), bottom, 1);
+        bottom = block->y() + block->height();
+    }
 }
 
 TEST(ScrollColumn, ScrollsByWheelAndBringsTheFocusIntoView) {

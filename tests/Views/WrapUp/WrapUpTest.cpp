@@ -26,6 +26,11 @@ protected:
         return std::ranges::any_of(
             ui().texts(), [&](const QString &text) { return text.trimmed().endsWith(end); });
     }
+    void expectTheBeginningOfALongTextAlone() {
+        EXPECT_TRUE(showsTextThatEndsWith(u"word"_s));
+        EXPECT_FALSE(showsTextThatEndsWith(u"end."_s)) << "laid out in one piece";
+    }
+    const QString longText = u"word "_s.repeated(10'000) + u"end."_s;
     /// The circle of the complete button, enabled or not.
     QQuickItem *circle() { return item(u"Complete reflection"_s).parentItem(); }
     QRectF place(const QString &name, QAccessible::Role role = QAccessible::NoRole) {
@@ -256,10 +261,10 @@ TEST_F(WrapUpTest, AnAnswerWithoutSectionsStandsRawInTheFirstCardAboveThreeEmpty
         EXPECT_TRUE(ui().has(title, QAccessible::Heading)) << qPrintable(title);
 }
 
-TEST_F(WrapUpTest, ALongAnswerIsShownToItsEnd) {
+TEST_F(WrapUpTest, ALongAnswerIsShownBitByBitToItsEnd) {
     openFeedback(u"Review"_s);
-    const QByteArray words = QByteArray("word ").repeated(10'000);
-    answerWith(FeedbackFakes::answerWith("**Advice:** " + words + "end."));
+    answerWith(FeedbackFakes::answerWith("**Advice:** " + longText.toUtf8()));
+    expectTheBeginningOfALongTextAlone();
     EXPECT_TRUE(ui().waitUntil([&] {
         ui().key(Qt::Key_End);
         return showsTextThatEndsWith(u"end."_s);
@@ -268,14 +273,31 @@ TEST_F(WrapUpTest, ALongAnswerIsShownToItsEnd) {
 
 TEST_F(WrapUpTest, ALongErrorIsShownBitByBitToItsEnd) {
     openFeedback(u"Review"_s);
-    feedback.gemini.fail(u"word "_s.repeated(10'000) + u"end."_s);
+    feedback.gemini.fail(longText);
     time.runPending();
-    EXPECT_TRUE(showsTextThatEndsWith(u"word"_s));
-    EXPECT_FALSE(showsTextThatEndsWith(u"end."_s)) << "laid out in one piece";
+    expectTheBeginningOfALongTextAlone();
     EXPECT_TRUE(ui().waitUntil([&] {
         ui().key(Qt::Key_End);
         return showsTextThatEndsWith(u"end."_s);
     }));
+}
+
+TEST_F(WrapUpTest, ALongGoalIsShownBitByBitInBothSheets) {
+    openReflection(longText);
+    layOut();
+    expectTheBeginningOfALongTextAlone();
+    sheet().rate(0, 0);
+    sheet().completeReflection();
+    awaitRequest();
+    layOut();
+    expectTheBeginningOfALongTextAlone();
+}
+
+TEST_F(WrapUpTest, ALongReflectionIsShownBitByBit) {
+    openFeedback(u"Review"_s);
+    sheet().feedback()->setReflection(longText);
+    layOut();
+    expectTheBeginningOfALongTextAlone();
 }
 
 TEST_F(WrapUpTest, AfterACloseTheReflectionCanBeCompletedAgainAndAsksAnew) {
