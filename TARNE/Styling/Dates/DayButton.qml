@@ -19,11 +19,12 @@ Pressable {
     // A blank place keeps its room in the grid.
     opacity: text.length > 0 ? 1 : 0
     enabled: isEnabled
+    checkable: true
+    autoExclusive: true
+    checked: isSelected
     accessibleRole: Accessible.RadioButton
     Accessible.name: fullName
     Accessible.focusable: enabled
-    Accessible.checkable: true
-    Accessible.checked: isSelected
     Accessible.onToggleAction: clicked()
 
     contentItem: Item {

@@ -42,7 +42,7 @@ Flickable {
         const top = rectangle.y - verticalPadding;
         const bottom = rectangle.y + rectangle.height + verticalPadding + 2 * verticalInset;
         if (top < contentY)
-            contentY = top;
+            contentY = Math.max(0, top);
         else if (bottom > contentY + height)
             contentY = bottom - height;
     }

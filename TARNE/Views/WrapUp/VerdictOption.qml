@@ -10,9 +10,10 @@ PlainButton {
 
     readonly property color labelColor: isSelected ? Colors.label : Colors.secondaryLabel
 
+    checkable: true
+    autoExclusive: true
+    checked: isSelected
     accessibleRole: Accessible.RadioButton
-    Accessible.checkable: true
-    Accessible.checked: isSelected
     Accessible.onToggleAction: clicked()
 
     contentItem: Row {
