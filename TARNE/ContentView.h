@@ -23,8 +23,8 @@ class AppDelegate;
 struct TabItem {
     Q_GADGET
     QML_VALUE_TYPE(tabItem)
-    Q_PROPERTY(QString icon MEMBER icon CONSTANT)
-    Q_PROPERTY(QString label MEMBER label CONSTANT)
+    Q_PROPERTY(QString icon MEMBER icon CONSTANT FINAL)
+    Q_PROPERTY(QString label MEMBER label CONSTANT FINAL)
 
 public:
     QString icon;
@@ -39,12 +39,13 @@ class ContentView : public QObject {
     Q_OBJECT
     QML_ELEMENT
     QML_UNCREATABLE("made by the application")
-    Q_PROPERTY(int selectedTab READ selectedTab WRITE setSelectedTab NOTIFY selectedTabChanged)
-    Q_PROPERTY(QList<tarne::TabItem> tabs READ tabs CONSTANT)
-    Q_PROPERTY(tarne::TimerView *timerView READ timerView NOTIFY screensChanged)
-    Q_PROPERTY(tarne::InsightsView *insightsView READ insightsView NOTIFY screensChanged)
-    Q_PROPERTY(tarne::HistoryView *historyView READ historyView NOTIFY screensChanged)
-    Q_PROPERTY(tarne::SettingsView *settingsView READ settingsView NOTIFY screensChanged)
+    Q_PROPERTY(
+        int selectedTab READ selectedTab WRITE setSelectedTab NOTIFY selectedTabChanged FINAL)
+    Q_PROPERTY(QList<tarne::TabItem> tabs READ tabs CONSTANT FINAL)
+    Q_PROPERTY(tarne::TimerView *timerView READ timerView NOTIFY screensChanged FINAL)
+    Q_PROPERTY(tarne::InsightsView *insightsView READ insightsView NOTIFY screensChanged FINAL)
+    Q_PROPERTY(tarne::HistoryView *historyView READ historyView NOTIFY screensChanged FINAL)
+    Q_PROPERTY(tarne::SettingsView *settingsView READ settingsView NOTIFY screensChanged FINAL)
 
 public:
     /// Makes the screens; those that use a controller get the tab screen's own.

@@ -19,12 +19,12 @@ class TARNEApp : public QObject {
     Q_OBJECT
     QML_ELEMENT
     QML_UNCREATABLE("made by the application")
-    Q_PROPERTY(tarne::MainAppView *mainAppView READ mainAppView CONSTANT)
-    Q_PROPERTY(
-        tarne::OnboardingView *onboardingView READ onboardingView NOTIFY onboardingViewChanged)
-    Q_PROPERTY(tarne::ContentView *contentView READ contentView NOTIFY contentViewChanged)
+    Q_PROPERTY(tarne::MainAppView *mainAppView READ mainAppView CONSTANT FINAL)
+    Q_PROPERTY(tarne::OnboardingView *onboardingView READ onboardingView NOTIFY
+                   onboardingViewChanged FINAL)
+    Q_PROPERTY(tarne::ContentView *contentView READ contentView NOTIFY contentViewChanged FINAL)
     /// Whether the tabs are to be shown, and not onboarding.
-    Q_PROPERTY(bool showsTabs READ showsTabs NOTIFY gateChanged)
+    Q_PROPERTY(bool showsTabs READ showsTabs NOTIFY gateChanged FINAL)
 
 public:
     /// What is made when it is first needed.

@@ -37,8 +37,8 @@ std::vector<Date> momentsOf(const DateComponents &components, const Calendar &ca
 
 Date NotificationSchedule::moment(const Pending &pending, const Calendar &calendar) {
     const auto moments = momentsOf(*pending.request.trigger, calendar);
-    const auto upcoming = std::find_if(moments.begin(), moments.end(),
-                                       [&](Date moment) { return moment >= pending.added; });
+    const auto upcoming =
+        std::ranges::find_if(moments, [&](Date moment) { return moment >= pending.added; });
     return upcoming == moments.end() ? moments.back() : *upcoming;
 }
 
@@ -64,8 +64,7 @@ std::vector<NotificationContent> NotificationSchedule::takeDue(Date now, const C
             due.emplace_back(when, pending.request.content);
         return when <= now;
     });
-    std::stable_sort(due.begin(), due.end(),
-                     [](const auto &a, const auto &b) { return a.first < b.first; });
+    std::ranges::stable_sort(due, [](const auto &a, const auto &b) { return a.first < b.first; });
     std::vector<NotificationContent> contents;
     contents.reserve(due.size());
     for (auto &[when, content] : due)

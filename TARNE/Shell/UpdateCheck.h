@@ -16,10 +16,10 @@ class UpdateCheck : public QObject {
     Q_OBJECT
     QML_ELEMENT
     QML_UNCREATABLE("made by the application")
-    Q_PROPERTY(bool isPresented READ isPresented NOTIFY changed)
-    Q_PROPERTY(QString title READ title NOTIFY changed)
-    Q_PROPERTY(QString message READ message NOTIFY changed)
-    Q_PROPERTY(bool offersDownload READ offersDownload NOTIFY changed)
+    Q_PROPERTY(bool isPresented READ isPresented NOTIFY changed FINAL)
+    Q_PROPERTY(QString title READ title NOTIFY changed FINAL)
+    Q_PROPERTY(QString message READ message NOTIFY changed FINAL)
+    Q_PROPERTY(bool offersDownload READ offersDownload NOTIFY changed FINAL)
 
 public:
     /// Both outlive the check.

@@ -4,10 +4,10 @@
 
 #include <QFontDatabase>
 
+using namespace Qt::StringLiterals;
+
 namespace tarne {
 namespace {
-
-using namespace Qt::StringLiterals;
 
 const QString emojiFamily = u"Noto Color Emoji"_s;
 

@@ -24,8 +24,7 @@ void save(const Goals &goals, UserDefaults &defaults) {
 }
 
 Goals::iterator find(Goals &goals, const QUuid &id) {
-    return std::find_if(goals.begin(), goals.end(),
-                        [&](const ScheduledGoal &goal) { return goal.id == id; });
+    return std::ranges::find_if(goals, [&](const ScheduledGoal &goal) { return goal.id == id; });
 }
 
 /// The goals that `belongs(goal, start)` wants, in ascending order of their starts. A start is
@@ -37,8 +36,8 @@ Goals sortedByStart(const Goals &goals, const Calendar &calendar, const Belongs 
         if (const Date start = goal.scheduledDateTime(calendar); belongs(goal, start))
             chosen.emplace_back(start, &goal);
     }
-    std::stable_sort(chosen.begin(), chosen.end(),
-                     [](const auto &a, const auto &b) { return a.first < b.first; });
+    std::ranges::stable_sort(chosen,
+                             [](const auto &a, const auto &b) { return a.first < b.first; });
     Goals sorted;
     sorted.reserve(chosen.size());
     for (const auto &[start, goal] : chosen)

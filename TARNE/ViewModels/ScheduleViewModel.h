@@ -18,7 +18,7 @@ namespace tarne {
 /// What a schedule needs of the platform. Everything outlives the controller, and what was handed
 /// to the run loop as well.
 struct SchedulePlatform {
-    Clock &clock;
+    const Clock &clock;
     RunLoop &runLoop;
     Log &log;
     UserDefaults &defaults;

@@ -21,7 +21,7 @@ QStringList sortedTexts(const std::vector<SessionGoal> &goals) {
     QStringList texts = textsOf(goals);
     for (QString &text : texts)
         text = text.normalized(QString::NormalizationForm_C);
-    std::sort(texts.begin(), texts.end());
+    std::ranges::sort(texts);
     return texts;
 }
 

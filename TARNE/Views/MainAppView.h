@@ -21,7 +21,7 @@ class MainAppView : public QObject {
     QML_ELEMENT
     QML_UNCREATABLE("made by the application")
     Q_PROPERTY(bool isOnboardingComplete READ isOnboardingComplete WRITE setOnboardingComplete
-                   NOTIFY isOnboardingCompleteChanged)
+                   NOTIFY isOnboardingCompleteChanged FINAL)
 
 public:
     MainAppView(std::unique_ptr<SessionViewModel> sessionViewModel, UserDefaults &defaults);

@@ -9,7 +9,7 @@
 
 using namespace Qt::StringLiterals;
 
-namespace tarne {
+namespace tarne::test {
 namespace {
 
 using testing::ElementsAre;
@@ -53,4 +53,4 @@ TEST_F(AppDelegateTest, TerminatesWithoutAQuestionAndStopsTheServer) {
 }
 
 } // namespace
-} // namespace tarne
+} // namespace tarne::test

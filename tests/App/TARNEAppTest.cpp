@@ -6,7 +6,7 @@
 
 using namespace Qt::StringLiterals;
 
-namespace tarne {
+namespace tarne::test {
 namespace {
 
 using test::TARNEAppTest;
@@ -232,4 +232,4 @@ TEST_F(TARNEAppTest, QuittingAsksNobodyAndTouchesNoSession) {
 }
 
 } // namespace
-} // namespace tarne
+} // namespace tarne::test

@@ -4,7 +4,7 @@
 
 using namespace Qt::StringLiterals;
 
-namespace tarne {
+namespace tarne::test {
 namespace {
 
 TEST(ParsedGoals, AreTheSessionsOwnWithTheirIdsAndRatings) {
@@ -31,4 +31,4 @@ TEST(ParsedGoals, AreNoneWithoutASession) {
 }
 
 } // namespace
-} // namespace tarne
+} // namespace tarne::test

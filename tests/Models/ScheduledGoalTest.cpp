@@ -7,10 +7,10 @@
 using testing::Optional;
 using testing::SizeIs;
 
-namespace tarne {
-namespace {
-
 using namespace Qt::StringLiterals;
+
+namespace tarne::test {
+namespace {
 
 Calendar calendarIn(const char *zone) {
     return Calendar(QTimeZone(zone), QLocale::c());
@@ -204,4 +204,4 @@ TEST(ScheduledGoalsDocument, CannotHoldAMomentThatIsNoNumber) {
 }
 
 } // namespace
-} // namespace tarne
+} // namespace tarne::test

@@ -4,7 +4,7 @@
 
 #include <optional>
 
-namespace tarne {
+namespace tarne::test {
 namespace {
 
 constexpr QLatin1StringView ping{"ping"};
@@ -54,4 +54,4 @@ TEST(NotificationCenter, CallsAnObserverThatWasAddedDuringAPostFromTheNextOneOn)
 }
 
 } // namespace
-} // namespace tarne
+} // namespace tarne::test

@@ -6,10 +6,10 @@ using testing::ElementsAre;
 using testing::IsEmpty;
 using testing::SizeIs;
 
-namespace tarne {
-namespace {
-
 using namespace Qt::StringLiterals;
+
+namespace tarne::test {
+namespace {
 
 Calendar calendarIn(const char *zone) {
     return Calendar(QTimeZone(zone), QLocale::c());
@@ -198,4 +198,4 @@ TEST(MomentsOfComponents, EveryHourOfAYearIsFoundInZonesWithJumps) {
 }
 
 } // namespace
-} // namespace tarne
+} // namespace tarne::test

@@ -4,7 +4,7 @@
 
 using namespace Qt::StringLiterals;
 
-namespace tarne {
+namespace tarne::test {
 namespace {
 
 const QString key = u"Key"_s;
@@ -72,4 +72,4 @@ TEST(UserDefaults, ReadsDataAndDatesOnlyFromTheirOwnType) {
 }
 
 } // namespace
-} // namespace tarne
+} // namespace tarne::test

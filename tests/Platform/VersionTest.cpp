@@ -7,7 +7,7 @@
 
 using namespace Qt::StringLiterals;
 
-namespace tarne {
+namespace tarne::test {
 namespace {
 
 /// What `pattern` captures where it matches first in a file of the sources.
@@ -26,4 +26,4 @@ TEST(Version, IsTheNewestReleaseThatIsTold) {
 }
 
 } // namespace
-} // namespace tarne
+} // namespace tarne::test

@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-namespace tarne {
+namespace tarne::test {
 namespace {
 
 constexpr double infinity = std::numeric_limits<double>::infinity();
@@ -33,4 +33,4 @@ TEST(WholeNumber, SaturatesBeyond64Bits) {
 }
 
 } // namespace
-} // namespace tarne
+} // namespace tarne::test

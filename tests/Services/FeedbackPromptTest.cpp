@@ -4,7 +4,7 @@
 
 using namespace Qt::StringLiterals;
 
-namespace tarne {
+namespace tarne::test {
 namespace {
 
 /// What is asked about a session with the goals "Write report" (completed) and "Review" (not rated)
@@ -95,4 +95,4 @@ TEST(FeedbackPrompt, CarriesAHundredKilobytesOfGoalText) {
 }
 
 } // namespace
-} // namespace tarne
+} // namespace tarne::test

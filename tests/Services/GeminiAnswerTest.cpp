@@ -4,7 +4,7 @@
 
 using namespace Qt::StringLiterals;
 
-namespace tarne {
+namespace tarne::test {
 namespace {
 
 const QString invalidFormat = u"Invalid response format"_s;
@@ -183,4 +183,4 @@ TEST(GeminiAnswer, IsReadByItsBodyWhateverItsStatus) {
 }
 
 } // namespace
-} // namespace tarne
+} // namespace tarne::test

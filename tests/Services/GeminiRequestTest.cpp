@@ -8,7 +8,7 @@
 
 using namespace Qt::StringLiterals;
 
-namespace tarne {
+namespace tarne::test {
 namespace {
 
 QByteArray address(const QString &key) {
@@ -71,4 +71,4 @@ INSTANTIATE_TEST_SUITE_P(GeminiRequest, KeyThatNoAddressCarries,
                                          u"a#b#c", u"schlüssel", u"🔑"));
 
 } // namespace
-} // namespace tarne
+} // namespace tarne::test

@@ -14,7 +14,7 @@
 
 using namespace Qt::StringLiterals;
 
-namespace tarne {
+namespace tarne::test {
 namespace {
 
 /// A response taken apart as a client does.
@@ -232,4 +232,4 @@ TEST_F(GoalsResponderTest, TheSourceIsAskedForGoalsOnly) {
 }
 
 } // namespace
-} // namespace tarne
+} // namespace tarne::test

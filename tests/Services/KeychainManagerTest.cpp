@@ -6,7 +6,7 @@
 
 using namespace Qt::StringLiterals;
 
-namespace tarne {
+namespace tarne::test {
 namespace {
 
 class KeychainManagerTest : public testing::Test {
@@ -91,4 +91,4 @@ TEST_F(KeychainManagerTest, ADeletionThatFailsIsFalse) {
 }
 
 } // namespace
-} // namespace tarne
+} // namespace tarne::test

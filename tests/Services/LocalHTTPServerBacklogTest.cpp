@@ -4,7 +4,7 @@
 
 using namespace Qt::StringLiterals;
 
-namespace tarne {
+namespace tarne::test {
 namespace {
 
 /// Connections that wait, with what they have sent, while the first one is being handled.
@@ -121,4 +121,4 @@ TEST_F(LocalHTTPServerBacklog, AreAllClosedWithTheServer) {
 }
 
 } // namespace
-} // namespace tarne
+} // namespace tarne::test

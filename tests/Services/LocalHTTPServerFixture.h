@@ -19,7 +19,7 @@
 #include <sys/resource.h>
 #include <sys/socket.h>
 
-namespace tarne {
+namespace tarne::test {
 
 /// The goals API on a free port, and the words of its clients.
 class LocalHTTPServerTest : public testing::Test {
@@ -117,4 +117,4 @@ private:
     rlimit m_before;
 };
 
-} // namespace tarne
+} // namespace tarne::test

@@ -5,7 +5,7 @@
 
 using namespace Qt::StringLiterals;
 
-namespace tarne {
+namespace tarne::test {
 namespace {
 
 class LocalHTTPServerPeers : public LocalHTTPServerTest {};
@@ -128,4 +128,4 @@ TEST_F(LocalHTTPServerPeers, DestroyedRightAfterItsStartItEnds) {
 }
 
 } // namespace
-} // namespace tarne
+} // namespace tarne::test

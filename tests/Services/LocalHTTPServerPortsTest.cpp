@@ -10,7 +10,7 @@
 
 using namespace Qt::StringLiterals;
 
-namespace tarne {
+namespace tarne::test {
 namespace {
 
 class LocalHTTPServerPorts : public LocalHTTPServerTest {
@@ -192,4 +192,4 @@ TEST_F(LocalHTTPServerPorts, TheHighestPortWithRoomForTwoMoreIsTried) {
 }
 
 } // namespace
-} // namespace tarne
+} // namespace tarne::test

@@ -8,7 +8,7 @@
 
 using namespace Qt::StringLiterals;
 
-namespace tarne {
+namespace tarne::test {
 namespace {
 
 TEST_F(LocalHTTPServerTest, AnswersOneRequestAndCloses) {
@@ -141,4 +141,4 @@ TEST_F(LocalHTTPServerTest, AConnectionThatComesWhileNoDescriptorIsFreeIsAnswere
 }
 
 } // namespace
-} // namespace tarne
+} // namespace tarne::test

@@ -4,7 +4,7 @@
 
 using namespace Qt::StringLiterals;
 
-namespace tarne {
+namespace tarne::test {
 
 void PrintTo(const ParsedFeedback &feedback, std::ostream *out) {
     *out << qPrintable(feedback.overallAssessment) << " | " << qPrintable(feedback.patternsObserved)
@@ -116,4 +116,4 @@ TEST(ParsedFeedback, KeepsRightToLeftTextAndNul) {
 }
 
 } // namespace
-} // namespace tarne
+} // namespace tarne::test

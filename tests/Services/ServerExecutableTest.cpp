@@ -7,7 +7,7 @@
 
 using namespace Qt::StringLiterals;
 
-namespace tarne {
+namespace tarne::test {
 namespace {
 
 class ServerExecutableTest : public testing::Test {
@@ -90,4 +90,4 @@ TEST_F(ServerExecutableTest, TheTenthFolderCounts) {
 }
 
 } // namespace
-} // namespace tarne
+} // namespace tarne::test

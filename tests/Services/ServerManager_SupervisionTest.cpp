@@ -3,7 +3,7 @@
 using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
 
-namespace tarne {
+namespace tarne::test {
 namespace {
 
 class ServerSupervisionTest : public ServerFixture {
@@ -217,4 +217,4 @@ TEST_F(ServerSupervisionTest, AMarkerSplitOverTwoChunksIsNoAnnouncement) {
 }
 
 } // namespace
-} // namespace tarne
+} // namespace tarne::test

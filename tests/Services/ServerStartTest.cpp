@@ -5,7 +5,7 @@
 using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
 
-namespace tarne {
+namespace tarne::test {
 namespace {
 
 class ServerStartTest : public ServerFixture {};
@@ -203,4 +203,4 @@ TEST_F(ServerStartTest, AFailedLaunchLeavesNothingToStop) {
 }
 
 } // namespace
-} // namespace tarne
+} // namespace tarne::test

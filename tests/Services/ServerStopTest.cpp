@@ -3,7 +3,7 @@
 using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
 
-namespace tarne {
+namespace tarne::test {
 namespace {
 
 class ServerStopTest : public ServerFixture {};
@@ -222,4 +222,4 @@ TEST_F(ServerStopTest, DestroyingItStopsTheServer) {
 }
 
 } // namespace
-} // namespace tarne
+} // namespace tarne::test

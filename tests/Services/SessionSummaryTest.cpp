@@ -4,7 +4,7 @@
 
 using namespace Qt::StringLiterals;
 
-namespace tarne {
+namespace tarne::test {
 namespace {
 
 TEST(SessionSummary, OfNothingIsItsTwoHeadings) {
@@ -51,4 +51,4 @@ TEST(SessionSummary, NamesTheCoachingEvenWhenAllItsSectionsAreEmpty) {
 }
 
 } // namespace
-} // namespace tarne
+} // namespace tarne::test

@@ -2,7 +2,7 @@
 
 using namespace Qt::StringLiterals;
 
-namespace tarne {
+namespace tarne::test {
 namespace {
 
 class StartSweepTest : public ServerFixture {};
@@ -74,4 +74,4 @@ TEST_F(StartSweepTest, WithoutPkillTheStartGoesOnInSilence) {
 }
 
 } // namespace
-} // namespace tarne
+} // namespace tarne::test

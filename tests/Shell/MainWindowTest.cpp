@@ -8,7 +8,7 @@
 
 #include <gtest/gtest.h>
 
-namespace tarne {
+namespace tarne::test {
 namespace {
 
 class MainWindowTest : public testing::Test {
@@ -113,4 +113,4 @@ INSTANTIATE_TEST_SUITE_P(Places, MainWindowEdges,
                          [](const auto &place) { return place.param.name; });
 
 } // namespace
-} // namespace tarne
+} // namespace tarne::test

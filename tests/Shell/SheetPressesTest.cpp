@@ -7,7 +7,7 @@
 
 using namespace Qt::StringLiterals;
 
-namespace tarne {
+namespace tarne::test {
 namespace {
 
 class SheetPresses : public test::ShellTest, public testing::WithParamInterface<QSize> {
@@ -303,4 +303,4 @@ INSTANTIATE_TEST_SUITE_P(AtEachSize, SheetPresses,
                          nameOf);
 
 } // namespace
-} // namespace tarne
+} // namespace tarne::test

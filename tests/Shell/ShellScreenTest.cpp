@@ -14,7 +14,7 @@ Q_IMPORT_QML_PLUGIN(TARNE_ViewsPlugin)
 
 using namespace Qt::StringLiterals;
 
-namespace tarne {
+namespace tarne::test {
 namespace {
 
 using testing::IsSupersetOf;
@@ -362,4 +362,4 @@ TEST_F(ShellOfANewUser, LeadsFromOnboardingToTheTabsAndBackWithoutAWarning) {
 }
 
 } // namespace
-} // namespace tarne
+} // namespace tarne::test

@@ -4,7 +4,7 @@
 
 using namespace Qt::StringLiterals;
 
-namespace tarne {
+namespace tarne::test {
 namespace {
 
 class Shortcuts : public test::ShellTest {
@@ -57,4 +57,4 @@ TEST_F(ShortcutsOfANewUser, NoVisibleButtonOfOnboardingHasOne) {
 }
 
 } // namespace
-} // namespace tarne
+} // namespace tarne::test

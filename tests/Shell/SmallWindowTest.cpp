@@ -9,7 +9,7 @@
 
 using namespace Qt::StringLiterals;
 
-namespace tarne {
+namespace tarne::test {
 namespace {
 
 std::string nameOfSize(const testing::TestParamInfo<QSize> &size) {
@@ -203,4 +203,4 @@ TEST_F(HiddenFace, HearsNothingOfTheTimeThatPasses) {
 }
 
 } // namespace
-} // namespace tarne
+} // namespace tarne::test

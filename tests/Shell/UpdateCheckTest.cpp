@@ -6,7 +6,7 @@
 
 using namespace Qt::StringLiterals;
 
-namespace tarne {
+namespace tarne::test {
 namespace {
 
 using testing::ElementsAre;
@@ -100,4 +100,4 @@ TEST_F(UpdateCheckTest, DropsAnAnswerThatComesAfterItsEnd) {
 }
 
 } // namespace
-} // namespace tarne
+} // namespace tarne::test

@@ -3,7 +3,7 @@
 
 #include <gmock/gmock.h>
 
-namespace tarne {
+namespace tarne::test {
 namespace {
 
 const ButtonConfiguration pressed{.isPressed = true};
@@ -69,4 +69,4 @@ TEST(AnyButtonStyle, IsChosenByACondition) {
 }
 
 } // namespace
-} // namespace tarne
+} // namespace tarne::test

@@ -2,7 +2,7 @@
 
 #include <gmock/gmock.h>
 
-namespace tarne {
+namespace tarne::test {
 namespace {
 
 using testing::DoubleNear;
@@ -44,4 +44,4 @@ TEST(BlurredBox, IsSymmetric) {
 }
 
 } // namespace
-} // namespace tarne
+} // namespace tarne::test

@@ -5,10 +5,10 @@
 
 #include <gmock/gmock.h>
 
-namespace tarne {
-namespace {
-
 using namespace Qt::StringLiterals;
+
+namespace tarne::test {
+namespace {
 
 class AClockTime : public testing::Test {
 protected:
@@ -209,4 +209,4 @@ TEST_F(AClockTime, SettingItFromOutsideIsNoPick) {
 }
 
 } // namespace
-} // namespace tarne
+} // namespace tarne::test

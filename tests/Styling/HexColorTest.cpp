@@ -2,10 +2,10 @@
 
 #include <gmock/gmock.h>
 
-namespace tarne {
-namespace {
-
 using namespace Qt::StringLiterals;
+
+namespace tarne::test {
+namespace {
 
 const QColor fallback(1, 1, 0, 1);
 
@@ -83,4 +83,4 @@ TEST(ColorFromHex, ComponentsAreTheirNumberDividedBy255) {
 }
 
 } // namespace
-} // namespace tarne
+} // namespace tarne::test

@@ -5,10 +5,10 @@
 
 #include <gmock/gmock.h>
 
+using namespace Qt::StringLiterals;
+
 namespace tarne::test {
 namespace {
-
-using namespace Qt::StringLiterals;
 
 struct StyleCase {
     const char *name;

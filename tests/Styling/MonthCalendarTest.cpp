@@ -5,10 +5,10 @@
 
 #include <gmock/gmock.h>
 
-namespace tarne {
-namespace {
-
 using namespace Qt::StringLiterals;
+
+namespace tarne::test {
+namespace {
 
 class AMonthCalendar : public testing::Test {
 protected:
@@ -261,4 +261,4 @@ TEST_F(AMonthCalendar, ReachesFromTheYear1ToTheYear9999) {
 }
 
 } // namespace
-} // namespace tarne
+} // namespace tarne::test

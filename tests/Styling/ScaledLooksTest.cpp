@@ -6,10 +6,10 @@
 
 // Runs twice: at 100 % and, by an environment that only a program's start can set, at 125 %.
 
+using namespace Qt::StringLiterals;
+
 namespace tarne::test {
 namespace {
-
-using namespace Qt::StringLiterals;
 
 /// A shape on white, cut out of a picture of the window, in device pixels.
 class LooksAtEveryScale : public testing::Test {

@@ -7,10 +7,10 @@
 
 #include <gmock/gmock.h>
 
+using namespace Qt::StringLiterals;
+
 namespace tarne::test {
 namespace {
-
-using namespace Qt::StringLiterals;
 
 /// A page with a sheet, and in that sheet another one.
 const QString page = uR"(

@@ -7,10 +7,10 @@
 
 #include <gmock/gmock.h>
 
-namespace tarne {
-namespace {
-
 using namespace Qt::StringLiterals;
+
+namespace tarne::test {
+namespace {
 
 TEST(SymbolTable, EveryOutlineIsEmbedded) {
     for (const SymbolOutline &entry : symbolTable()) {
@@ -79,4 +79,4 @@ TEST(SymbolTable, HasNoLineForAnUnknownName) {
 }
 
 } // namespace
-} // namespace tarne
+} // namespace tarne::test

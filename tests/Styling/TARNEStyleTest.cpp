@@ -2,10 +2,11 @@
 
 #include <gmock/gmock.h>
 
-namespace tarne {
+using namespace Qt::StringLiterals;
+
+namespace tarne::test {
 namespace {
 
-using namespace Qt::StringLiterals;
 using Typography = TARNEStyle::Typography;
 using Colors = TARNEStyle::Colors;
 using Layout = TARNEStyle::Layout;
@@ -118,4 +119,4 @@ TEST(TARNEStyle, SystemColorsAreTheLightVariants) {
 }
 
 } // namespace
-} // namespace tarne
+} // namespace tarne::test

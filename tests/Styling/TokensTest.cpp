@@ -3,10 +3,11 @@
 #include <QMetaProperty>
 #include <gtest/gtest.h>
 
-namespace tarne {
+using namespace Qt::StringLiterals;
+
+namespace tarne::test {
 namespace {
 
-using namespace Qt::StringLiterals;
 using Style = TARNEStyle;
 
 /// What screens get for a token, as QML reads it.
@@ -82,4 +83,4 @@ TEST(Tokens, ReachScreensAsMeasures) {
 }
 
 } // namespace
-} // namespace tarne
+} // namespace tarne::test

@@ -7,10 +7,11 @@ using testing::ElementsAre;
 using testing::IsEmpty;
 using testing::SizeIs;
 
-namespace tarne {
+using namespace Qt::StringLiterals;
+
+namespace tarne::test {
 namespace {
 
-using namespace Qt::StringLiterals;
 using namespace test;
 
 TEST_F(Schedule, AsksForThePermissionToNotifyOnceItIsLoaded) {
@@ -124,4 +125,4 @@ TEST_F(Schedule, ARestoredGoalKeepsItsFlagsAndIsNotRemindedOfAnew) {
 }
 
 } // namespace
-} // namespace tarne
+} // namespace tarne::test

@@ -20,7 +20,7 @@
 
 using namespace Qt::StringLiterals;
 
-namespace tarne {
+namespace tarne::test {
 namespace {
 
 using testing::ElementsAre;
@@ -178,4 +178,4 @@ TEST_F(GoalsAPI, TheOwnerCanEndWithRequestsInFlight) {
 }
 
 } // namespace
-} // namespace tarne
+} // namespace tarne::test

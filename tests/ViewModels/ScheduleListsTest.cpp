@@ -3,10 +3,11 @@
 using testing::IsEmpty;
 using testing::SizeIs;
 
-namespace tarne {
+using namespace Qt::StringLiterals;
+
+namespace tarne::test {
 namespace {
 
-using namespace Qt::StringLiterals;
 using namespace test;
 
 TEST_F(Schedule, ListsTheSelectedDayInTheOrderOfTheStarts) {
@@ -71,4 +72,4 @@ TEST_F(Schedule, AZoneThatChangesUnderTheProgramMovesTheDays) {
 }
 
 } // namespace
-} // namespace tarne
+} // namespace tarne::test

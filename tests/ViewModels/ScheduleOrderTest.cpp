@@ -4,10 +4,11 @@
 
 using testing::ElementsAre;
 
-namespace tarne {
+using namespace Qt::StringLiterals;
+
+namespace tarne::test {
 namespace {
 
-using namespace Qt::StringLiterals;
 using namespace test;
 
 /// A store and a notification centre that note what is asked of either, in one row.
@@ -84,4 +85,4 @@ TEST_F(OrderOfTheSchedule, TogglingListsAndThenSaves) {
 }
 
 } // namespace
-} // namespace tarne
+} // namespace tarne::test

@@ -14,10 +14,11 @@
 
 // The schedule's lists against a slow and obvious reference over random goals and calendars.
 
-namespace tarne {
+using namespace Qt::StringLiterals;
+
+namespace tarne::test {
 namespace {
 
-using namespace Qt::StringLiterals;
 using namespace test;
 
 /// Works on QDateTime alone, one question after the other, and sorts by exchanging neighbours.
@@ -160,4 +161,4 @@ TEST(ScheduleAgainstAReference, ListsAndCountersAreThoseOfTheReferenceInTenThous
 }
 
 } // namespace
-} // namespace tarne
+} // namespace tarne::test

@@ -6,7 +6,7 @@
 
 using namespace Qt::StringLiterals;
 
-namespace tarne {
+namespace tarne::test {
 namespace {
 
 using testing::ElementsAre;
@@ -228,4 +228,4 @@ TEST(SessionPlaceholder, IsOneOfFiveAndEachComesEquallyOften) {
 }
 
 } // namespace
-} // namespace tarne
+} // namespace tarne::test

@@ -2,7 +2,7 @@
 
 using namespace Qt::StringLiterals;
 
-namespace tarne {
+namespace tarne::test {
 namespace {
 
 using testing::Contains;
@@ -182,4 +182,4 @@ TEST_F(SessionLifecycle, EndingWithoutASessionDoesNothingAtAll) {
 }
 
 } // namespace
-} // namespace tarne
+} // namespace tarne::test

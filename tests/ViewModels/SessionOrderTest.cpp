@@ -5,7 +5,7 @@
 
 using namespace Qt::StringLiterals;
 
-namespace tarne {
+namespace tarne::test {
 namespace {
 
 using testing::ElementsAre;
@@ -117,4 +117,4 @@ TEST_F(SessionOrder, AnEndWithoutAReflectionSavesNoneWhateverTheSessionHolds) {
 }
 
 } // namespace
-} // namespace tarne
+} // namespace tarne::test

@@ -5,7 +5,7 @@
 
 using namespace Qt::StringLiterals;
 
-namespace tarne {
+namespace tarne::test {
 namespace {
 
 using testing::Contains;
@@ -188,4 +188,4 @@ TEST_F(SessionRunOut, OfACountdownWithoutASessionSavesNothingAndCompletes) {
 }
 
 } // namespace
-} // namespace tarne
+} // namespace tarne::test

@@ -2,7 +2,7 @@
 
 using namespace Qt::StringLiterals;
 
-namespace tarne {
+namespace tarne::test {
 namespace {
 
 using testing::IsEmpty;
@@ -96,4 +96,4 @@ TEST_F(SessionSync, IsDroppedWhenTheControllerGoesBeforeTheHop) {
 }
 
 } // namespace
-} // namespace tarne
+} // namespace tarne::test

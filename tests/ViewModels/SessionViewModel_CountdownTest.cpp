@@ -2,7 +2,7 @@
 
 using namespace Qt::StringLiterals;
 
-namespace tarne {
+namespace tarne::test {
 namespace {
 
 using testing::Contains;
@@ -131,4 +131,4 @@ INSTANTIATE_TEST_SUITE_P(SecondsLeft, SessionHaptics,
                          [](const auto &test) { return std::string(test.param.name); });
 
 } // namespace
-} // namespace tarne
+} // namespace tarne::test

@@ -4,7 +4,7 @@
 
 using namespace Qt::StringLiterals;
 
-namespace tarne {
+namespace tarne::test {
 namespace {
 
 using testing::ElementsAre;
@@ -325,4 +325,4 @@ TEST_F(SessionHistory, ASecondShortSessionWithTheSameGoalsWithinFiveMinutesStays
 }
 
 } // namespace
-} // namespace tarne
+} // namespace tarne::test

@@ -2,7 +2,7 @@
 
 using namespace Qt::StringLiterals;
 
-namespace tarne {
+namespace tarne::test {
 namespace {
 
 using testing::ElementsAre;
@@ -123,4 +123,4 @@ TEST_F(SessionNotifications, ASecondStartReplacesTheRequestAndTheActivityOfTheFi
 }
 
 } // namespace
-} // namespace tarne
+} // namespace tarne::test

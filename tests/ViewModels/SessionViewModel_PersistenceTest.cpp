@@ -5,7 +5,7 @@
 
 using namespace Qt::StringLiterals;
 
-namespace tarne {
+namespace tarne::test {
 namespace {
 
 using testing::ElementsAre;
@@ -333,4 +333,4 @@ TEST_F(SessionPersistence, RestoredGoalsAreUnrated) {
 }
 
 } // namespace
-} // namespace tarne
+} // namespace tarne::test

@@ -4,7 +4,7 @@
 
 using namespace Qt::StringLiterals;
 
-namespace tarne {
+namespace tarne::test {
 namespace {
 
 using testing::ElementsAre;
@@ -161,4 +161,4 @@ TEST_F(SessionSharing, TheDictionaryOfAPausedSessionIsInactive) {
 }
 
 } // namespace
-} // namespace tarne
+} // namespace tarne::test

@@ -2,7 +2,7 @@
 
 using namespace Qt::StringLiterals;
 
-namespace tarne {
+namespace tarne::test {
 namespace {
 
 class SessionWrapUp : public test::SessionTest {
@@ -183,4 +183,4 @@ TEST_F(SessionWrapUp, AReflectionWithoutASessionStaysInThePreferences) {
 }
 
 } // namespace
-} // namespace tarne
+} // namespace tarne::test

@@ -4,7 +4,7 @@
 
 using namespace Qt::StringLiterals;
 
-namespace tarne {
+namespace tarne::test {
 namespace {
 
 using testing::Contains;
@@ -68,4 +68,4 @@ TEST_F(TwoControllers, TheKeysAlternateBetweenTheTwoWriters) {
 }
 
 } // namespace
-} // namespace tarne
+} // namespace tarne::test

@@ -4,9 +4,9 @@
 #include <QDBusPendingCallWatcher>
 #include <QPointer>
 
-namespace tarne {
-
 using namespace Qt::StringLiterals;
+
+namespace tarne {
 
 namespace {
 /// A service that hangs would hold a call with the bus's own time-out for 25 s.

@@ -4,9 +4,9 @@
 
 #include <QDBusUnixFileDescriptor>
 
-namespace tarne {
-
 using namespace Qt::StringLiterals;
+
+namespace tarne {
 
 namespace {
 

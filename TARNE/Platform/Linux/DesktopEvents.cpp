@@ -1,8 +1,8 @@
 #include "DesktopEvents.h"
 
-namespace tarne {
-
 using namespace Qt::StringLiterals;
+
+namespace tarne {
 
 DesktopEvents::DesktopEvents(QDBusConnection systemBus, const QGuiApplication &application,
                              NotificationCenter &center)

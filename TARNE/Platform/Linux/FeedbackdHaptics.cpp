@@ -1,8 +1,8 @@
 #include "FeedbackdHaptics.h"
 
-namespace tarne {
-
 using namespace Qt::StringLiterals;
+
+namespace tarne {
 
 FeedbackdHaptics::FeedbackdHaptics(QDBusConnection sessionBus)
     : m_feedbackd(std::move(sessionBus), {u"org.sigxcpu.Feedback"_s, u"/org/sigxcpu/Feedback"_s,

@@ -4,10 +4,10 @@
 
 #include <QDBusArgument>
 
-namespace tarne {
-
 using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
+
+namespace tarne {
 
 namespace {
 

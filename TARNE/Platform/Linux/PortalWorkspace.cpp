@@ -7,9 +7,9 @@
 
 #include <unistd.h>
 
-namespace tarne {
-
 using namespace Qt::StringLiterals;
+
+namespace tarne {
 
 PortalWorkspace::PortalWorkspace(QDBusConnection sessionBus)
     : PortalWorkspace(std::move(sessionBus), [](const QUrl &url) {

@@ -8,10 +8,10 @@
 #include <thread>
 #include <utility>
 
-namespace tarne {
-
 using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
+
+namespace tarne {
 
 namespace {
 

@@ -8,9 +8,9 @@
 #include <QNetworkRequest>
 #include <QSslConfiguration>
 
-namespace tarne {
-
 using namespace Qt::StringLiterals;
+
+namespace tarne {
 
 namespace {
 

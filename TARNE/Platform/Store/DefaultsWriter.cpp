@@ -54,8 +54,8 @@ void DefaultsWriter::run() {
 }
 
 bool DefaultsWriter::isWorthCopying() const {
-    return std::any_of(m_keysToCopyFor.begin(), m_keysToCopyFor.end(),
-                       [this](const QString &key) { return m_values.contains(key); });
+    return std::ranges::any_of(m_keysToCopyFor,
+                               [this](const QString &key) { return m_values.contains(key); });
 }
 
 bool DefaultsWriter::takeBatches() {

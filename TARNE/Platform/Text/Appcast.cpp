@@ -6,10 +6,10 @@
 
 #include <algorithm>
 
+using namespace Qt::StringLiterals;
+
 namespace tarne {
 namespace {
-
-using namespace Qt::StringLiterals;
 
 constexpr std::size_t maximumItems = 10'000;
 constexpr qsizetype maximumFieldLength = 4'096;
@@ -161,10 +161,10 @@ std::optional<std::vector<AppcastRelease>> parseAppcast(const QByteArray &docume
 }
 
 std::optional<AppcastRelease> newestRelease(const std::vector<AppcastRelease> &releases) {
-    const auto newest = std::max_element(releases.begin(), releases.end(),
-                                         [](const AppcastRelease &a, const AppcastRelease &b) {
-                                             return compareVersions(a.version, b.version) < 0;
-                                         });
+    const auto newest =
+        std::ranges::max_element(releases, [](const AppcastRelease &a, const AppcastRelease &b) {
+            return compareVersions(a.version, b.version) < 0;
+        });
     return newest == releases.end() ? std::nullopt : std::optional(*newest);
 }
 

@@ -18,15 +18,15 @@ bool isDigit(QChar c) {
 
 QStringView withoutBuild(QStringView version) {
     version = version.trimmed();
-    const auto end = std::find_if(version.begin(), version.end(),
-                                  [](QChar c) { return c == u'+' || c.isSpace(); });
+    const auto end =
+        std::ranges::find_if(version, [](QChar c) { return c == u'+' || c.isSpace(); });
     return version.first(end - version.begin());
 }
 
 /// Takes the next run off the front of `rest`.
 Run takeRun(QStringView &rest) {
     const auto begin =
-        std::find_if(rest.begin(), rest.end(), [](QChar c) { return isDigit(c) || c.isLetter(); });
+        std::ranges::find_if(rest, [](QChar c) { return isDigit(c) || c.isLetter(); });
     if (begin == rest.end())
         return {};
     const bool number = isDigit(*begin);

@@ -3,9 +3,9 @@
 #include <algorithm>
 #include <utility>
 
-namespace tarne {
-
 using namespace Qt::StringLiterals;
+
+namespace tarne {
 
 namespace {
 

@@ -2,10 +2,10 @@
 
 #include <QPainter>
 
+using namespace std::chrono_literals;
+
 namespace tarne {
 namespace {
-
-using namespace std::chrono_literals;
 
 constexpr int spokes = 8;
 

@@ -9,10 +9,10 @@
 #include <QPainter>
 #include <QSvgRenderer>
 
+using namespace Qt::StringLiterals;
+
 namespace tarne {
 namespace {
-
-using namespace Qt::StringLiterals;
 
 /// The outlines are drawn on a grid of 16 units in strokes of about one unit; this much is added to
 /// their edges for each step of 100 in weight.

@@ -3,10 +3,10 @@
 #include <algorithm>
 #include <array>
 
+using namespace Qt::StringLiterals;
+
 namespace tarne {
 namespace {
-
-using namespace Qt::StringLiterals;
 
 // Every file named here is embedded by symbols.cmake, which reads this table.
 constexpr std::array outlines{

@@ -4,7 +4,7 @@
 #include "SessionHistoryEntry.h"
 
 #include <QObject>
-#include <qqmlregistration.h>
+#include <QtQml/qqmlregistration.h>
 
 #include <functional>
 
@@ -16,9 +16,10 @@ class EditReflectionSheet final : public QObject {
     Q_OBJECT
     QML_ELEMENT
     QML_UNCREATABLE("Made by what presents it.")
-    Q_PROPERTY(QString dateText READ dateText CONSTANT)
-    Q_PROPERTY(QString reflection READ reflection WRITE setReflection NOTIFY reflectionChanged)
-    Q_PROPERTY(bool isPresented READ isPresented NOTIFY isPresentedChanged)
+    Q_PROPERTY(QString dateText READ dateText CONSTANT FINAL)
+    Q_PROPERTY(
+        QString reflection READ reflection WRITE setReflection NOTIFY reflectionChanged FINAL)
+    Q_PROPERTY(bool isPresented READ isPresented NOTIFY isPresentedChanged FINAL)
 
 public:
     using OnSave = std::function<void(const QString &reflection)>;

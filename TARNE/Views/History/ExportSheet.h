@@ -2,7 +2,7 @@
 
 #include <QObject>
 #include <QString>
-#include <qqmlregistration.h>
+#include <QtQml/qqmlregistration.h>
 
 namespace tarne {
 
@@ -13,8 +13,8 @@ class ExportSheet final : public QObject {
     Q_OBJECT
     QML_ELEMENT
     QML_UNCREATABLE("Made by what presents it.")
-    Q_PROPERTY(QString text READ text CONSTANT)
-    Q_PROPERTY(bool isPresented READ isPresented NOTIFY isPresentedChanged)
+    Q_PROPERTY(QString text READ text CONSTANT FINAL)
+    Q_PROPERTY(bool isPresented READ isPresented NOTIFY isPresentedChanged FINAL)
 
 public:
     /// The clipboard outlives the sheet.

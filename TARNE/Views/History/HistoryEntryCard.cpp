@@ -55,10 +55,8 @@ HistoryEntryCard::HistoryEntryCard(const SessionHistoryEntry &entry, const Calen
       feedback(feedbackRows(entry)),
       reflection(entry.reflection.isEmpty() ? u"No reflection provided"_s : entry.reflection),
       hasReflection(!entry.reflection.isEmpty()) {
-    const auto completed = static_cast<qsizetype>(
-        std::count_if(entry.goals.begin(), entry.goals.end(), [](const SessionGoal &goal) {
-            return goal.status == GoalStatus::completed;
-        }));
+    const auto completed = static_cast<qsizetype>(std::ranges::count_if(
+        entry.goals, [](const SessionGoal &goal) { return goal.status == GoalStatus::completed; }));
     const GoalStatus summary = summaryOf(completed, goals.size());
     summarySymbol = statusIcon(summary);
     summaryColor = statusColor(summary);

@@ -7,7 +7,7 @@
 #include <QObject>
 #include <QString>
 #include <QVariantList>
-#include <qqmlregistration.h>
+#include <QtQml/qqmlregistration.h>
 
 #include <optional>
 
@@ -17,9 +17,9 @@ namespace tarne {
 struct HistoryGoalRow {
     Q_GADGET
     QML_VALUE_TYPE(historyGoalRow)
-    Q_PROPERTY(QString symbol MEMBER symbol CONSTANT)
-    Q_PROPERTY(QColor color MEMBER color CONSTANT)
-    Q_PROPERTY(QString text MEMBER text CONSTANT)
+    Q_PROPERTY(QString symbol MEMBER symbol CONSTANT FINAL)
+    Q_PROPERTY(QColor color MEMBER color CONSTANT FINAL)
+    Q_PROPERTY(QString text MEMBER text CONSTANT FINAL)
 
 public:
     QString symbol;
@@ -31,9 +31,9 @@ public:
 struct HistoryFeedbackRow {
     Q_GADGET
     QML_VALUE_TYPE(historyFeedbackRow)
-    Q_PROPERTY(QString icon MEMBER icon CONSTANT)
-    Q_PROPERTY(QString title MEMBER title CONSTANT)
-    Q_PROPERTY(QString content MEMBER content CONSTANT)
+    Q_PROPERTY(QString icon MEMBER icon CONSTANT FINAL)
+    Q_PROPERTY(QString title MEMBER title CONSTANT FINAL)
+    Q_PROPERTY(QString content MEMBER content CONSTANT FINAL)
 
 public:
     QString icon;
@@ -45,16 +45,16 @@ public:
 struct HistoryEntryCard {
     Q_GADGET
     QML_VALUE_TYPE(historyEntryCard)
-    Q_PROPERTY(QString time MEMBER time CONSTANT)
-    Q_PROPERTY(QString duration MEMBER duration CONSTANT)
-    Q_PROPERTY(bool hasSummary MEMBER hasSummary CONSTANT)
-    Q_PROPERTY(QString summarySymbol MEMBER summarySymbol CONSTANT)
-    Q_PROPERTY(QColor summaryColor MEMBER summaryColor CONSTANT)
-    Q_PROPERTY(QString summaryText MEMBER summaryText CONSTANT)
-    Q_PROPERTY(QVariantList goals MEMBER goals CONSTANT)
-    Q_PROPERTY(QVariantList feedback MEMBER feedback CONSTANT)
-    Q_PROPERTY(QString reflection MEMBER reflection CONSTANT)
-    Q_PROPERTY(bool hasReflection MEMBER hasReflection CONSTANT)
+    Q_PROPERTY(QString time MEMBER time CONSTANT FINAL)
+    Q_PROPERTY(QString duration MEMBER duration CONSTANT FINAL)
+    Q_PROPERTY(bool hasSummary MEMBER hasSummary CONSTANT FINAL)
+    Q_PROPERTY(QString summarySymbol MEMBER summarySymbol CONSTANT FINAL)
+    Q_PROPERTY(QColor summaryColor MEMBER summaryColor CONSTANT FINAL)
+    Q_PROPERTY(QString summaryText MEMBER summaryText CONSTANT FINAL)
+    Q_PROPERTY(QVariantList goals MEMBER goals CONSTANT FINAL)
+    Q_PROPERTY(QVariantList feedback MEMBER feedback CONSTANT FINAL)
+    Q_PROPERTY(QString reflection MEMBER reflection CONSTANT FINAL)
+    Q_PROPERTY(bool hasReflection MEMBER hasReflection CONSTANT FINAL)
 
 public:
     HistoryEntryCard() = default;

@@ -7,7 +7,7 @@
 #include "Screen.h"
 
 #include <QAbstractItemModel>
-#include <qqmlregistration.h>
+#include <QtQml/qqmlregistration.h>
 
 #include <vector>
 
@@ -25,9 +25,9 @@ class HistoryView final : public tarne::Screen {
     Q_OBJECT
     QML_ELEMENT
     QML_UNCREATABLE("Made with the tabs.")
-    Q_PROPERTY(QAbstractItemModel *rows READ rows CONSTANT)
-    Q_PROPERTY(bool isEmpty READ isEmpty NOTIFY historyEntriesChanged)
-    Q_PROPERTY(bool showsLoadMore READ showsLoadMore NOTIFY historyEntriesChanged)
+    Q_PROPERTY(QAbstractItemModel *rows READ rows CONSTANT FINAL)
+    Q_PROPERTY(bool isEmpty READ isEmpty NOTIFY historyEntriesChanged FINAL)
+    Q_PROPERTY(bool showsLoadMore READ showsLoadMore NOTIFY historyEntriesChanged FINAL)
 
 public:
     /// Everything passed outlives the view.

@@ -12,7 +12,7 @@ namespace tarne {
 class HeatmapGrid : public tarne::TextureItem {
     Q_OBJECT
     QML_ELEMENT
-    Q_PROPERTY(tarne::InsightsView *view READ view WRITE setView NOTIFY viewChanged REQUIRED)
+    Q_PROPERTY(tarne::InsightsView *view READ view WRITE setView NOTIFY viewChanged REQUIRED FINAL)
 
 public:
     static constexpr double cellSize = 15;

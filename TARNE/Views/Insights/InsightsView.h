@@ -7,7 +7,7 @@
 #include <QColor>
 #include <QStringList>
 #include <QVariantList>
-#include <qqmlregistration.h>
+#include <QtQml/qqmlregistration.h>
 
 #include <vector>
 
@@ -19,9 +19,9 @@ class SessionViewModel;
 struct ProductivityTimeRow {
     Q_GADGET
     QML_VALUE_TYPE(productivityTimeRow)
-    Q_PROPERTY(QString period MEMBER period CONSTANT)
-    Q_PROPERTY(QString icon MEMBER icon CONSTANT)
-    Q_PROPERTY(int percentage MEMBER percentage CONSTANT)
+    Q_PROPERTY(QString period MEMBER period CONSTANT FINAL)
+    Q_PROPERTY(QString icon MEMBER icon CONSTANT FINAL)
+    Q_PROPERTY(int percentage MEMBER percentage CONSTANT FINAL)
 
 public:
     QString period;
@@ -38,17 +38,17 @@ class InsightsView final : public tarne::Screen {
     Q_OBJECT
     QML_ELEMENT
     QML_UNCREATABLE("Made with the tabs.")
-    Q_PROPERTY(QString navigationTitle READ navigationTitle CONSTANT)
-    Q_PROPERTY(int currentStreak READ currentStreak NOTIFY figuresChanged)
-    Q_PROPERTY(int longestStreak READ longestStreak NOTIFY figuresChanged)
-    Q_PROPERTY(int completedPercentage READ completedPercentage NOTIFY figuresChanged)
-    Q_PROPERTY(
-        int partiallyCompletedPercentage READ partiallyCompletedPercentage NOTIFY figuresChanged)
-    Q_PROPERTY(int notCompletedPercentage READ notCompletedPercentage NOTIFY figuresChanged)
-    Q_PROPERTY(QVariantList productivityTimes READ productivityTimeRows NOTIFY figuresChanged)
-    Q_PROPERTY(QStringList dayLabels READ dayLabels CONSTANT)
-    Q_PROPERTY(QStringList monthLabels READ monthLabels NOTIFY figuresChanged)
-    Q_PROPERTY(int totalSessionsThisYear READ totalSessionsThisYear NOTIFY figuresChanged)
+    Q_PROPERTY(QString navigationTitle READ navigationTitle CONSTANT FINAL)
+    Q_PROPERTY(int currentStreak READ currentStreak NOTIFY figuresChanged FINAL)
+    Q_PROPERTY(int longestStreak READ longestStreak NOTIFY figuresChanged FINAL)
+    Q_PROPERTY(int completedPercentage READ completedPercentage NOTIFY figuresChanged FINAL)
+    Q_PROPERTY(int partiallyCompletedPercentage READ partiallyCompletedPercentage NOTIFY
+                   figuresChanged FINAL)
+    Q_PROPERTY(int notCompletedPercentage READ notCompletedPercentage NOTIFY figuresChanged FINAL)
+    Q_PROPERTY(QVariantList productivityTimes READ productivityTimeRows NOTIFY figuresChanged FINAL)
+    Q_PROPERTY(QStringList dayLabels READ dayLabels CONSTANT FINAL)
+    Q_PROPERTY(QStringList monthLabels READ monthLabels NOTIFY figuresChanged FINAL)
+    Q_PROPERTY(int totalSessionsThisYear READ totalSessionsThisYear NOTIFY figuresChanged FINAL)
 
 public:
     /// Everything passed outlives the view.

@@ -62,8 +62,8 @@ HistoryGrouping::groupedEntries(const std::vector<SessionHistoryEntry> &entries)
         }
         groups[*found].group.value.push_back(entry);
     }
-    std::stable_sort(groups.begin(), groups.end(),
-                     [](const DatedGroup &a, const DatedGroup &b) { return a.date > b.date; });
+    std::ranges::stable_sort(
+        groups, [](const DatedGroup &a, const DatedGroup &b) { return a.date > b.date; });
     std::vector<HistoryGroup> result;
     result.reserve(groups.size());
     for (DatedGroup &dated : groups)
@@ -72,10 +72,10 @@ HistoryGrouping::groupedEntries(const std::vector<SessionHistoryEntry> &entries)
 }
 
 void HistoryGrouping::sortForDisplay(std::vector<SessionHistoryEntry> &entries) {
-    std::stable_sort(entries.begin(), entries.end(),
-                     [](const SessionHistoryEntry &a, const SessionHistoryEntry &b) {
-                         return a.sessionDate > b.sessionDate;
-                     });
+    std::ranges::stable_sort(entries,
+                             [](const SessionHistoryEntry &a, const SessionHistoryEntry &b) {
+                                 return a.sessionDate > b.sessionDate;
+                             });
 }
 
 } // namespace tarne

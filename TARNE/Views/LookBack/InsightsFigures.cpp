@@ -86,7 +86,7 @@ int InsightsFigures::calculateLongestStreak() const {
         days.push_back(m_calendar.date({day->year(), day->month(), day->day()}).value_or(m_now));
     if (days.empty())
         return 0;
-    std::sort(days.begin(), days.end(), std::greater<>());
+    std::ranges::sort(days, std::greater<>());
     int longest = 0;
     int run = 1;
     for (std::size_t i = 1; i < days.size(); ++i) {
@@ -130,8 +130,8 @@ std::vector<ProductivityTimeData> InsightsFigures::calculateProductivityTimes() 
         {u"Afternoon"_s, u"☀️"_s, truncatedPercentage(counts[afternoon], total)},
         {u"Evening"_s, u"🌙"_s, truncatedPercentage(counts[evening], total)},
         {u"Night"_s, u"🌃"_s, truncatedPercentage(counts[night], total)}};
-    std::stable_sort(times.begin(), times.end(),
-                     [](const auto &a, const auto &b) { return a.percentage > b.percentage; });
+    std::ranges::stable_sort(
+        times, [](const auto &a, const auto &b) { return a.percentage > b.percentage; });
     return times;
 }
 
@@ -165,9 +165,8 @@ std::vector<WeekData> InsightsFigures::weeklyData() const {
 
 int InsightsFigures::totalSessionsThisYear() const {
     const Date cutoff = moved(Unit::weekOfYear, 1 - weeksOfGrid);
-    return static_cast<int>(
-        std::count_if(m_history.begin(), m_history.end(),
-                      [cutoff](const SessionHistoryEntry &e) { return e.sessionDate >= cutoff; }));
+    return static_cast<int>(std::ranges::count_if(
+        m_history, [cutoff](const SessionHistoryEntry &e) { return e.sessionDate >= cutoff; }));
 }
 
 std::vector<HeatmapDayData> InsightsFigures::generateHeatmapData() const {
@@ -195,8 +194,8 @@ QStringList InsightsFigures::monthLabels(const std::vector<WeekData> &weeks,
     const DateFormatter formatter(calendar);
     QStringList labels;
     for (int index = 0; index < weeksOfGrid; index += weeksPerMonthLabel) {
-        const auto week = std::find_if(weeks.begin(), weeks.end(),
-                                       [index](const WeekData &w) { return w.weekIndex == index; });
+        const auto week = std::ranges::find_if(
+            weeks, [index](const WeekData &w) { return w.weekIndex == index; });
         if (week != weeks.end() && !week->days.empty())
             labels += formatter.shortMonth(week->days.front().date);
     }

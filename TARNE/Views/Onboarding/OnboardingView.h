@@ -16,14 +16,15 @@ class OnboardingView : public QObject {
     Q_OBJECT
     QML_ELEMENT
     QML_UNCREATABLE("made by the application")
-    Q_PROPERTY(int currentScreen READ currentScreen NOTIFY currentScreenChanged)
-    Q_PROPERTY(bool isSetupShown READ isSetupShown NOTIFY currentScreenChanged)
-    Q_PROPERTY(QString forwardText READ forwardText NOTIFY currentScreenChanged)
-    Q_PROPERTY(bool canGoForward READ canGoForward NOTIFY canGoForwardChanged)
-    Q_PROPERTY(QString apiKey READ apiKey WRITE setApiKey NOTIFY apiKeyChanged)
-    Q_PROPERTY(bool isAPIKeyVisible READ isAPIKeyVisible NOTIFY isAPIKeyVisibleChanged)
-    Q_PROPERTY(bool showingAPIKeyAlert READ showingAPIKeyAlert NOTIFY showingAPIKeyAlertChanged)
-    Q_PROPERTY(QUrl appIcon READ appIcon CONSTANT)
+    Q_PROPERTY(int currentScreen READ currentScreen NOTIFY currentScreenChanged FINAL)
+    Q_PROPERTY(bool isSetupShown READ isSetupShown NOTIFY currentScreenChanged FINAL)
+    Q_PROPERTY(QString forwardText READ forwardText NOTIFY currentScreenChanged FINAL)
+    Q_PROPERTY(bool canGoForward READ canGoForward NOTIFY canGoForwardChanged FINAL)
+    Q_PROPERTY(QString apiKey READ apiKey WRITE setApiKey NOTIFY apiKeyChanged FINAL)
+    Q_PROPERTY(bool isAPIKeyVisible READ isAPIKeyVisible NOTIFY isAPIKeyVisibleChanged FINAL)
+    Q_PROPERTY(
+        bool showingAPIKeyAlert READ showingAPIKeyAlert NOTIFY showingAPIKeyAlertChanged FINAL)
+    Q_PROPERTY(QUrl appIcon READ appIcon CONSTANT FINAL)
 
 public:
     /// All outlive the view. `appIcon` is the application's icon, empty where there is none.

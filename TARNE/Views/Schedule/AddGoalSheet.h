@@ -6,7 +6,7 @@
 
 #include <QBindable>
 #include <QObject>
-#include <qqmlregistration.h>
+#include <QtQml/qqmlregistration.h>
 
 namespace tarne {
 

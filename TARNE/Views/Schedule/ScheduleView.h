@@ -8,7 +8,7 @@
 #include <QBindable>
 #include <QObject>
 #include <QProperty>
-#include <qqmlregistration.h>
+#include <QtQml/qqmlregistration.h>
 
 #include <optional>
 

@@ -4,7 +4,7 @@
 #include "ScheduledGoal.h"
 
 #include <QAbstractListModel>
-#include <qqmlregistration.h>
+#include <QtQml/qqmlregistration.h>
 
 #include <vector>
 

@@ -13,14 +13,15 @@ class SettingsView : public Screen {
     Q_OBJECT
     QML_ELEMENT
     QML_UNCREATABLE("made by the application")
-    Q_PROPERTY(bool isRunning READ isRunning NOTIFY isRunningChanged)
-    Q_PROPERTY(QString statusText READ statusText NOTIFY isRunningChanged)
+    Q_PROPERTY(bool isRunning READ isRunning NOTIFY isRunningChanged FINAL)
+    Q_PROPERTY(QString statusText READ statusText NOTIFY isRunningChanged FINAL)
     /// Empty when there is none.
-    Q_PROPERTY(QString serverError READ serverError NOTIFY serverErrorChanged)
-    Q_PROPERTY(QString apiKey READ apiKey WRITE setApiKey NOTIFY apiKeyChanged)
-    Q_PROPERTY(bool canSave READ canSave NOTIFY apiKeyChanged)
-    Q_PROPERTY(bool isAPIKeyVisible READ isAPIKeyVisible NOTIFY isAPIKeyVisibleChanged)
-    Q_PROPERTY(bool showingAPIKeyAlert READ showingAPIKeyAlert NOTIFY showingAPIKeyAlertChanged)
+    Q_PROPERTY(QString serverError READ serverError NOTIFY serverErrorChanged FINAL)
+    Q_PROPERTY(QString apiKey READ apiKey WRITE setApiKey NOTIFY apiKeyChanged FINAL)
+    Q_PROPERTY(bool canSave READ canSave NOTIFY apiKeyChanged FINAL)
+    Q_PROPERTY(bool isAPIKeyVisible READ isAPIKeyVisible NOTIFY isAPIKeyVisibleChanged FINAL)
+    Q_PROPERTY(
+        bool showingAPIKeyAlert READ showingAPIKeyAlert NOTIFY showingAPIKeyAlertChanged FINAL)
 
 public:
     /// Both outlive the screen.

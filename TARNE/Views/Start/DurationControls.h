@@ -4,7 +4,7 @@
 #include <QList>
 #include <QObject>
 #include <QString>
-#include <qqmlregistration.h>
+#include <QtQml/qqmlregistration.h>
 
 namespace tarne {
 
@@ -18,15 +18,16 @@ class DurationControls : public QObject {
     Q_OBJECT
     QML_ELEMENT
     QML_UNCREATABLE("What the sheet and the picker have in common.")
-    Q_PROPERTY(QList<int> presetDurations READ presetDurations CONSTANT)
-    Q_PROPERTY(int selectedPreset READ selectedPreset NOTIFY selectedDurationChanged)
+    Q_PROPERTY(QList<int> presetDurations READ presetDurations CONSTANT FINAL)
+    Q_PROPERTY(int selectedPreset READ selectedPreset NOTIFY selectedDurationChanged FINAL)
     Q_PROPERTY(
-        QString selectedDurationText READ selectedDurationText NOTIFY selectedDurationChanged)
-    Q_PROPERTY(bool showCustomInput READ showCustomInput NOTIFY showCustomInputChanged)
+        QString selectedDurationText READ selectedDurationText NOTIFY selectedDurationChanged FINAL)
+    Q_PROPERTY(bool showCustomInput READ showCustomInput NOTIFY showCustomInputChanged FINAL)
     Q_PROPERTY(QString customDuration READ customDuration WRITE setCustomDuration NOTIFY
-                   customDurationChanged)
-    Q_PROPERTY(QString customInputError READ customInputError NOTIFY customInputErrorChanged)
-    Q_PROPERTY(bool canSetCustomDuration READ canSetCustomDuration NOTIFY customInputErrorChanged)
+                   customDurationChanged FINAL)
+    Q_PROPERTY(QString customInputError READ customInputError NOTIFY customInputErrorChanged FINAL)
+    Q_PROPERTY(
+        bool canSetCustomDuration READ canSetCustomDuration NOTIFY customInputErrorChanged FINAL)
 
 public:
     /// Minutes, in the order of the buttons.

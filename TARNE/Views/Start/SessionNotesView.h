@@ -6,7 +6,7 @@
 #include <QBindable>
 #include <QObject>
 #include <QString>
-#include <qqmlregistration.h>
+#include <QtQml/qqmlregistration.h>
 
 #include <functional>
 
@@ -22,8 +22,9 @@ class SessionNotesView final : public QObject {
     Q_OBJECT
     QML_ELEMENT
     QML_UNCREATABLE("Made by the timer screen.")
-    Q_PROPERTY(QString sessionGoal READ sessionGoal WRITE setSessionGoal NOTIFY sessionGoalChanged)
-    Q_PROPERTY(bool isGoalEmpty READ isGoalEmpty NOTIFY isGoalEmptyChanged)
+    Q_PROPERTY(
+        QString sessionGoal READ sessionGoal WRITE setSessionGoal NOTIFY sessionGoalChanged FINAL)
+    Q_PROPERTY(bool isGoalEmpty READ isGoalEmpty NOTIFY isGoalEmptyChanged FINAL)
 
 public:
     /// Everything passed outlives the view. `onStart` runs after the goal was stored and the sheet

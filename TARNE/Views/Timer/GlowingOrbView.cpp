@@ -9,10 +9,10 @@
 #include <algorithm>
 #include <cmath>
 
+using namespace std::chrono_literals;
+
 namespace tarne {
 namespace {
-
-using namespace std::chrono_literals;
 
 /// Entries of the table of distances: fine enough that neighbours at the circle's edge are a
 /// fiftieth of a pixel apart.

@@ -8,7 +8,7 @@
 
 #include <QProperty>
 #include <QString>
-#include <qqmlregistration.h>
+#include <QtQml/qqmlregistration.h>
 
 #include <functional>
 #include <memory>
@@ -38,22 +38,23 @@ class TimerView final : public tarne::Screen {
     Q_OBJECT
     QML_ELEMENT
     QML_UNCREATABLE("Made with the tabs.")
-    Q_PROPERTY(bool isShown READ isShown NOTIFY isShownChanged)
-    Q_PROPERTY(bool isSetupMode READ isSetupMode NOTIFY isSetupModeChanged)
-    Q_PROPERTY(bool isTimerActive READ isTimerActive NOTIFY isTimerActiveChanged)
-    Q_PROPERTY(bool isPaused READ isPaused NOTIFY isPausedChanged)
-    Q_PROPERTY(QString timeText READ timeText NOTIFY timeRemainingChanged)
-    Q_PROPERTY(double orbProgress READ orbProgress NOTIFY orbProgressChanged)
-    Q_PROPERTY(
-        bool showDurationSelection READ showDurationSelection NOTIFY showDurationSelectionChanged)
-    Q_PROPERTY(bool showSessionNotes READ showSessionNotes NOTIFY showSessionNotesChanged)
-    Q_PROPERTY(
-        bool showSessionReflection READ showSessionReflection NOTIFY showSessionReflectionChanged)
+    Q_PROPERTY(bool isShown READ isShown NOTIFY isShownChanged FINAL)
+    Q_PROPERTY(bool isSetupMode READ isSetupMode NOTIFY isSetupModeChanged FINAL)
+    Q_PROPERTY(bool isTimerActive READ isTimerActive NOTIFY isTimerActiveChanged FINAL)
+    Q_PROPERTY(bool isPaused READ isPaused NOTIFY isPausedChanged FINAL)
+    Q_PROPERTY(QString timeText READ timeText NOTIFY timeRemainingChanged FINAL)
+    Q_PROPERTY(double orbProgress READ orbProgress NOTIFY orbProgressChanged FINAL)
+    Q_PROPERTY(bool showDurationSelection READ showDurationSelection NOTIFY
+                   showDurationSelectionChanged FINAL)
+    Q_PROPERTY(bool showSessionNotes READ showSessionNotes NOTIFY showSessionNotesChanged FINAL)
+    Q_PROPERTY(bool showSessionReflection READ showSessionReflection NOTIFY
+                   showSessionReflectionChanged FINAL)
     Q_PROPERTY(tarne::DurationSelectionView *durationSelection READ durationSelection NOTIFY
-                   durationSelectionChanged)
-    Q_PROPERTY(tarne::SessionNotesView *sessionNotes READ sessionNotes NOTIFY sessionNotesChanged)
+                   durationSelectionChanged FINAL)
+    Q_PROPERTY(
+        tarne::SessionNotesView *sessionNotes READ sessionNotes NOTIFY sessionNotesChanged FINAL)
     Q_PROPERTY(tarne::SessionReflectionView *sessionReflection READ sessionReflection NOTIFY
-                   sessionReflectionChanged)
+                   sessionReflectionChanged FINAL)
 
 public:
     /// Everything passed outlives the view. The stored preferences give the first length.

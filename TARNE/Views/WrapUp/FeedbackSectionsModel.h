@@ -3,7 +3,7 @@
 #include "ParsedFeedback.h"
 
 #include <QAbstractListModel>
-#include <qqmlregistration.h>
+#include <QtQml/qqmlregistration.h>
 
 namespace tarne {
 

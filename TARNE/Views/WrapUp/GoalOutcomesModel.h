@@ -3,7 +3,7 @@
 #include "SessionGoal.h"
 
 #include <QAbstractListModel>
-#include <qqmlregistration.h>
+#include <QtQml/qqmlregistration.h>
 
 #include <vector>
 

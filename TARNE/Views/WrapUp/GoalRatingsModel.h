@@ -4,7 +4,7 @@
 
 #include <QAbstractListModel>
 #include <QHash>
-#include <qqmlregistration.h>
+#include <QtQml/qqmlregistration.h>
 
 #include <vector>
 

@@ -9,7 +9,7 @@
 #include <QColor>
 #include <QObject>
 #include <QString>
-#include <qqmlregistration.h>
+#include <QtQml/qqmlregistration.h>
 
 #include <functional>
 #include <memory>
@@ -46,17 +46,18 @@ class SessionFeedbackView final : public QObject {
     Q_OBJECT
     QML_ELEMENT
     QML_UNCREATABLE("Made by the reflection sheet.")
-    Q_PROPERTY(Panel panel READ panel NOTIFY panelChanged)
-    Q_PROPERTY(QString feedbackError READ feedbackError NOTIFY panelChanged)
-    Q_PROPERTY(tarne::FeedbackSectionsModel *sections READ sections CONSTANT)
-    Q_PROPERTY(tarne::GoalOutcomesModel *goals READ goals CONSTANT)
-    Q_PROPERTY(bool hasGoals READ hasGoals NOTIFY goalsChanged)
-    Q_PROPERTY(QString progressText READ progressText NOTIFY goalsChanged)
-    Q_PROPERTY(double progressValue READ progressValue NOTIFY goalsChanged)
-    Q_PROPERTY(QColor progressColor READ progressColor NOTIFY goalsChanged)
-    Q_PROPERTY(QString reflection READ reflection WRITE setReflection NOTIFY reflectionChanged)
+    Q_PROPERTY(Panel panel READ panel NOTIFY panelChanged FINAL)
+    Q_PROPERTY(QString feedbackError READ feedbackError NOTIFY panelChanged FINAL)
+    Q_PROPERTY(tarne::FeedbackSectionsModel *sections READ sections CONSTANT FINAL)
+    Q_PROPERTY(tarne::GoalOutcomesModel *goals READ goals CONSTANT FINAL)
+    Q_PROPERTY(bool hasGoals READ hasGoals NOTIFY goalsChanged FINAL)
+    Q_PROPERTY(QString progressText READ progressText NOTIFY goalsChanged FINAL)
+    Q_PROPERTY(double progressValue READ progressValue NOTIFY goalsChanged FINAL)
+    Q_PROPERTY(QColor progressColor READ progressColor NOTIFY goalsChanged FINAL)
+    Q_PROPERTY(
+        QString reflection READ reflection WRITE setReflection NOTIFY reflectionChanged FINAL)
     Q_PROPERTY(bool isEditingReflection READ isEditingReflection WRITE setEditingReflection NOTIFY
-                   isEditingReflectionChanged)
+                   isEditingReflectionChanged FINAL)
 
 public:
     /// What stands in the place of the coaching, by what is known: the call is under way, it has

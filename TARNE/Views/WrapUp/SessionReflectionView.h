@@ -8,7 +8,7 @@
 #include <QObject>
 #include <QProperty>
 #include <QStringList>
-#include <qqmlregistration.h>
+#include <QtQml/qqmlregistration.h>
 
 #include <functional>
 #include <memory>
@@ -25,13 +25,14 @@ class SessionReflectionView final : public QObject {
     Q_OBJECT
     QML_ELEMENT
     QML_UNCREATABLE("Made by the timer screen.")
-    Q_PROPERTY(tarne::GoalRatingsModel *goals READ goals CONSTANT)
-    Q_PROPERTY(bool hasGoals READ hasGoals NOTIFY stateChanged)
-    Q_PROPERTY(QStringList statusNames READ statusNames CONSTANT)
-    Q_PROPERTY(QString reflection READ reflection WRITE setReflection NOTIFY reflectionChanged)
-    Q_PROPERTY(bool canComplete READ canComplete NOTIFY stateChanged)
-    Q_PROPERTY(bool showingFeedback READ showingFeedback NOTIFY showingFeedbackChanged)
-    Q_PROPERTY(tarne::SessionFeedbackView *feedback READ feedback NOTIFY feedbackChanged)
+    Q_PROPERTY(tarne::GoalRatingsModel *goals READ goals CONSTANT FINAL)
+    Q_PROPERTY(bool hasGoals READ hasGoals NOTIFY stateChanged FINAL)
+    Q_PROPERTY(QStringList statusNames READ statusNames CONSTANT FINAL)
+    Q_PROPERTY(
+        QString reflection READ reflection WRITE setReflection NOTIFY reflectionChanged FINAL)
+    Q_PROPERTY(bool canComplete READ canComplete NOTIFY stateChanged FINAL)
+    Q_PROPERTY(bool showingFeedback READ showingFeedback NOTIFY showingFeedbackChanged FINAL)
+    Q_PROPERTY(tarne::SessionFeedbackView *feedback READ feedback NOTIFY feedbackChanged FINAL)
 
 public:
     /// The controller and the property behind the binding outlive the view. `onComplete` runs when

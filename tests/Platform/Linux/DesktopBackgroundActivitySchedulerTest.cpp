@@ -8,11 +8,12 @@
 
 #include <gtest/gtest.h>
 
-namespace tarne {
-namespace {
-
 using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
+
+namespace tarne::test {
+namespace {
+
 using namespace test;
 
 const QString service = u"org.freedesktop.login1"_s;
@@ -158,4 +159,4 @@ TEST(DesktopBackgroundActivityWithoutABus, RunsAllTheSame) {
 }
 
 } // namespace
-} // namespace tarne
+} // namespace tarne::test

@@ -11,10 +11,11 @@
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-namespace tarne {
+using namespace Qt::StringLiterals;
+
+namespace tarne::test {
 namespace {
 
-using namespace Qt::StringLiterals;
 using namespace test;
 
 const QString logindService = u"org.freedesktop.login1"_s;
@@ -133,4 +134,4 @@ TEST(DesktopEventsWithoutABus, GoingFromInactiveToHiddenIsNoSecondResigning) {
 }
 
 } // namespace
-} // namespace tarne
+} // namespace tarne::test

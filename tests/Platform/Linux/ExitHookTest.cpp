@@ -5,7 +5,7 @@
 #include <cstdio>
 #include <cstdlib>
 
-namespace tarne {
+namespace tarne::test {
 namespace {
 
 const auto tell = [] { std::fputs("the last operation ", stderr); };
@@ -29,4 +29,4 @@ TEST(ExitHookDeathTest, RunsNothingAfterItsEnd) {
 }
 
 } // namespace
-} // namespace tarne
+} // namespace tarne::test

@@ -5,11 +5,12 @@
 
 #include <gtest/gtest.h>
 
-namespace tarne {
-namespace {
-
 using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
+
+namespace tarne::test {
+namespace {
+
 using namespace test;
 
 class FeedbackdCues : public testing::Test {
@@ -69,4 +70,4 @@ TEST(FeedbackdCuesWithoutABus, DoNothing) {
 }
 
 } // namespace
-} // namespace tarne
+} // namespace tarne::test

@@ -11,11 +11,12 @@
 
 using testing::SizeIs;
 
-namespace tarne {
-namespace {
-
 using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
+
+namespace tarne::test {
+namespace {
+
 using namespace test;
 
 const QString notificationService = u"org.freedesktop.Notifications"_s;
@@ -317,4 +318,4 @@ TEST_F(FreedesktopNotifications, ABusThatVanishesIsReportedFromThenOn) {
 }
 
 } // namespace
-} // namespace tarne
+} // namespace tarne::test

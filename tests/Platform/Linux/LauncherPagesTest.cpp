@@ -10,10 +10,10 @@
 #include <sys/socket.h>
 #include <unistd.h>
 
-namespace tarne {
-namespace {
-
 using namespace Qt::StringLiterals;
+
+namespace tarne::test {
+namespace {
 
 const QUrl pageWithOddCharacters(u"https://example.org/a b?q=ü\n"_s);
 
@@ -95,4 +95,4 @@ TEST(NoLauncherPipe, IsNothingAtAllWhereTheDescriptorIsClosed) {
 }
 
 } // namespace
-} // namespace tarne
+} // namespace tarne::test

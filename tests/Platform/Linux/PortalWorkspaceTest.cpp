@@ -9,11 +9,12 @@
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-namespace tarne {
-namespace {
-
 using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
+
+namespace tarne::test {
+namespace {
+
 using namespace test;
 
 const QUrl page(u"https://example.org/a b?q=ü"_s);
@@ -101,4 +102,4 @@ TEST(PortalWorkspaceWithoutABus, SaysSoWhenNobodyOpensThePage) {
 }
 
 } // namespace
-} // namespace tarne
+} // namespace tarne::test

@@ -12,9 +12,9 @@
 
 #include <csignal>
 
-namespace tarne::test {
-
 using namespace Qt::StringLiterals;
+
+namespace tarne::test {
 
 namespace {
 

@@ -17,7 +17,7 @@
 using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
 
-namespace tarne {
+namespace tarne::test {
 namespace {
 
 constexpr auto patience = 20s;
@@ -329,4 +329,4 @@ TEST_F(QProcessLauncherTest, AChildDoesNotOutliveAParentThatIsKilled) {
 }
 
 } // namespace
-} // namespace tarne
+} // namespace tarne::test

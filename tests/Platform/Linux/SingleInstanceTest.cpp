@@ -9,11 +9,12 @@
 
 #include <gtest/gtest.h>
 
-namespace tarne {
-namespace {
-
 using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
+
+namespace tarne::test {
+namespace {
+
 using namespace test;
 
 /// Who has the lock that the programs of a test compete for, and what it tells the others.
@@ -254,4 +255,4 @@ TEST_F(AProcessWithoutABus, WaitsForOneThatIsAboutToEndAndTakesItsPlace) {
 }
 
 } // namespace
-} // namespace tarne
+} // namespace tarne::test

@@ -7,7 +7,7 @@
 
 #include <sys/resource.h>
 
-namespace tarne {
+namespace tarne::test {
 namespace {
 
 TEST(SocketPortProbe, AFreePortCanBeBoundAgainAndAgain) {
@@ -68,4 +68,4 @@ TEST(SocketPortProbe, APortCannotWhereNoSocketCanBeOpened) {
 }
 
 } // namespace
-} // namespace tarne
+} // namespace tarne::test

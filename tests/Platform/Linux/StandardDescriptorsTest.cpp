@@ -7,7 +7,7 @@
 #include <sys/sysmacros.h>
 #include <unistd.h>
 
-namespace tarne {
+namespace tarne::test {
 namespace {
 
 bool isNullDevice(int descriptor) {
@@ -47,4 +47,4 @@ TEST_P(StandardDescriptorsDeathTest, AreOpenAfterwardsAndNoOtherIs) {
 INSTANTIATE_TEST_SUITE_P(ClosedOnes, StandardDescriptorsDeathTest, testing::Range(0, 8));
 
 } // namespace
-} // namespace tarne
+} // namespace tarne::test

@@ -15,7 +15,7 @@
 
 using namespace Qt::StringLiterals;
 
-namespace tarne {
+namespace tarne::test {
 namespace {
 
 /// Puts another file in the place of standard output, until the end of its life.
@@ -173,4 +173,4 @@ TEST(StandardOutputLog, AReaderThatHasGoneCostsTheLineAndNothingElse) {
 }
 
 } // namespace
-} // namespace tarne
+} // namespace tarne::test

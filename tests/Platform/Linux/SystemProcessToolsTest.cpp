@@ -19,7 +19,7 @@
 
 using namespace Qt::StringLiterals;
 
-namespace tarne {
+namespace tarne::test {
 namespace {
 
 class SystemProcessToolsTest : public testing::Test {
@@ -129,4 +129,4 @@ TEST_F(SystemProcessToolsTest, AToolThatIsNotThereIsNotLaunched) {
 }
 
 } // namespace
-} // namespace tarne
+} // namespace tarne::test

@@ -11,10 +11,11 @@
 #include <sys/resource.h>
 #include <unistd.h>
 
-namespace tarne {
+using namespace std::chrono_literals;
+
+namespace tarne::test {
 namespace {
 
-using namespace std::chrono_literals;
 using namespace test;
 
 TEST(UnixSignals, TermAndInterruptCallTheMainThread) {
@@ -89,4 +90,4 @@ TEST(CoreDumpsDeathTest, ThatAreForbiddenForGoodStaySoWithoutAWord) {
 }
 
 } // namespace
-} // namespace tarne
+} // namespace tarne::test

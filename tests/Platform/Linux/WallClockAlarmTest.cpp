@@ -10,11 +10,12 @@
 
 #include <cmath>
 
-namespace tarne {
-namespace {
-
 using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
+
+namespace tarne::test {
+namespace {
+
 using namespace test;
 
 /// What the kernel says of this process's only timer file.
@@ -84,4 +85,4 @@ TEST(WallClockAlarm, WaitsOnTheWallClockAndIsToldWhenThatIsSet) {
 }
 
 } // namespace
-} // namespace tarne
+} // namespace tarne::test

@@ -7,11 +7,12 @@
 
 #include <gmock/gmock.h>
 
-namespace tarne {
-namespace {
-
 using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
+
+namespace tarne::test {
+namespace {
+
 using namespace test;
 using Kind = UpdateCheckResult::Kind;
 
@@ -184,4 +185,4 @@ TEST_F(AnAppcastUpdater, AnUpdaterThatGoesAwayDuringALookAnswersNobody) {
 }
 
 } // namespace
-} // namespace tarne
+} // namespace tarne::test

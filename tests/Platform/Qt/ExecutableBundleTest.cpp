@@ -8,7 +8,7 @@
 
 using namespace Qt::StringLiterals;
 
-namespace tarne {
+namespace tarne::test {
 namespace {
 
 TEST(ExecutableBundle, IsTheFolderOfTheProgram) {
@@ -33,4 +33,4 @@ TEST(ExecutableBundle, KnowsTheWorkingDirectoryAndItsFiles) {
 }
 
 } // namespace
-} // namespace tarne
+} // namespace tarne::test

@@ -17,7 +17,7 @@
 using namespace std::chrono_literals;
 using namespace Qt::StringLiterals;
 
-namespace tarne {
+namespace tarne::test {
 
 void PrintTo(const HTTPResult &result, std::ostream *out) {
     if (const auto *response = std::get_if<HTTPResponse>(&result))
@@ -316,4 +316,4 @@ TEST_F(NetworkHTTPClientTest, IsPatientForAMinuteAndTakesSixtyFourMegabytes) {
 }
 
 } // namespace
-} // namespace tarne
+} // namespace tarne::test

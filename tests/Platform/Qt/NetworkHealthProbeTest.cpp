@@ -10,7 +10,7 @@
 using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
 
-namespace tarne {
+namespace tarne::test {
 namespace {
 
 /// A server that answers every request with the same bytes, and then keeps or closes the line.
@@ -150,4 +150,4 @@ TEST_F(NetworkHealthProbeTest, KeepsNoConnectionBehindAnAnswer) {
 }
 
 } // namespace
-} // namespace tarne
+} // namespace tarne::test

@@ -15,7 +15,7 @@
 
 using namespace std::chrono_literals;
 
-namespace tarne {
+namespace tarne::test {
 namespace {
 
 using Clock = std::chrono::steady_clock;
@@ -69,4 +69,4 @@ TEST(QtRunLoopPunctuality, ADelayOfAnyPhaseEndsAtItsMoment) {
 }
 
 } // namespace
-} // namespace tarne
+} // namespace tarne::test

@@ -15,7 +15,7 @@
 
 using namespace std::chrono_literals;
 
-namespace tarne {
+namespace tarne::test {
 namespace {
 
 /// Serves the event loop until `done` holds, for twenty seconds at most.
@@ -250,4 +250,4 @@ TEST(QtRunLoop, ADelayThatIsNegativeOrNoNumberCountsAsNone) {
 }
 
 } // namespace
-} // namespace tarne
+} // namespace tarne::test

@@ -8,7 +8,7 @@
 
 using namespace Qt::StringLiterals;
 
-namespace tarne {
+namespace tarne::test {
 namespace {
 
 TEST(TransportErrorText, EveryErrorHasOneLineOfText) {
@@ -47,4 +47,4 @@ TEST(TransportErrorText, TellsTheReasonsApart) {
 }
 
 } // namespace
-} // namespace tarne
+} // namespace tarne::test

@@ -9,10 +9,11 @@
 
 #include <gtest/gtest.h>
 
-namespace tarne {
+using namespace Qt::StringLiterals;
+
+namespace tarne::test {
 namespace {
 
-using namespace Qt::StringLiterals;
 using Holder = ProgramLock::Holder;
 using test::ExpectedWarning;
 
@@ -138,4 +139,4 @@ TEST_F(ADefaultsLock, IsNotLeftToTheHoldersChildren) {
 }
 
 } // namespace
-} // namespace tarne
+} // namespace tarne::test

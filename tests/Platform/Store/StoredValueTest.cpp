@@ -4,7 +4,7 @@
 
 using namespace Qt::StringLiterals;
 
-namespace tarne {
+namespace tarne::test {
 namespace {
 
 using Cell = StoredValue::Cell;
@@ -72,4 +72,4 @@ TEST(StoredValue, IsTheSameOnlyWithTheSameTypeAndBits) {
 }
 
 } // namespace
-} // namespace tarne
+} // namespace tarne::test

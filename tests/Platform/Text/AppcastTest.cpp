@@ -6,10 +6,10 @@ using testing::ElementsAre;
 using testing::IsEmpty;
 using testing::Optional;
 
-namespace tarne {
-namespace {
-
 using namespace Qt::StringLiterals;
+
+namespace tarne::test {
+namespace {
 
 QByteArray feed(const QByteArray &channel) {
     return R"(<?xml version="1.0" encoding="utf-8"?><rss version="2.0" xmlns:u="urn:updates"><channel>)" +
@@ -128,4 +128,4 @@ TEST(NewestRelease, IsNoneOfNone) {
 }
 
 } // namespace
-} // namespace tarne
+} // namespace tarne::test

@@ -6,7 +6,7 @@
 
 using namespace Qt::StringLiterals;
 
-namespace tarne {
+namespace tarne::test {
 namespace {
 
 TEST(DecimalInteger, IsTheNumberOfDigitsWithAtMostOneSign) {
@@ -49,4 +49,4 @@ INSTANTIATE_TEST_SUITE_P(Texts, NoDecimalInteger,
                                          u"25\u00a0", u"25\u200b"));
 
 } // namespace
-} // namespace tarne
+} // namespace tarne::test

@@ -6,7 +6,7 @@
 
 using namespace Qt::StringLiterals;
 
-namespace tarne {
+namespace tarne::test {
 namespace {
 
 struct NumberCase {
@@ -39,4 +39,4 @@ TEST(ListDescription, QuotesItsElements) {
 }
 
 } // namespace
-} // namespace tarne
+} // namespace tarne::test

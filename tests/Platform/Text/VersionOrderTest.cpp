@@ -2,10 +2,10 @@
 
 #include <gtest/gtest.h>
 
-namespace tarne {
-namespace {
-
 using namespace Qt::StringLiterals;
+
+namespace tarne::test {
+namespace {
 
 struct Pair {
     const char *name;
@@ -53,4 +53,4 @@ TEST(VersionEquality, WhatFollowsAPlusOrASpaceDoesNotCount) {
 }
 
 } // namespace
-} // namespace tarne
+} // namespace tarne::test

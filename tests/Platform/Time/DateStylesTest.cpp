@@ -6,10 +6,11 @@
 #include <thread>
 #include <vector>
 
-namespace tarne {
+using namespace Qt::StringLiterals;
+
+namespace tarne::test {
 namespace {
 
-using namespace Qt::StringLiterals;
 using Style = DateStyles::Style;
 
 TEST(DateStyles, AMonthAndAFullDateReadInTheOrderOfTheLanguage) {
@@ -70,4 +71,4 @@ TEST(DateStyles, ThreadsThatWriteAtTheSameTimeWriteTheirOwnTexts) {
 }
 
 } // namespace
-} // namespace tarne
+} // namespace tarne::test

@@ -6,7 +6,7 @@
 
 using namespace Qt::StringLiterals;
 
-namespace tarne {
+namespace tarne::test {
 namespace {
 
 TEST(DurationText, HasTwoDigitsEachForHoursMinutesAndSeconds) {
@@ -28,4 +28,4 @@ TEST(DurationText, SaturatesWhatNoIntegerHolds) {
 }
 
 } // namespace
-} // namespace tarne
+} // namespace tarne::test

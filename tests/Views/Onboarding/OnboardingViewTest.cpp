@@ -8,7 +8,7 @@
 using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
 
-namespace tarne {
+namespace tarne::test {
 namespace {
 
 class OnboardingViewTest : public ServerFixture {
@@ -137,4 +137,4 @@ TEST_F(OnboardingViewTest, GettingAKeyOpensTheKeyPage) {
 }
 
 } // namespace
-} // namespace tarne
+} // namespace tarne::test

@@ -1,6 +1,8 @@
 #include "ScheduleScreenFixture.h"
 #include "TextLook.h"
 
+#include <algorithm>
+
 namespace tarne::test {
 namespace {
 
@@ -125,7 +127,7 @@ TEST_F(TheAddGoalSheet, ShowsSymbolGradientAndShadowWithTheFirstVisibleCharacter
     openSheet();
     const auto hasSymbol = [this] {
         const auto items = ui().find(u"Schedule Goal"_s)->findChildren<QQuickItem *>();
-        return std::any_of(items.begin(), items.end(), [](const QQuickItem *item) {
+        return std::ranges::any_of(items, [](const QQuickItem *item) {
             return item->property("symbol") == u"calendar.badge.plus"_s && item->isVisible() &&
                    item->property("size").isValid();
         });

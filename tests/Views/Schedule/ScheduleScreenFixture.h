@@ -5,9 +5,9 @@
 
 #include <gmock/gmock.h>
 
-namespace tarne::test {
-
 using namespace Qt::StringLiterals;
+
+namespace tarne::test {
 
 /// The screen in its window, on 2026-03-02, a Monday, at 10:00 in New York.
 class ScheduleScreenTest : public testing::Test {

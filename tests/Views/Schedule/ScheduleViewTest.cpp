@@ -14,10 +14,11 @@ using testing::ElementsAre;
 using testing::IsEmpty;
 using testing::SizeIs;
 
-namespace tarne {
+using namespace Qt::StringLiterals;
+
+namespace tarne::test {
 namespace {
 
-using namespace Qt::StringLiterals;
 using namespace test;
 
 /// The screen and its sheet on 2026-03-02, a Monday, at 10:00 in New York.
@@ -409,4 +410,4 @@ TEST_F(AScheduleView, TheSheetTellsWhenAGoalCanBeAdded) {
 }
 
 } // namespace
-} // namespace tarne
+} // namespace tarne::test

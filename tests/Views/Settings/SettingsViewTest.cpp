@@ -6,7 +6,7 @@
 using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
 
-namespace tarne {
+namespace tarne::test {
 namespace {
 
 class SettingsViewTest : public ServerFixture {
@@ -125,4 +125,4 @@ TEST_F(SettingsViewTest, GettingAKeyOpensTheKeyPage) {
 }
 
 } // namespace
-} // namespace tarne
+} // namespace tarne::test

@@ -3,7 +3,7 @@
 
 #include <gmock/gmock.h>
 
-namespace tarne {
+namespace tarne::test {
 namespace {
 
 using testing::DoubleNear;
@@ -134,4 +134,4 @@ TEST(OrbPulse, StoppedTwiceItComesToRestAtTheEarlierOfTheTwoTimes) {
 }
 
 } // namespace
-} // namespace tarne
+} // namespace tarne::test

@@ -16,7 +16,7 @@
 
 using namespace Qt::StringLiterals;
 
-namespace tarne {
+namespace tarne::test {
 namespace {
 
 /// A controller over a store on the disk; both end and begin anew together, as the program does.
@@ -155,4 +155,4 @@ TEST_F(LargeDocuments, AHistoryOf50MegabytesIsSavedAndLoadedAndGrows) {
 }
 
 } // namespace
-} // namespace tarne
+} // namespace tarne::test

@@ -9,9 +9,9 @@
 #include <algorithm>
 #include <ctime>
 
-namespace tarne::test {
-
 using namespace Qt::StringLiterals;
+
+namespace tarne::test {
 
 namespace {
 
@@ -64,7 +64,7 @@ void KilledProgram::finish() {
 bool areOver(const std::vector<const KilledProgram *> &programs) {
     const QDeadlineTimer deadline(std::chrono::minutes(4));
     while (!deadline.hasExpired()) {
-        if (std::all_of(programs.begin(), programs.end(), [](auto *p) { return p->isOver(); }))
+        if (std::ranges::all_of(programs, [](auto *p) { return p->isOver(); }))
             return true;
         QCoreApplication::processEvents(QEventLoop::AllEvents | QEventLoop::WaitForMoreEvents, 50);
     }

@@ -3,11 +3,11 @@
 #include "StoredKeys.h"
 #include "StoredUserDefaults.h"
 
-namespace tarne {
-namespace {
-
 using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
+
+namespace tarne::test {
+namespace {
 
 constexpr double length = 10'800.0;
 const QString goal = u"Write report, Überblick 🙂, "_s;
@@ -72,4 +72,4 @@ TEST(SessionKill, At200RandomInstantsTheSessionComesBackAndLosesAtMostTheLastSec
 }
 
 } // namespace
-} // namespace tarne
+} // namespace tarne::test

@@ -2,11 +2,11 @@
 #include "ManualTime.h"
 #include "StoredUserDefaults.h"
 
-namespace tarne {
-namespace {
-
 using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
+
+namespace tarne::test {
+namespace {
 
 /// Writes the timer's and the session's keys as a session does, in batches that belong together.
 class KilledWriter final : public test::KilledProgram {
@@ -65,4 +65,4 @@ TEST(StoreKill, At200RandomInstantsLosesAtMostTheLastSecondAndMixesNoMoments) {
 }
 
 } // namespace
-} // namespace tarne
+} // namespace tarne::test

@@ -16,10 +16,10 @@
 // Both screens as a user of some country sees them on Wednesday, 2026-04-08, at three in the
 // afternoon, a launch after the sessions were stored. Time alone is the test's.
 
+using namespace Qt::StringLiterals;
+
 namespace tarne::test {
 namespace {
-
-using namespace Qt::StringLiterals;
 
 /// What a user reads, written down by hand.
 struct Tongue {

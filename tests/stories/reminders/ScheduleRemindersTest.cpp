@@ -15,11 +15,12 @@
 // The schedule over what it stands on in the program: the notification daemon on a bus, the run
 // loop of Qt's event loop, and the store's file. Time alone is the test's.
 
-namespace tarne {
-namespace {
-
 using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
+
+namespace tarne::test {
+namespace {
+
 using namespace test;
 using testing::ElementsAre;
 using testing::IsEmpty;
@@ -285,4 +286,4 @@ TEST_F(AReminder, WithoutABusCostsALineAndTheGoalIsKept) {
 }
 
 } // namespace
-} // namespace tarne
+} // namespace tarne::test

@@ -8,7 +8,7 @@
 
 #include <gtest/gtest.h>
 
-namespace tarne {
+namespace tarne::test {
 
 /// Hands on what is logged and writes it into a journal too.
 class JournalLog final : public Log {
@@ -64,4 +64,4 @@ protected:
     std::unique_ptr<ServerManager> manager = std::make_unique<ServerManager>(platform());
 };
 
-} // namespace tarne
+} // namespace tarne::test

@@ -12,9 +12,9 @@
 
 #include <algorithm>
 
-namespace tarne::test {
-
 using namespace Qt::StringLiterals;
+
+namespace tarne::test {
 
 namespace {
 
