@@ -142,7 +142,8 @@ void saveHistory(benchmark::State &state) {
     Reader reader(DefaultsFolder(directory.path()).file());
     const auto commit = [&] {
         defaults.synchronize();
-        runLoop.runPending();
+        // The store hands over a few milliseconds later, behind both controllers.
+        runLoop.advance(std::chrono::milliseconds(100));
         reader.awaitCommit();
     };
     commit();
