@@ -2,6 +2,8 @@
 
 #include <SQLiteCpp/Statement.h>
 
+#include <QFile>
+
 using namespace Qt::StringLiterals;
 
 namespace tarne::test {
@@ -14,7 +16,11 @@ protected:
         open().setObject(preferencesKey, text);
         close();
     }
+    /// With what is left of an unfinished one.
     QStringList copies() const { return filesIn(copiesFolder()); }
+    bool hasCopy(const QString &date) const {
+        return QFile::exists(copiesFolder() + u"/defaults-%1.sqlite"_s.arg(date));
+    }
 };
 
 TEST_F(DailyCopiesTest, AreMadeAtTheFirstStartOfADayOfWhatTheLastRunLeft) {
@@ -48,11 +54,11 @@ TEST_F(DailyCopiesTest, AreMadeOnceADay) {
 
 TEST_F(DailyCopiesTest, AreMadeInARunThatGoesOnForDays) {
     open();
-    for (int number = 0; number < 3; ++number) {
-        store().setObject(preferencesKey, QByteArray::number(number));
+    for (const QString &date : {u"2026-03-02"_s, u"2026-03-03"_s, u"2026-03-04"_s}) {
+        store().setObject(preferencesKey, date.toUtf8());
         store().synchronize();
         runPosted();
-        EXPECT_TRUE(eventually([&] { return copies().size() == number + 1; }));
+        EXPECT_TRUE(eventually([&] { return hasCopy(date); })) << qPrintable(date);
         time.advance(day);
     }
 }

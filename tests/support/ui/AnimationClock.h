@@ -8,7 +8,12 @@ namespace tarne::test {
 /// Holds every animation of the process where it is until the test lets time pass for it.
 class AnimationClock final : public QAnimationDriver {
 public:
-    AnimationClock() { install(); }
+    AnimationClock() {
+        install();
+        // What already runs takes the time since its last frame now; what starts next would
+        // otherwise begin with it.
+        advanceAnimation();
+    }
     ~AnimationClock() override { uninstall(); }
 
     /// What was started before begins here; what is bound to the animated values has followed.
