@@ -122,10 +122,10 @@ std::optional<Date> DateFormatter::fromMonthAndDay(QStringView text) const {
 
 std::optional<Date> DateFormatter::fromWeekdayName(QStringView text) const {
     const QLocale &locale = m_calendar.locale();
-    QDate day(yearOfYearlessTexts, 1, 1);
-    while (day.dayOfWeek() != locale.firstDayOfWeek())
-        day = day.addDays(1);
-    for (int i = 0; i < 7; ++i, day = day.addDays(1)) {
+    const QDate newYear(yearOfYearlessTexts, 1, 1);
+    const QDate beginOfWeek = newYear.addDays((7 - daysIntoWeek(newYear, locale)) % 7);
+    for (int i = 0; i < 7; ++i) {
+        const QDate day = beginOfWeek.addDays(i);
         if (locale.dayName(day.dayOfWeek(), QLocale::LongFormat) == text)
             return startOfDay(day);
     }
