@@ -8,6 +8,8 @@
 #include "OfflineSession.h"
 #include "RecordingPasteboard.h"
 
+#include <QProperty>
+
 #include <random>
 
 using namespace Qt::StringLiterals;
@@ -77,13 +79,15 @@ struct LookBackStage {
 
 void takeSheets(Gallery &gallery) {
     const LookBackStage stage;
+    QProperty<QString> reflection{u"Felt really productive today."_s};
+    QProperty<bool> isPresented{true};
     EditReflectionSheet edit({.sessionDate = stage.session.time.now(), .goals = {}, .duration = 0},
-                             u"Felt really productive today."_s, stage.calendar(),
-                             [](const QString &) {});
+                             &reflection, &isPresented, stage.calendar(), [](const QString &) {});
     gallery.take(u"edit-reflection"_s, document(u"EditReflectionPanel.qml"_s),
                  {{u"view"_s, QVariant::fromValue(&edit)}}, {}, QSize(500, 300));
     test::RecordingPasteboard pasteboard;
-    ExportSheet exported(u"Session History\n\nMonday, 25 min: wrote the report."_s, pasteboard);
+    ExportSheet exported(u"Session History\n\nMonday, 25 min: wrote the report."_s, &isPresented,
+                         pasteboard);
     gallery.take(u"export"_s, document(u"ExportPanel.qml"_s),
                  {{u"view"_s, QVariant::fromValue(&exported)}}, {}, QSize(700, 500));
 }

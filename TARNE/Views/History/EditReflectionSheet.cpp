@@ -4,10 +4,13 @@
 
 namespace tarne {
 
-EditReflectionSheet::EditReflectionSheet(SessionHistoryEntry entry, QString reflection,
-                                         Calendar calendar, OnSave onSave)
+EditReflectionSheet::EditReflectionSheet(SessionHistoryEntry entry, QBindable<QString> reflection,
+                                         QBindable<bool> isPresented, Calendar calendar,
+                                         OnSave onSave)
     : m_entry(std::move(entry)),
-      m_reflection(std::move(reflection)),
+      m_reflection(reflection),
+      m_reflectionNotifier(m_reflection.addNotifier([this] { Q_EMIT reflectionChanged(); })),
+      m_isPresented(isPresented),
       m_calendar(std::move(calendar)),
       m_onSave(std::move(onSave)) {}
 
@@ -15,25 +18,13 @@ QString EditReflectionSheet::formatDate(Date date) const {
     return DateFormatter(m_calendar).fullDateAndShortTime(date);
 }
 
-void EditReflectionSheet::setReflection(const QString &reflection) {
-    if (m_reflection == reflection)
-        return;
-    m_reflection = reflection;
-    Q_EMIT reflectionChanged();
-}
-
 void EditReflectionSheet::cancel() {
-    close();
+    m_isPresented.setValue(false);
 }
 
 void EditReflectionSheet::save() {
-    m_onSave(m_reflection);
-    close();
-}
-
-void EditReflectionSheet::close() {
-    if (std::exchange(m_isPresented, false))
-        Q_EMIT isPresentedChanged();
+    m_onSave(reflection());
+    m_isPresented.setValue(false);
 }
 
 } // namespace tarne

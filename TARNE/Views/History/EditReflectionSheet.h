@@ -3,15 +3,18 @@
 #include "Calendar.h"
 #include "SessionHistoryEntry.h"
 
+#include <QBindable>
 #include <QObject>
+#include <QString>
 #include <QtQml/qqmlregistration.h>
 
 #include <functional>
 
 namespace tarne {
 
-/// A sheet that edits the reflection of one entry. It hands the text over, and its presenter
-/// closes it. Nothing in the system presents it.
+/// A sheet that edits the reflection of one entry. The text and the flag are the presenter's: what
+/// is typed is in the presenter's text at once, also after "Cancel". Nothing in the system presents
+/// it.
 class EditReflectionSheet final : public QObject {
     Q_OBJECT
     QML_ELEMENT
@@ -19,38 +22,36 @@ class EditReflectionSheet final : public QObject {
     Q_PROPERTY(QString dateText READ dateText CONSTANT FINAL)
     Q_PROPERTY(
         QString reflection READ reflection WRITE setReflection NOTIFY reflectionChanged FINAL)
-    Q_PROPERTY(bool isPresented READ isPresented NOTIFY isPresentedChanged FINAL)
 
 public:
     using OnSave = std::function<void(const QString &reflection)>;
 
-    EditReflectionSheet(SessionHistoryEntry entry, QString reflection, Calendar calendar,
-                        OnSave onSave);
+    /// What the two bindings reach outlives the sheet.
+    EditReflectionSheet(SessionHistoryEntry entry, QBindable<QString> reflection,
+                        QBindable<bool> isPresented, Calendar calendar, OnSave onSave);
 
     [[nodiscard]] QString dateText() const { return formatDate(m_entry.sessionDate); }
     /// The locale's full date and short time.
     [[nodiscard]] QString formatDate(Date date) const;
 
-    [[nodiscard]] QString reflection() const { return m_reflection; }
-    void setReflection(const QString &reflection);
+    [[nodiscard]] QString reflection() const { return m_reflection.value(); }
+    void setReflection(const QString &reflection) { m_reflection.setValue(reflection); }
 
-    [[nodiscard]] bool isPresented() const { return m_isPresented; }
-
+    /// Closes the sheet and does nothing else.
     Q_INVOKABLE void cancel();
+    /// Hands the text over and closes the sheet.
     Q_INVOKABLE void save();
 
 Q_SIGNALS:
     void reflectionChanged();
-    void isPresentedChanged();
 
 private:
-    void close();
-
     SessionHistoryEntry m_entry;
-    QString m_reflection;
+    QBindable<QString> m_reflection;
+    QPropertyNotifier m_reflectionNotifier;
+    QBindable<bool> m_isPresented;
     Calendar m_calendar;
     OnSave m_onSave;
-    bool m_isPresented = true;
 };
 
 } // namespace tarne

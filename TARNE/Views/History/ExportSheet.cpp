@@ -4,12 +4,11 @@
 
 namespace tarne {
 
-ExportSheet::ExportSheet(QString text, Pasteboard &pasteboard)
-    : m_text(std::move(text)), m_pasteboard(pasteboard) {}
+ExportSheet::ExportSheet(QString text, QBindable<bool> isPresented, Pasteboard &pasteboard)
+    : m_text(std::move(text)), m_isPresented(isPresented), m_pasteboard(pasteboard) {}
 
 void ExportSheet::done() {
-    if (std::exchange(m_isPresented, false))
-        Q_EMIT isPresentedChanged();
+    m_isPresented.setValue(false);
 }
 
 void ExportSheet::copyToClipboard() {

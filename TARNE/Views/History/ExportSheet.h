@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QBindable>
 #include <QObject>
 #include <QString>
 #include <QtQml/qqmlregistration.h>
@@ -14,26 +15,22 @@ class ExportSheet final : public QObject {
     QML_ELEMENT
     QML_UNCREATABLE("Made by what presents it.")
     Q_PROPERTY(QString text READ text CONSTANT FINAL)
-    Q_PROPERTY(bool isPresented READ isPresented NOTIFY isPresentedChanged FINAL)
 
 public:
-    /// The clipboard outlives the sheet.
-    ExportSheet(QString text, Pasteboard &pasteboard);
+    /// The presenter's flag and the clipboard outlive the sheet.
+    ExportSheet(QString text, QBindable<bool> isPresented, Pasteboard &pasteboard);
 
     [[nodiscard]] QString text() const { return m_text; }
-    [[nodiscard]] bool isPresented() const { return m_isPresented; }
 
+    /// Closes the sheet.
     Q_INVOKABLE void done();
     /// Replaces what the clipboard holds by the text.
     Q_INVOKABLE void copyToClipboard();
 
-Q_SIGNALS:
-    void isPresentedChanged();
-
 private:
     QString m_text;
+    QBindable<bool> m_isPresented;
     Pasteboard &m_pasteboard;
-    bool m_isPresented = true;
 };
 
 } // namespace tarne

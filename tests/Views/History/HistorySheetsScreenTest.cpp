@@ -6,6 +6,7 @@
 #include "TextLook.h"
 #include "UiDriver.h"
 
+#include <QProperty>
 #include <QTimeZone>
 
 #include <gmock/gmock.h>
@@ -23,10 +24,13 @@ QUrl document(const QString &name) {
 /// The sheet over an entry of 2026-03-02, 12:00, with the reflection "before".
 struct EditedSheet {
     Calendar calendar{QTimeZone::utc(), QLocale(u"en_US"_s)};
+    QProperty<QString> reflection{u"before"_s};
+    QProperty<bool> isPresented{true};
     QStringList saved;
     EditReflectionSheet sheet{
         {.sessionDate = *calendar.date({2026, 3, 2, 12}), .goals = {}, .duration = 0},
-        u"before"_s,
+        &reflection,
+        &isPresented,
         calendar,
         [this](const QString &text) { saved += text; }};
     test::UiDriver ui{document(u"EditReflectionPanel.qml"_s),
@@ -35,8 +39,9 @@ struct EditedSheet {
 };
 
 struct ShownExport {
-    explicit ShownExport(const QString &text) : sheet(text, pasteboard) {}
+    explicit ShownExport(const QString &text) : sheet(text, &isPresented, pasteboard) {}
 
+    QProperty<bool> isPresented{true};
     test::RecordingPasteboard pasteboard;
     ExportSheet sheet;
     test::UiDriver ui{document(u"ExportPanel.qml"_s),
@@ -55,16 +60,26 @@ TEST(EditReflectionScreen, EditsSavesAndCloses) {
     edited.ui.type(u" after"_s);
     ASSERT_TRUE(edited.ui.click(u"Save"_s));
     EXPECT_EQ(edited.saved, QStringList{u"before after"_s});
-    EXPECT_FALSE(edited.sheet.isPresented());
+    EXPECT_FALSE(edited.isPresented);
 }
 
-TEST(EditReflectionScreen, CancelSavesNothing) {
+TEST(EditReflectionScreen, CancelSavesNothingAndLeavesThePresenterWhatWasTyped) {
     EditedSheet edited;
     ASSERT_TRUE(edited.ui.click(prompt, QAccessible::EditableText));
-    edited.ui.type(u"x"_s);
+    edited.ui.key(Qt::Key_End, Qt::ControlModifier);
+    edited.ui.type(u" after"_s);
     ASSERT_TRUE(edited.ui.click(u"Cancel"_s));
     EXPECT_EQ(edited.saved, QStringList());
-    EXPECT_FALSE(edited.sheet.isPresented());
+    EXPECT_FALSE(edited.isPresented);
+    EXPECT_EQ(edited.reflection.value(), u"before after"_s);
+}
+
+TEST(EditReflectionScreen, ShowsATextThatThePresenterChanges) {
+    EditedSheet edited;
+    edited.reflection = u"another"_s;
+    edited.ui.settle();
+    EXPECT_EQ(edited.ui.find(prompt, QAccessible::EditableText)->property("text").toString(),
+              u"another"_s);
 }
 
 TEST(EditReflectionScreen, HasItsSizeItsTextsAndTheirLook) {
@@ -137,9 +152,9 @@ TEST(ExportScreen, ShowsAndCopiesItsText) {
     EXPECT_TRUE(shown.ui.has(u"# <i>History</i>"_s));
     ASSERT_TRUE(shown.ui.click(u"Copy to Clipboard"_s));
     EXPECT_EQ(shown.pasteboard.text, u"# <i>History</i>"_s);
-    EXPECT_TRUE(shown.sheet.isPresented());
+    EXPECT_TRUE(shown.isPresented);
     ASSERT_TRUE(shown.ui.click(u"Done"_s));
-    EXPECT_FALSE(shown.sheet.isPresented());
+    EXPECT_FALSE(shown.isPresented);
 }
 
 TEST(ExportScreen, HasItsSizeAndItsTitle) {
