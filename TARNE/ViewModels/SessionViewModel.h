@@ -190,7 +190,8 @@ private:
 
     RunLoop::Timer m_timer = RunLoop::Timer::None; ///< The tick.
     double m_originalDuration = 0.0; ///< Seconds; the length of the running count-down.
-    std::unique_ptr<BackgroundActivity> m_backgroundActivity;
+    /// What asks the system to favour the process while the count-down runs; none before the first.
+    std::unique_ptr<BackgroundActivity> m_backgroundTaskIdentifier;
     /// Wall-clock start of the count-down, the base of all arithmetic.
     std::optional<Date> m_sessionStartTime;
     std::vector<NotificationCenter::Registration> m_observers;

@@ -72,9 +72,9 @@ void SessionViewModel::stopTimer() {
     m_sessionStartTime.reset();
     clearTimerState();
     cancelCompletionNotification();
-    if (m_backgroundActivity)
-        m_backgroundActivity->invalidate();
-    m_backgroundActivity.reset();
+    if (m_backgroundTaskIdentifier)
+        m_backgroundTaskIdentifier->invalidate();
+    m_backgroundTaskIdentifier.reset();
 }
 
 void SessionViewModel::timerCompleted() {
@@ -104,11 +104,12 @@ void SessionViewModel::provideHapticFeedback() {
 }
 
 void SessionViewModel::setupBackgroundActivity() {
-    m_backgroundActivity = m_platform.backgroundActivities.makeActivity(u"com.tarne.timer"_s);
-    m_backgroundActivity->schedule([&runLoop = m_platform.runLoop, duration = m_originalDuration](
-                                       const BackgroundActivity::Finished &finished) {
-        runLoop.asyncAfter(RunLoop::Seconds(duration), finished);
-    });
+    m_backgroundTaskIdentifier = m_platform.backgroundActivities.makeActivity(u"com.tarne.timer"_s);
+    m_backgroundTaskIdentifier->schedule(
+        [&runLoop = m_platform.runLoop,
+         duration = m_originalDuration](const BackgroundActivity::Finished &finished) {
+            runLoop.asyncAfter(RunLoop::Seconds(duration), finished);
+        });
 }
 
 } // namespace tarne

@@ -13,7 +13,7 @@ Row {
     property alias outlineColor: field.outlineColor
     property alias textColor: field.color
     property alias font: field.font
-    readonly property bool isFocused: field.activeFocus
+    readonly property bool isTextFieldFocused: field.activeFocus
     // Whether the value can be read. The eye asks for a change with `visibilityToggled`.
     property bool isValueVisible: false
     property color eyeColor: Colors.secondaryLabel

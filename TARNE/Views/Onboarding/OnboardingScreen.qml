@@ -51,10 +51,10 @@ Rectangle {
 
             ScrollColumn {
                 anchors.fill: parent
-                topPadding: Math.max(0, Math.round((height - welcome.implicitHeight) / 2))
+                topPadding: Math.max(0, Math.round((height - welcomeScreen.implicitHeight) / 2))
 
                 WelcomePage {
-                    id: welcome
+                    id: welcomeScreen
 
                     width: parent.width
                     appIcon: screen.view.appIcon
@@ -67,7 +67,7 @@ Rectangle {
             isShown: screen.view.isSetupShown
 
             SetupPage {
-                id: setup
+                id: setupScreen
 
                 anchors.fill: parent
                 view: screen.view
@@ -117,7 +117,7 @@ Rectangle {
                 const opensSetup = !screen.view.isSetupShown;
                 screen.view.goForward();
                 if (opensSetup)
-                    setup.forceActiveFocus();
+                    setupScreen.forceActiveFocus();
             }
         }
     }

@@ -59,7 +59,7 @@ PageColumn {
                 text: page.view.apiKey
                 isValueVisible: page.view.isAPIKeyVisible
                 textColor: Colors.black
-                outlineColor: field.isFocused ? Colors.blue : Colors.black
+                outlineColor: field.isTextFieldFocused ? Colors.blue : Colors.black
                 eyeColor: Colors.secondaryText
                 onTextEdited: text => page.view.apiKey = text
                 onVisibilityToggled: page.view.toggleAPIKeyVisibility()

@@ -8,10 +8,12 @@ Column {
     id: row
 
     required property SessionReflectionView view
-    required property int index
     required property string goalText
     // The position of the chosen verdict, or -1.
     required property int selectedStatus
+
+    // The user chose a verdict, told by its position.
+    signal statusChange(status: int)
 
     spacing: 18
 
@@ -34,7 +36,7 @@ Column {
 
                 text: modelData
                 isSelected: index === row.selectedStatus
-                onClicked: row.view.rate(row.index, index)
+                onClicked: row.statusChange(index)
             }
         }
     }

@@ -45,8 +45,11 @@ SheetPanel {
                 model: sheet.view.goals
 
                 GoalEvaluationRow {
+                    required property int index
+
                     width: parent?.width ?? 0
                     view: sheet.view
+                    onStatusChange: status => sheet.view.rate(index, status)
                 }
             }
         }
