@@ -69,7 +69,7 @@ Pressable {
 
         anchors.centerIn: parent
         visible: !button.label
-        spacing: 6
+        spacing: Layout.defaultSpacing
 
         SymbolIcon {
             anchors.verticalCenter: parent.verticalCenter

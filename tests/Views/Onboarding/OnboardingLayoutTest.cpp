@@ -276,6 +276,7 @@ TEST_F(OnboardingLayout, TheKeysFieldIsOutlinedAndTheEyeStandsBehindIt) {
     EXPECT_EQ(probe().place(u"Show key"_s).left(), placeOf(field).right() + 8);
     EXPECT_EQ(probe().look(u"Get Free API Key"_s), SecondaryButtonStyle{}({}));
     EXPECT_EQ(probe().item(u"Get Free API Key"_s).property("symbol"), u"link"_s);
+    EXPECT_EQ(probe().gapIn(u"Get Free API Key"_s), 8);
     EXPECT_EQ(probe().item(u"Get Free API Key"_s).property("minimumWidth"), 130);
     ASSERT_TRUE(ui().click(u"Show key"_s));
     EXPECT_EQ(probe().item(u"Hide key"_s).property("symbol"), u"eye.slash"_s);

@@ -117,6 +117,12 @@ TEST_F(SheetLayout, TheDurationSheetWritesInItsTokens) {
     EXPECT_EQ(probe().look(u"Continue"_s), PrimaryButtonStyle{}({}));
 }
 
+TEST_F(SheetLayout, TheSymbolsOfItsButtonsStandEightPointsFromTheirTexts) {
+    openDurationSheet();
+    EXPECT_EQ(probe().gapIn(u"Custom Duration"_s), 8);
+    EXPECT_EQ(probe().gapIn(u"Continue"_s), 8);
+}
+
 TEST_F(SheetLayout, TheSummaryStandsInItsBox) {
     openDurationSheet();
     const QQuickItem &label = probe().item(u"Selected Duration:"_s);

@@ -123,6 +123,7 @@ TEST_F(TimerLayout, ShowsTheTimeInDigitsOfEqualWidth) {
 TEST_F(TimerLayout, ShowsEachButtonInItsStyleWithItsSymbol) {
     EXPECT_EQ(probe().look(u"Start Session"_s), PrimaryButtonStyle{}({}));
     EXPECT_EQ(probe().item(u"Start Session"_s).property("symbol"), u"play.fill"_s);
+    EXPECT_EQ(probe().gapIn(u"Start Session"_s), 8);
     startSession(u"Review"_s);
     EXPECT_EQ(probe().look(u"Pause"_s), PrimaryButtonStyle{}({}));
     EXPECT_EQ(probe().item(u"Pause"_s).property("symbol"), u"pause.fill"_s);

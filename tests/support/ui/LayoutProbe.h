@@ -1,11 +1,14 @@
 #pragma once
 
 #include "AnyButtonStyle.h"
+#include "ItemLook.h"
 #include "UiDriver.h"
 
 #include <gtest/gtest.h>
 
 #include <QFont>
+
+#include <algorithm>
 
 namespace tarne::test {
 
@@ -35,6 +38,17 @@ public:
     static QColor color(const QQuickItem &item) { return item.property("color").value<QColor>(); }
     ButtonLook look(const QString &button) {
         return item(button).property("look").value<ButtonLook>();
+    }
+    /// How far a button's symbol and its text stand apart, whichever comes first.
+    double gapIn(const QString &button) {
+        const QQuickItem &pressed = item(button, QAccessible::Button);
+        const QQuickItem *const words = textBelow(pressed, button);
+        const auto symbols = symbolsIn(&pressed);
+        if (!words || symbols.size() != 1)
+            return place(missing(button + QStringLiteral(" with a symbol"))).x();
+        const QRectF symbol = place(*symbols.front());
+        const QRectF text = place(*words);
+        return std::max(symbol.left(), text.left()) - std::min(symbol.right(), text.right());
     }
 
 private:
