@@ -89,6 +89,9 @@ Card {
         id: feedback
 
         width: parent.width
+        // A column leaves out what has no height, and its spacing with it. The goals keep their place
+        // where there are none.
+        topPadding: panel.card.hasSummary ? 0 : panel.spacing
         spacing: 12
 
         Repeater {

@@ -264,6 +264,27 @@ TEST_F(HistoryLook, TheRowsOfACardStandApartAsTold) {
     EXPECT_EQ(placeOf(u"25 min"_s).bottomRight(), card.bottomRight() - QPointF(16, 16));
 }
 
+TEST_F(HistoryLook, TheEmptyGoalsOfACardStandApartOnBothSides) {
+    controller().saveSessionHistory(
+        {{.sessionDate = time.now(), .goals = {}, .duration = 120, .motivation = u"motive"_s},
+         {.sessionDate = time.now() - 60.0, .goals = {}, .duration = 180}});
+    view().appear();
+    (void)screen().picture();
+    const QRectF coached = test::placeOf(cardOf(u"12:00 PM"_s));
+    EXPECT_EQ(placeOf(u"12:00 PM"_s).topLeft(), coached.topLeft() + QPointF(16, 16));
+    EXPECT_EQ(test::placeOf(*screen().find(u"Motivation"_s, QAccessible::Button)).top(),
+              placeOf(u"12:00 PM"_s).bottom() + 16 + 16);
+    EXPECT_EQ(placeOf(u"2 min"_s).bottomRight(), coached.bottomRight() - QPointF(16, 16));
+    const QRectF bare = test::placeOf(cardOf(u"11:59 AM"_s));
+    EXPECT_EQ(placeOf(u"11:59 AM"_s).topLeft(), bare.topLeft() + QPointF(16, 16));
+    const QQuickItem &words = *test::around(&text(u"3 min"_s), "cornerRadius");
+    EXPECT_EQ(&words, &cardOf(u"11:59 AM"_s));
+    EXPECT_EQ(placeOf(u"3 min"_s).bottomRight(), bare.bottomRight() - QPointF(16, 16));
+    // Head, empty goals, the reflection's title and text, and foot.
+    EXPECT_EQ(placeOf(u"3 min"_s).top() - placeOf(u"11:59 AM"_s).bottom(),
+              16 + 16 + (16 + 8 + placeOf(u"No reflection provided"_s).height()) + 16);
+}
+
 TEST_F(HistoryLook, IconsStandInFramesOf16AndTheirTexts8Behind) {
     showSessions();
     const double left = test::placeOf(cardOf(u"12:00 PM"_s)).left() + 16;
