@@ -31,7 +31,14 @@ Rectangle {
             symbol: "plus"
             horizontalPadding: 20
             verticalPadding: 12
+            scale: 1
             onClicked: screen.view.openAddGoal()
+
+            // Tied to nothing that changes, so it never runs. It is meant to be like this.
+            Behavior on scale {
+                enabled: false
+                EaseInOut { duration: 150 }
+            }
         }
         CloseButton {
             accessibleLabel: "Close schedule"

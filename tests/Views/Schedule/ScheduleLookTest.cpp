@@ -18,6 +18,14 @@ protected:
         add(2, 16, u"Read"_s);
         click(u"Mark as done: Read"_s, QAccessible::Button);
     }
+    /// What animates a property of the item itself; null where nothing does.
+    static QObject *behaviorOf(const QQuickItem &item) {
+        for (QObject *child : item.children()) {
+            if (child->inherits("QQuickBehavior"))
+                return child;
+        }
+        return nullptr;
+    }
     /// The row of a counter.
     const QQuickItem &counter(const QString &label) { return *around(&text(label), "icon"); }
 };
@@ -94,7 +102,6 @@ TEST_F(TheScheduleScreensLook, ItsCallsToActionLieOnAnIndigoGradientWithAShadow)
     EXPECT_EQ(button(u"New Goal"_s).property("rightPadding"), 20);
     EXPECT_EQ(button(u"New Goal"_s).property("topPadding"), 12);
     EXPECT_EQ(button(u"New Goal"_s).property("bottomPadding"), 12);
-    EXPECT_EQ(button(u"New Goal"_s).scale(), 1);
     expectGradient(u"Add Goal"_s, 12);
     EXPECT_EQ(button(u"Add Goal"_s).property("leftPadding"), 24);
     EXPECT_EQ(button(u"Add Goal"_s).property("topPadding"), 14);
@@ -102,6 +109,30 @@ TEST_F(TheScheduleScreensLook, ItsCallsToActionLieOnAnIndigoGradientWithAShadow)
         const QRectF plus = placeOf(*symbolsIn(&button(name)).front());
         EXPECT_EQ(place(textOfButton(name)).left(), plus.right() + 8) << qPrintable(name);
     }
+}
+
+TEST_F(TheScheduleScreensLook, NewGoalHasAScaleOfOneAndAnAnimationOfItThatNeverRuns) {
+    QQuickItem *const newGoal = ui().find(u"New Goal"_s, QAccessible::Button);
+    ASSERT_TRUE(newGoal);
+    QObject *const behavior = behaviorOf(*newGoal);
+    ASSERT_TRUE(behavior);
+    EXPECT_EQ(behavior->property("enabled"), false);
+    EXPECT_EQ(newGoal->scale(), 1);
+    ui().press(ui().middleOf(u"New Goal"_s, QAccessible::Button));
+    EXPECT_EQ(newGoal->scale(), 1);
+    ui().release(QPointF(1, 1));
+    newGoal->setProperty("scale", 0.5);
+    EXPECT_EQ(newGoal->scale(), 0.5) << "at once";
+    // Qt makes the animation only when it is to run.
+    behavior->setProperty("enabled", true);
+    newGoal->setProperty("scale", 1);
+    EXPECT_LT(newGoal->scale(), 1);
+    const auto *const animation = behavior->property("animation").value<QObject *>();
+    ASSERT_TRUE(animation);
+    EXPECT_EQ(animation->property("duration"), 150);
+    const auto easing = animation->property("easing").toEasingCurve();
+    EXPECT_NEAR(easing.valueForProgress(0.25), 0.129, 0.01); // In and out
+    EXPECT_NEAR(easing.valueForProgress(0.75), 0.871, 0.01);
 }
 
 TEST_F(TheScheduleScreensLook, ItsCloseButtonIsOutlinedAndStandsAtTheRight) {
