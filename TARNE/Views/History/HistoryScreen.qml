@@ -25,8 +25,8 @@ Rectangle {
         readonly property Item focusedItem: Window.activeFocusItem
         // The margin that the position was last set for.
         property real heededTopMargin: 0
-        // The reader's place when all rows are replaced: the session at the upper edge, and how far its
-        // card has gone past that. None at the head of the page, which has a place of its own.
+        // The reader's place when all rows are replaced: the session at the upper edge, and how far
+        // its card has gone past that. None at the head of the page, which has a place of its own.
         property string placeSession
         property real placeOffset: 0
         property bool isPlaceNoted: false

@@ -4,8 +4,9 @@ import TARNE.Styling
 import TARNE.Views
 
 // A year of sessions, a column a week. Its geometry is fixed; where the card is narrower its oldest
-// weeks are cut off, and today is in sight. A month's text is 13 columns of 17 wide; with the row's own spacing of 2 each stands 2
-// further to the right of its week than the one before it, the fourth 6.
+// weeks are cut off, and today is in sight. A month's text is 13 columns of 17 wide. The row's own
+// spacing is 2, so each text stands 2 further to the right of its week than the one before it, the
+// fourth 6.
 PageCard {
     id: card
 
