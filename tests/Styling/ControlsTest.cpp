@@ -127,6 +127,7 @@ TEST(Card, UntouchedIsOfTheCardStyle) {
 TEST(TextInputBox, IsOfTheTextInputStyle) {
     const UiDriver ui(column(u"TextInputBox { objectName: 'box'; width: 200; height: 50 }"_s));
     const auto *box = ui.root()->findChild<QQuickItem *>(u"box"_s);
+    EXPECT_EQ(box->property("padding"), 16.0);
     EXPECT_EQ(box->property("font").value<QFont>(), TARNEStyle::Typography::body());
     const auto *ground = box->property("background").value<QQuickItem *>();
     EXPECT_EQ(ground->property("radius"), 8.0);

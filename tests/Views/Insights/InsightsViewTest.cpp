@@ -89,6 +89,14 @@ TEST_F(InsightsViewTest, TheFirstReadOfAnEmptyHistoryFillsItWithSixSamples) {
     EXPECT_EQ(view().sessionHistory().size(), 6U);
 }
 
+TEST_F(InsightsViewTest, EachOfTheSixSavesOfTheSamplesTellsOfTheChangedHistory) {
+    std::vector<std::size_t> stored;
+    const auto registration = center.addObserver(notifications::sessionHistoryUpdated,
+                                                 [&] { stored.push_back(history().size()); });
+    view().appear();
+    EXPECT_THAT(stored, testing::ElementsAre(1, 2, 3, 4, 5, 6));
+}
+
 TEST_F(InsightsViewTest, TheSamplesHoldTheirGoalsAndDays) {
     const auto samples = view().createSampleHistoryEntries();
     QStringList goals;
@@ -176,6 +184,35 @@ TEST_F(InsightsViewTest, AChangeOfTheControllerIsOneDrawing) {
     EXPECT_EQ(drawings.size(), 0);
     QCoreApplication::processEvents();
     EXPECT_EQ(drawings.size(), 1);
+}
+
+TEST_F(InsightsViewTest, APauseIsOneDrawing) {
+    start(u"a"_s, 600);
+    view().appear();
+    const QSignalSpy drawings(&view(), &InsightsView::figuresChanged);
+    controller().pauseTimer();
+    QCoreApplication::processEvents();
+    EXPECT_EQ(drawings.size(), 1);
+}
+
+TEST_F(InsightsViewTest, AChangeOfThePreferencesAloneIsOneDrawing) {
+    view().appear();
+    const QSignalSpy drawings(&view(), &InsightsView::figuresChanged);
+    UserPreferences preferences = controller().userPreferences();
+    preferences.defaultDuration = 2700;
+    controller().updatePreferences(preferences);
+    QCoreApplication::processEvents();
+    EXPECT_EQ(drawings.size(), 1);
+}
+
+TEST_F(InsightsViewTest, AChangedHistoryAloneIsNoDrawing) {
+    view().appear();
+    const QSignalSpy drawings(&view(), &InsightsView::figuresChanged);
+    controller().saveSessionHistory({{.sessionDate = time.now(), .goals = {}, .duration = 0}});
+    center.post(notifications::sessionHistoryUpdated);
+    QCoreApplication::processEvents();
+    EXPECT_EQ(drawings.size(), 0);
+    EXPECT_EQ(view().totalSessionsThisYear(), 6);
 }
 
 TEST_F(InsightsViewTest, ARunOutWhileItIsShownCountsAtOnce) {

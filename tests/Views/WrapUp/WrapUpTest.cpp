@@ -375,6 +375,17 @@ TEST_F(WrapUpTest, AnEmptyReflectionIsSaidToBeMissing) {
     EXPECT_TRUE(ui().has(u"No reflection provided"_s));
 }
 
+TEST_F(WrapUpTest, WithoutASessionThereIsAnErrorAndNoReflection) {
+    openReflection(u"Review"_s);
+    ASSERT_TRUE(ui().click(u"Completed"_s));
+    write(u"Fine"_s);
+    controller().endSession({}, true);
+    ASSERT_TRUE(ui().click(u"Complete reflection"_s));
+    EXPECT_TRUE(ui().waitUntil([&] { return ui().has(u"No session data available"_s); }));
+    EXPECT_TRUE(ui().has(u"Unable to generate feedback"_s));
+    EXPECT_TRUE(ui().has(u"No reflection provided"_s));
+}
+
 TEST_F(WrapUpTest, SaveAndShareCopiesAndStays) {
     openFeedback(u"Review"_s);
     ASSERT_TRUE(ui().click(u"Save & Share"_s));
