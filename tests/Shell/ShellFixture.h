@@ -64,6 +64,20 @@ protected:
         ui().key(Qt::Key_Space);
     }
 
+    void openDurationSheet() { pressByKey(QStringLiteral("Start Session")); }
+    void openNotesSheet() {
+        openDurationSheet();
+        pressByKey(QStringLiteral("Continue"));
+        pass(0.3);
+        ui().settle();
+    }
+    void startSession(const QString &goals) {
+        openNotesSheet();
+        ui().type(goals);
+        pressByKey(QStringLiteral("Start session"));
+        ui().settle();
+    }
+
     void SetUp() override { completeOnboardingBefore(); }
     void TearDown() override { m_ui.reset(); }
 

@@ -34,18 +34,26 @@ protected:
         ASSERT_TRUE(ui().click(u"Settings"_s, QAccessible::PageTab));
         ASSERT_TRUE(ui().waitUntil([&] { return isAtRest(3); }));
     }
-    void openDurationSheet() { pressByKey(u"Start Session"_s); }
-    void openNotesSheet() {
-        openDurationSheet();
-        pressByKey(u"Continue"_s);
-        pass(0.3);
-        ui().settle();
+    void storeTwoCoachedSessions() {
+        const auto coachedAt = [](Date moment) {
+            return SessionHistoryEntry{.sessionDate = moment,
+                                       .goals = {},
+                                       .duration = 1500.0,
+                                       .overallAssessment = u"Well done."_s,
+                                       .motivation = u"Go on."_s};
+        };
+        content().sessionViewModel().saveSessionHistory(
+            {coachedAt(time.now()), coachedAt(time.now() - 3600.0)});
     }
-    void startSession(const QString &goals) {
-        openNotesSheet();
-        ui().type(goals);
-        pressByKey(u"Start session"_s);
-        ui().settle();
+    /// What has the focus one after the other, from the next on, until it is back where it was.
+    std::vector<std::string> roundOfTab() {
+        const QQuickItem *const start = ui().view().activeFocusItem();
+        std::vector<std::string> names;
+        do {
+            ui().tab();
+            names.push_back(ui().focusedName().toStdString());
+        } while (ui().view().activeFocusItem() != start && names.size() < 40);
+        return names;
     }
 };
 
@@ -190,6 +198,20 @@ TEST_F(ShellKeyboard, EveryTabsScreenScrollsWhileTheTabHasTheFocus) {
         EXPECT_TRUE(scrollsBy(Qt::Key_Down, text)) << qPrintable(tab);
         EXPECT_EQ(ui().focusedName(), tab);
     }
+}
+
+TEST_F(ShellKeyboard, EachRoundOfTabThroughTheHistoryIsLikeTheFirst) {
+    ui();
+    storeTwoCoachedSessions();
+    tabTo(u"Timer"_s);
+    ui().key(Qt::Key_Right);
+    ui().key(Qt::Key_Right);
+    ASSERT_EQ(ui().focusedName(), u"History"_s);
+    ASSERT_TRUE(ui().waitUntil([&] { return isAtRest(2); }));
+    const std::vector<std::string> first = roundOfTab();
+    ASSERT_EQ(std::ranges::count(first, "Motivation"), 2) << testing::PrintToString(first);
+    EXPECT_EQ(roundOfTab(), first);
+    EXPECT_EQ(roundOfTab(), first);
 }
 
 /// The window of a user who has not finished onboarding, without a mouse.

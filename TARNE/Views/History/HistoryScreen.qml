@@ -15,6 +15,9 @@ Rectangle {
     readonly property real refreshDistance: 60
 
     color: Colors.background
+    // Not the list: where Tab comes to a focus scope it goes on from the row that last had the focus.
+    focus: true
+    activeFocusOnTab: true
     Accessible.role: Accessible.Pane
     Accessible.name: head.title
     Keys.forwardTo: [list]
@@ -82,8 +85,6 @@ Rectangle {
         cacheBuffer: 600
         boundsBehavior: Flickable.DragOverBounds
         keyNavigationEnabled: false
-        focus: true
-        activeFocusOnTab: true
         Accessible.role: Accessible.List
         Accessible.name: head.title
         Keys.forwardTo: [scroller]

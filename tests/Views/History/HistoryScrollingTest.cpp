@@ -50,6 +50,23 @@ TEST_F(HistoryScrolling, TheKeyboardReachesEveryCoachingTextAndOpensIt) {
         [&] { return screen().has(view().historyEntries()[1].overallAssessment); }));
 }
 
+TEST_F(HistoryScrolling, TheKeyboardReachesEveryCoachingTextInEveryRound) {
+    controller().saveSessionHistory({{.sessionDate = time.now(),
+                                      .goals = {},
+                                      .duration = 0,
+                                      .overallAssessment = u"Well done."_s,
+                                      .motivation = u"Go on."_s}});
+    view().appear();
+    ASSERT_EQ(screen().focusedName(), u"Session History"_s);
+    for (int round = 1; round <= 2; ++round) {
+        for (const QString &name :
+             {u"Overall Assessment"_s, u"Motivation"_s, u"Session History"_s}) {
+            screen().tab();
+            EXPECT_EQ(screen().focusedName(), name) << "in round " << round;
+        }
+    }
+}
+
 TEST_F(HistoryScrolling, TheKeysAndTheWheelScroll) {
     store(60);
     view().appear();
