@@ -77,6 +77,25 @@ protected:
         ui().settle();
     }
 
+    void openFeedback() {
+        startSession(u"Review the report "_s.repeated(15));
+        pressByKey(u"Stop"_s);
+        pressByKey(u"Completed"_s);
+        tabTo(u"Reflection"_s);
+        ui().type(u"Fine"_s);
+        pressByKey(u"Complete reflection"_s);
+        ASSERT_TRUE(ui().waitUntil([&] { return !feedback.gemini.requests.empty(); }));
+        drawFrame();
+    }
+    /// All of its box, which stands out from what scrolls around it at no side.
+    bool isReflectionsEditorInSight() {
+        const QQuickItem *const text = ui().find(u"Your Reflection"_s, QAccessible::EditableText);
+        const QQuickItem *const box = text ? test::around(text, "contentY")->parentItem() : nullptr;
+        const QQuickItem *const view = test::around(box, "contentY");
+        return view && view->mapRectToScene(view->boundingRect())
+                           .contains(box->mapRectToScene(box->boundingRect()));
+    }
+
     void beginSession() {
         timer().startTimer();
         drawFrame();
@@ -126,6 +145,20 @@ TEST_P(SmallWindow, AChangeOfFaceBeginsAtTheTop) {
     scroll(u"Start Session"_s, -120);
     beginSession();
     EXPECT_EQ(contentY(u"Pause"_s), 0);
+}
+
+TEST_P(SmallWindow, EditBringsTheReflectionsEditorIntoSight) {
+    openFeedback();
+    tabTo(u"Edit"_s);
+    drawFrame();
+    ASSERT_TRUE(ui().click(u"Edit"_s));
+    drawFrame();
+    EXPECT_TRUE(isReflectionsEditorInSight());
+    ASSERT_TRUE(ui().click(u"Done"_s));
+    drawFrame();
+    pressByKey(u"Edit"_s);
+    drawFrame();
+    EXPECT_TRUE(isReflectionsEditorInSight());
 }
 
 TEST_P(SmallWindow, WhatTheUserScrolledAwayFromStaysAway) {

@@ -4,7 +4,8 @@ import TARNE.Styling
 
 // A column that scrolls when it is higher than its place, by wheel, touch and keyboard, with a bar
 // that shows whenever it is. What receives the focus is brought into view, and stays there when
-// heights change until it is scrolled away from; the caret of what is written in stays in view.
+// heights change until it is scrolled away from; the caret of what is written in stays in view. So does
+// what `show` is called with, until the focus moves or the user scrolls.
 Flickable {
     id: view
 
@@ -21,6 +22,7 @@ Flickable {
     readonly property rect caret: focusedItem?.["cursorRectangle"] ?? Qt.rect(0, 0, 0, 0)
     // Whether what has the focus was last left in sight.
     property bool keepsFocusInSight: true
+    property Item shownItem: null
 
     function holdsFocus(): bool {
         for (let item = focusedItem; item; item = item.parent) {
@@ -28,6 +30,11 @@ Flickable {
                 return true;
         }
         return false;
+    }
+
+    function show(item: Item): void {
+        view.shownItem = item;
+        follower.restart();
     }
 
     function reveal(item: Item): void {
@@ -67,6 +74,7 @@ Flickable {
     }
 
     function noteSight(): void {
+        view.shownItem = null;
         if (!view.holdsFocus())
             return;
         const top = view.focusedItem.mapToItem(view, 0, 0).y;
@@ -84,6 +92,7 @@ Flickable {
     onFocusedItemChanged: {
         if (!view.holdsFocus())
             return;
+        view.shownItem = null;
         view.keepsFocusInSight = true;
         view.reveal(focusedItem);
     }
@@ -101,6 +110,10 @@ Flickable {
 
         interval: 0
         onTriggered: {
+            if (view.shownItem?.visible) {
+                view.reveal(view.shownItem);
+                return;
+            }
             if (!view.holdsFocus())
                 return;
             if (view.caret.height > 0)

@@ -27,6 +27,11 @@ FocusScope {
     readonly property real naturalHeight: headerHeight + scroll.contentHeight + footerHeight
     readonly property real availableHeight: Window.height > 0 ? Window.height - 32 : Infinity
 
+    // Brings what the body holds into view.
+    function show(item: Item): void {
+        scroll.show(item);
+    }
+
     implicitHeight: Math.min(ownHeight > 0 ? ownHeight : naturalHeight, availableHeight)
     Accessible.role: Accessible.Dialog
     Accessible.name: accessibleName

@@ -12,6 +12,13 @@ FeedbackCard {
 
     signal editingToggled
     signal reflectionEdited(string text)
+    // The editor has come up, below what may be in sight.
+    signal editorOpened(editor: Item)
+
+    onIsEditingChanged: {
+        if (isEditing)
+            editorOpened(box);
+    }
 
     padding: 16
     spacing: 12
@@ -47,6 +54,8 @@ FeedbackCard {
         }
     }
     Rectangle {
+        id: box
+
         width: parent.width
         height: Math.max(80, Math.min(editor.implicitHeight, 240)) + 2 * 8
         visible: card.isEditing

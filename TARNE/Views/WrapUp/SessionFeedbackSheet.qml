@@ -76,6 +76,7 @@ SheetPanel {
                 isEditing: sheet.view.isEditingReflection
                 onEditingToggled: sheet.view.isEditingReflection = !sheet.view.isEditingReflection
                 onReflectionEdited: text => sheet.view.reflection = text
+                onEditorOpened: editor => sheet.show(editor)
             }
         }
         Item {
