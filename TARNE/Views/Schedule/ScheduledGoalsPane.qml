@@ -23,6 +23,9 @@ Item {
         width: parent.width
         clip: true
         boundsBehavior: Flickable.StopAtBounds
+        // It has the focus after the last goal was deleted.
+        Accessible.role: Accessible.List
+        Accessible.name: header.title
         model: pane.view.goals
         delegate: ScheduledGoalRow {
             // The keyboard goes on to rows that are not in view.

@@ -222,6 +222,23 @@ TEST_F(TheAddGoalSheet, ReturnsTheFocusToTheButtonThatOpenedIt) {
     EXPECT_EQ(ui().focusedName(), u"New Goal"_s);
 }
 
+TEST_F(TheAddGoalSheet, LeavesTheFocusToTheNewGoalWhereTheButtonThatOpenedItIsGone) {
+    tabTo(u"Add Goal"_s);
+    ui().key(Qt::Key_Space);
+    draw();
+    EXPECT_EQ(ui().focusedName(), u"What do you want to focus on?"_s);
+    ui().type(u"Write"_s);
+    tabTo(u"Schedule Goal"_s);
+    ui().key(Qt::Key_Space);
+    draw();
+    EXPECT_EQ(ui().focusedName(), u"Mark as done: Write"_s);
+    ui().tab();
+    EXPECT_EQ(ui().focusedName(), u"Delete Write"_s);
+    ui().key(Qt::Key_Space);
+    draw();
+    EXPECT_EQ(ui().focusedName(), u"March 2, 2026"_s);
+}
+
 TEST_F(TheAddGoalSheet, IsUsedByTheKeyboardAlone) {
     tabTo(u"New Goal"_s);
     ui().key(Qt::Key_Return);
