@@ -41,6 +41,16 @@ protected:
         }
         content().sessionViewModel().saveSessionHistory(entries);
     }
+    void expectNoOtherLookBehindAnAlert() {
+        ui().settle();
+        const std::vector<std::string> before = shownBelow(*ui().root());
+        updateCheck.present({});
+        ui().settle();
+        ASSERT_TRUE(ui().has(u"Updates Are Not Set Up"_s));
+        expectEqual(shownBelow(*ui().root()), before);
+        updateCheck.dismiss();
+        ui().settle();
+    }
     void showHistory() {
         ASSERT_TRUE(ui().click(u"History"_s, QAccessible::PageTab));
         ASSERT_TRUE(ui().waitUntil([&] { return isAtRest(2) && !ui().has(u"Session Setup"_s); }));
@@ -76,6 +86,20 @@ TEST_F(ShellScreen, ShowsFourTabsAndTheFirstTabsScreen) {
     EXPECT_EQ(ui().names(QAccessible::PageTab),
               (QStringList{u"Timer"_s, u"Insights"_s, u"History"_s, u"Settings"_s}));
     EXPECT_TRUE(ui().has(u"Session Setup"_s));
+}
+
+TEST_F(ShellScreen, NothingChangesItsLookBecauseAnAlertLiesOverIt) {
+    for (int tab = 0; tab < 4; ++tab) {
+        content().setSelectedTab(tab);
+        ASSERT_TRUE(ui().waitUntil([&] { return isAtRest(tab); }));
+        expectNoOtherLookBehindAnAlert();
+    }
+    EXPECT_EQ(ui().find(u"Save API Key"_s)->opacity(), 0.5);
+    ASSERT_TRUE(ui().click(u"Enter your Gemini API key"_s));
+    ui().type(u"key"_s);
+    ASSERT_TRUE(ui().click(u"Settings"_s, QAccessible::PageTab));
+    EXPECT_EQ(ui().find(u"Save API Key"_s)->opacity(), 1);
+    expectNoOtherLookBehindAnAlert();
 }
 
 TEST_F(ShellScreen, ATabShowsItsSymbolAndItsLabelAndIsSelectedWhileItsScreenIsShown) {

@@ -15,7 +15,7 @@ Pressable {
     horizontalPadding: isSmall ? 10 : 14
     verticalPadding: isSmall ? 3 : 5
     font: Typography.system(isSmall ? 12 : 13, Font.Medium)
-    opacity: enabled ? 1 : 0.5
+    opacity: isAvailable ? 1 : 0.5
 
     background: Rectangle {
         radius: 6

@@ -26,7 +26,7 @@ Item {
     }
     IconButton {
         anchors.fill: parent
-        enabled: circle.isReady
+        isAvailable: circle.isReady
         ground: Colors.regularMaterial
         cornerRadius: width / 2
         accessibleLabel: circle.text

@@ -8,6 +8,9 @@ import TARNE.Styling
 T.AbstractButton {
     id: pressable
 
+    // Whether it can be pressed. A look that tells of it asks here: a modal layer disables what it
+    // covers, and covered buttons keep their looks.
+    property bool isAvailable: true
     // Whether the pointer becomes a hand while over it.
     property bool hasPointingHand: true
     // What it is to assistive tools. A template overwrites the role that is attached to it, so
@@ -16,6 +19,7 @@ T.AbstractButton {
 
     implicitWidth: Math.max(implicitBackgroundWidth, implicitContentWidth + leftPadding + rightPadding)
     implicitHeight: Math.max(implicitBackgroundHeight, implicitContentHeight + topPadding + bottomPadding)
+    enabled: isAvailable
     focusPolicy: Qt.TabFocus
     Accessible.name: text
     Accessible.onPressAction: clicked()

@@ -83,7 +83,7 @@ FocusScope {
                 anchors.left: parent.left
                 accessibleLabel: "Previous month"
                 sign: picker.calendar.isRightToLeft ? "›" : "‹"
-                enabled: picker.calendar.canShowPreviousMonth
+                isAvailable: picker.calendar.canShowPreviousMonth
                 accent: picker.accent
                 onClicked: picker.calendar.showMonth(-1)
             }
@@ -91,7 +91,7 @@ FocusScope {
                 anchors.right: parent.right
                 accessibleLabel: "Next month"
                 sign: picker.calendar.isRightToLeft ? "‹" : "›"
-                enabled: picker.calendar.canShowNextMonth
+                isAvailable: picker.calendar.canShowNextMonth
                 accent: picker.accent
                 onClicked: picker.calendar.showMonth(1)
             }

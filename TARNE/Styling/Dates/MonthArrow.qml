@@ -17,7 +17,7 @@ PlainButton {
     contentItem: ControlText {
         text: arrow.sign
         font: Typography.system(20, Font.DemiBold)
-        color: arrow.enabled ? arrow.accent : Colors.tertiaryLabel
+        color: arrow.isAvailable ? arrow.accent : Colors.tertiaryLabel
         horizontalAlignment: Text.AlignHCenter
         verticalAlignment: Text.AlignVCenter
     }

@@ -105,7 +105,7 @@ Rectangle {
             id: forward
 
             anchors.right: parent.right
-            enabled: screen.view.canGoForward
+            isAvailable: screen.view.canGoForward
             text: screen.view.forwardText
             label: FadingLabel {
                 text: forward.text

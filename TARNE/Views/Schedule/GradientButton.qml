@@ -10,9 +10,7 @@ PlainButton {
 
     property string symbol
     property real textSize: 15
-    property bool isAvailable: true
 
-    enabled: isAvailable
     cornerRadius: 10
 
     background: Item {

@@ -26,7 +26,7 @@ GroupBox {
 
         BorderedButton {
             isProminent: true
-            enabled: box.view.canSave
+            isAvailable: box.view.canSave
             text: "Save API Key"
             onClicked: box.view.saveAPIKey()
         }

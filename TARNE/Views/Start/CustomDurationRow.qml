@@ -65,7 +65,7 @@ FocusScope {
             id: setButton
 
             text: "Set"
-            enabled: row.view.canSetCustomDuration
+            isAvailable: row.view.canSetCustomDuration
             // Refused, it is disabled until the field holds something else.
             onClicked: {
                 row.view.applyCustomDuration();

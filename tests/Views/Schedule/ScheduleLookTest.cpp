@@ -135,6 +135,14 @@ TEST_F(TheScheduleScreensLook, NewGoalHasAScaleOfOneAndAnAnimationOfItThatNeverR
     EXPECT_NEAR(easing.valueForProgress(0.75), 0.871, 0.01);
 }
 
+TEST_F(TheScheduleScreensLook, StaysAsItIsBehindTheSheet) {
+    add(2, 14, u"Write"_s);
+    const std::vector<std::string> before = shownBelow(*ui().root());
+    openSheet();
+    ASSERT_TRUE(hasSheet());
+    expectEqual(shownBelow(*ui().root()), before);
+}
+
 TEST_F(TheScheduleScreensLook, ItsCloseButtonIsOutlinedAndStandsAtTheRight) {
     expectCloseButton(u"Close schedule"_s);
     EXPECT_EQ(place(u"Close schedule"_s).right(), 900 - 24);

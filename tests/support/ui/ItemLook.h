@@ -10,6 +10,8 @@
 #include <gtest/gtest.h>
 
 #include <ostream>
+#include <string>
+#include <vector>
 
 namespace tarne::test {
 
@@ -89,6 +91,32 @@ inline const QQuickItem *below(const QQuickItem &item, const QString &objectName
             return found;
     }
     return nullptr;
+}
+
+/// Kind, opacity, colour and text of all that shows below an item, in the order of the tree.
+inline std::vector<std::string> shownBelow(const QQuickItem &item) {
+    std::vector<std::string> shown;
+    for (const QQuickItem *child : item.childItems()) {
+        if (!child->isVisible())
+            continue;
+        shown.push_back(QStringLiteral("%1 %2 %3 %4")
+                            .arg(QLatin1StringView(child->metaObject()->className()),
+                                 QString::number(child->opacity()),
+                                 child->property("color").toString(),
+                                 child->property("text").toString())
+                            .toStdString());
+        const auto further = shownBelow(*child);
+        shown.insert(shown.end(), further.begin(), further.end());
+    }
+    return shown;
+}
+
+/// Expects the same items with the same looks, and names those that differ.
+inline void expectEqual(const std::vector<std::string> &shown,
+                        const std::vector<std::string> &expected) {
+    ASSERT_EQ(shown.size(), expected.size());
+    for (std::size_t i = 0; i < shown.size(); ++i)
+        EXPECT_EQ(shown[i], expected[i]);
 }
 
 /// Fill and corner radius of a QML Rectangle or a RoundedBox.
