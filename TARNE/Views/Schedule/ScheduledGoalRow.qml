@@ -4,8 +4,8 @@ import TARNE.Styling
 import TARNE.Views
 
 // A goal of the schedule: its time, and a card with tick, text and trash button. That a reminder is
-// set is said of every goal. It runs from left to right in every script, as the whole screen does. Its tick has the focus that the
-// list gives to the row.
+// set is said of every goal. It runs from left to right in every script, as the whole screen does.
+// Its tick has the focus that the list gives to the row.
 FocusScope {
     id: row
 
