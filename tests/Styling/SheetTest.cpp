@@ -197,6 +197,8 @@ protected:
 };
 
 TEST_F(DueSheetTest, AButtonThatIsStillHeldPressesNothingInIt) {
+    // What loses the focus is held no more.
+    ui.find(u"Behind"_s)->setFocus(false);
     ui.press(middle);
     show(true);
     ui.release(middle);
@@ -233,6 +235,7 @@ TEST_F(DueSheetTest, ASecondClickAcrossItsComingPressesNothingInIt) {
     show(true);
     ui.clickAgainAt(middle);
     EXPECT_EQ(above(), 0);
+    EXPECT_FALSE(ui.find(u"Above"_s)->property("down").toBool());
     ui.clickAt(middle);
     EXPECT_EQ(above(), 1);
 }
@@ -264,6 +267,59 @@ TEST_F(DueSheetTest, ASecondTapAcrossItsComingPressesNothingInIt) {
     show(true);
     tap();
     EXPECT_EQ(above(), 0);
+}
+
+/// The same with an editor on both sides.
+const QString editorUnderADueSheet = uR"(
+pragma ComponentBehavior: Bound
+import QtQuick
+import TARNE.Styling
+Rectangle {
+    id: root
+    property bool isUp: false
+    property string behind
+    property string above
+    TextEditor {
+        width: 200; height: 200; focus: true; accessibleName: "Behind"
+        onTextEdited: text => root.behind = text
+        Component.onCompleted: takeFocus()
+    }
+    Sheet {
+        isPresented: root.isUp
+        content: FocusScope {
+            width: 200
+            height: 200
+            TextEditor {
+                anchors.fill: parent; accessibleName: "Above"
+                onTextEdited: text => root.above = text
+                Component.onCompleted: takeFocus()
+            }
+        }
+    }
+}
+)"_s;
+
+TEST(DueSheet, AKeyThatIsStillHeldWritesNothingInItAndNothingBehindIt) {
+    UiDriver ui(editorUnderADueSheet, QSize(800, 600));
+    const auto show = [&](bool isUp) {
+        ui.root()->setProperty("isUp", isUp);
+        ui.settle();
+        ASSERT_EQ(ui.focusedName(), isUp ? u"Above"_s : u"Behind"_s);
+    };
+    const auto written = [&](const char *side) { return ui.root()->property(side).toString(); };
+    ui.holdKey(Qt::Key_Space, 1);
+    ASSERT_EQ(written("behind"), u"  "_s);
+    show(true);
+    ui.repeatKey(Qt::Key_Space, 2);
+    ui.releaseKey(Qt::Key_Space);
+    EXPECT_EQ(written("above"), QString());
+    ui.holdKey(Qt::Key_Space, 1);
+    EXPECT_EQ(written("above"), u"  "_s) << "a press of its own counts";
+    show(false);
+    ui.repeatKey(Qt::Key_Space, 2);
+    ui.releaseKey(Qt::Key_Space);
+    EXPECT_EQ(written("behind"), u"  "_s);
+    EXPECT_EQ(written("above"), u"  "_s);
 }
 
 TEST(ComponentSlot, EndsWhatItHoldsTogetherWithItself) {

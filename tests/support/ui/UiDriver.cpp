@@ -227,17 +227,22 @@ void UiDriver::key(Qt::Key key, Qt::KeyboardModifiers modifiers) {
     settle();
 }
 
-void UiDriver::holdKey(Qt::Key key, int repeats) {
+void UiDriver::sendKey(Qt::Key key, QEvent::Type type, bool isRepeat) {
     const QString text = key == Qt::Key_Space ? u" "_s : u"\r"_s;
-    const auto send = [&](QEvent::Type type, bool isRepeat) {
-        QKeyEvent event(type, key, Qt::NoModifier, text, isRepeat);
-        QGuiApplication::sendEvent(m_view.get(), &event);
-        settle();
-    };
-    send(QEvent::KeyPress, false);
+    QKeyEvent event(type, key, Qt::NoModifier, text, isRepeat);
+    QGuiApplication::sendEvent(m_view.get(), &event);
+    settle();
+}
+
+void UiDriver::holdKey(Qt::Key key, int repeats) {
+    sendKey(key, QEvent::KeyPress, false);
+    repeatKey(key, repeats);
+}
+
+void UiDriver::repeatKey(Qt::Key key, int repeats) {
     for (int repeat = 0; repeat < repeats; ++repeat) {
-        send(QEvent::KeyRelease, true);
-        send(QEvent::KeyPress, true);
+        sendKey(key, QEvent::KeyRelease, true);
+        sendKey(key, QEvent::KeyPress, true);
     }
 }
 

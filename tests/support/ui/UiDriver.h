@@ -66,6 +66,8 @@ public:
     void key(Qt::Key key, Qt::KeyboardModifiers modifiers = Qt::NoModifier);
     /// Presses a key and holds it until it has repeated itself so many times.
     void holdKey(Qt::Key key, int repeats);
+    /// What a key that is held sends further on.
+    void repeatKey(Qt::Key key, int repeats);
     void releaseKey(Qt::Key key);
     /// The letters and digits that, pressed together with Alt, trigger something in the window.
     [[nodiscard]] QString mnemonics();
@@ -86,6 +88,7 @@ public:
 
 private:
     void show(const QSize &size);
+    void sendKey(Qt::Key key, QEvent::Type type, bool isRepeat);
     [[nodiscard]] QStringList namesOf(std::initializer_list<QAccessible::Role> roles) const;
 
     std::unique_ptr<QQuickView> m_view;
