@@ -3,6 +3,7 @@
 
 #include <QClipboard>
 #include <QGuiApplication>
+#include <QMimeData>
 #include <QQuickTextDocument>
 #include <QTextBlock>
 #include <QTextDocument>
@@ -36,6 +37,9 @@ TEST(TextEditor, TabMovesTheFocusOn) {
     EXPECT_EQ(ui.focusedName(), u"Next"_s);
     ui.backtab();
     EXPECT_EQ(ui.focusedName(), u"Reflection"_s);
+    // There is nothing else to go back to.
+    ui.backtab();
+    EXPECT_EQ(ui.focusedName(), u"Next"_s);
     EXPECT_EQ(typed(ui), u""_s);
 }
 
@@ -156,10 +160,26 @@ TEST(TextEditor, EveryLineBreakThatIsPastedBecomesALineFeed) {
     EXPECT_EQ(typed(ui), u"a\nb\nc\nd\ne"_s);
 }
 
-TEST(TextEditor, PastedMarkupStaysPlain) {
+TEST(TextEditor, MarkupThatItIsGivenStaysPlain) {
     UiDriver ui(column(
         u"TextEditor { width: 300; height: 60; accessibleName: 'Notes'; text: '<b>x</b>' }"_s));
     EXPECT_EQ(ui.find(u"Notes"_s)->property("text").toString(), u"<b>x</b>"_s);
+}
+
+TEST(TextEditor, OfAPastedPageTheWordsAloneAreTaken) {
+    UiDriver ui(column(editor));
+    EXPECT_TRUE(ui.click(u"Reflection"_s, QAccessible::EditableText));
+    auto page = std::make_unique<QMimeData>();
+    page->setHtml(u"<b>Bold</b> words"_s);
+    page->setText(u"<b>x</b> Bold words"_s);
+    QGuiApplication::clipboard()->setMimeData(page.release());
+    ui.key(Qt::Key_V, Qt::ControlModifier);
+    QGuiApplication::clipboard()->clear();
+    EXPECT_EQ(typed(ui), u"<b>x</b> Bold words"_s);
+    const auto *const source =
+        ui.find(u"Reflection"_s)->property("textDocument").value<QQuickTextDocument *>();
+    for (const QTextLayout::FormatRange &range : source->textDocument()->begin().textFormats())
+        EXPECT_FALSE(range.format.hasProperty(QTextFormat::FontWeight));
 }
 
 } // namespace

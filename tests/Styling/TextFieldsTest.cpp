@@ -32,14 +32,8 @@ TEST(SecureField, IsAPasswordFieldThatNeverTellsItsValue) {
     QAccessibleInterface *const field = ui.accessible(u"Enter your key"_s);
     EXPECT_TRUE(field->state().passwordEdit);
     EXPECT_FALSE(field->text(QAccessible::Value).contains(u"sesame"_s));
-    QAccessibleTextInterface *const text = field->textInterface();
-    if (text) {
-        EXPECT_FALSE(text->text(0, text->characterCount()).contains(u"sesame"_s));
-    }
-    QAccessibleValueInterface *const value = field->valueInterface();
-    if (value) {
-        EXPECT_FALSE(value->currentValue().toString().contains(u"sesame"_s));
-    }
+    EXPECT_FALSE(field->textInterface()) << "which tells how long it is";
+    EXPECT_FALSE(field->valueInterface());
 }
 
 QStringList announcedTexts;
