@@ -70,8 +70,11 @@ bool isolate(const QTemporaryDir &folder) {
     qunsetenv("WAYLAND_DISPLAY");
     qputenv("DBUS_SESSION_BUS_ADDRESS", "unix:path=/nonexistent");
     qputenv("DBUS_SYSTEM_BUS_ADDRESS", "unix:path=/nonexistent");
-    const rlimit noCoreDumps{0, 0};
-    setrlimit(RLIMIT_CORE, &noCoreDumps);
+    // The hard limit stays: a test lowers it by the program's own code.
+    rlimit coreDumps{};
+    getrlimit(RLIMIT_CORE, &coreDumps);
+    coreDumps.rlim_cur = 0;
+    setrlimit(RLIMIT_CORE, &coreDumps);
     return true;
 }
 
