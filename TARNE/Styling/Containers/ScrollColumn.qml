@@ -4,8 +4,8 @@ import TARNE.Styling
 
 // A column that scrolls when it is higher than its place, by wheel, touch and keyboard, with a bar
 // that shows whenever it is. What receives the focus is brought into view, and stays there when
-// heights change until it is scrolled away from; the caret of what is written in stays in view. So does
-// what `show` is called with, until the focus moves or the user scrolls.
+// heights change until it is scrolled away from; the caret of what is written in stays in view. So
+// does what `show` is called with, until the focus moves or the user scrolls.
 Flickable {
     id: view
 
