@@ -62,7 +62,7 @@ bool isAbsent(const QString &path) {
 } // namespace
 
 QString DefaultsFolder::file() const {
-    return m_path + u"/defaults.sqlite"_s;
+    return m_path + u'/' + m_name + u".sqlite"_s;
 }
 
 QString DefaultsFolder::copies() const {
@@ -70,11 +70,11 @@ QString DefaultsFolder::copies() const {
 }
 
 QString DefaultsFolder::scratchFile() const {
-    return m_path + u"/defaults.sqlite.new"_s;
+    return file() + u".new"_s;
 }
 
 QString DefaultsFolder::lockFile() const {
-    return m_path + u"/defaults.lock"_s;
+    return m_path + u'/' + m_name + u".lock"_s;
 }
 
 void DefaultsFolder::createFolder() const {
@@ -117,9 +117,9 @@ QString DefaultsFolder::unusedNameForDamaged(Date now) const {
         hasCalendarDate ? QDateTime::fromSecsSinceEpoch(static_cast<qint64>(seconds), Qt::UTC)
                               .toString(u"yyyyMMdd-HHmmss"_s)
                         : QString::number(seconds);
-    QString name = u"defaults.damaged-%1.sqlite"_s.arg(moment);
+    QString name = u"%1.damaged-%2.sqlite"_s.arg(m_name, moment);
     for (int number = 2; !isAbsent(m_path + u'/' + name); ++number)
-        name = u"defaults.damaged-%1-%2.sqlite"_s.arg(moment).arg(number);
+        name = u"%1.damaged-%2-%3.sqlite"_s.arg(m_name, moment).arg(number);
     return name;
 }
 

@@ -12,8 +12,13 @@ namespace tarne {
 /// 0700, files with 0600.
 class DefaultsFolder {
 public:
-    explicit DefaultsFolder(QString path) : m_path(std::move(path)) {}
+    /// `name` is what the names of its files begin with, `title` what the lines on standard error
+    /// call it.
+    explicit DefaultsFolder(QString path, QString name = QStringLiteral("defaults"),
+                            QString title = QStringLiteral("the defaults store"))
+        : m_path(std::move(path)), m_name(std::move(name)), m_title(std::move(title)) {}
 
+    QString title() const { return m_title; }
     QString file() const;
     QString copies() const;      ///< The folder of the daily copies.
     QString scratchFile() const; ///< Where a file is built that takes the place of `file`.
@@ -45,6 +50,8 @@ private:
     QString unusedNameForDamaged(Date now) const;
 
     QString m_path;
+    QString m_name;
+    QString m_title;
 };
 
 } // namespace tarne

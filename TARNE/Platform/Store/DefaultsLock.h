@@ -15,7 +15,8 @@ namespace tarne {
 /// address of the bus on which the holder can be asked for its window; empty when there is none.
 class DefaultsLock final : public ProgramLock {
 public:
-    explicit DefaultsLock(const QString &folder) : m_folder(folder) {}
+    explicit DefaultsLock(const QString &folder) : DefaultsLock(DefaultsFolder(folder)) {}
+    explicit DefaultsLock(DefaultsFolder folder) : m_folder(std::move(folder)) {}
 
     /// Makes the folder and the file if absent. Standard error is told of a disk that allows no
     /// lock.

@@ -55,8 +55,8 @@ OpenedDefaults openDamaged(const DefaultsFolder &folder, const QStringList &keys
     } catch (const DefaultsFault &fault) {
         fate = u"not set aside yet (%1)"_s.arg(fault.reason());
     }
-    qCWarning(storeLog).noquote() << u"the defaults store is damaged (%1): %2; %3"_s.arg(
-        reason, fate, source);
+    qCWarning(storeLog).noquote() << u"%1 is damaged (%2): %3; %4"_s.arg(folder.title(), reason,
+                                                                         fate, source);
     return opened;
 }
 
@@ -69,8 +69,8 @@ OpenedDefaults openNewer(const DefaultsFolder &folder, const DefaultsFault &newe
         values = u"its values cannot be read"_s;
     }
     qCWarning(storeLog).noquote()
-        << u"the defaults store is from a newer version of TARNE (%1): %2, nothing is saved in this run"_s
-               .arg(newer.reason(), values);
+        << u"%1 is from a newer version of TARNE (%2): %3, nothing is saved in this run"_s.arg(
+               folder.title(), newer.reason(), values);
     return opened;
 }
 
@@ -88,8 +88,8 @@ OpenedDefaults openUnwritable(const DefaultsFolder &folder, const QStringList &k
             return openDamaged(folder, keysToRestore, now, fault.reason());
         // To save into what could not be read would overwrite a history with an empty one.
         qCWarning(storeLog).noquote()
-            << u"the defaults store cannot be read (%1): nothing is saved in this run"_s.arg(
-                   fault.reason());
+            << u"%1 cannot be read (%2): nothing is saved in this run"_s.arg(folder.title(),
+                                                                             fault.reason());
         return {{}, Saving::Nothing, nullptr};
     }
 }

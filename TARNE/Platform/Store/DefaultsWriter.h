@@ -1,7 +1,7 @@
 #pragma once
 
 #include "DailyCopies.h"
-#include "DefaultsStartup.h"
+#include "DefaultsSaver.h"
 
 #include <chrono>
 #include <condition_variable>
@@ -10,12 +10,6 @@
 #include <vector>
 
 namespace tarne {
-
-/// What is committed together.
-struct DefaultsBatch {
-    DefaultsChanges changes;
-    Date moment; ///< When it was handed over.
-};
 
 /// Commits batches on a thread of its own, with the only connection that writes.
 ///
@@ -41,13 +35,7 @@ private:
     bool isWorthCopying() const;
     /// Waits for work; returns false when the destructor asked for the end.
     bool takeBatches();
-    void keep(DefaultsBatch batch);
-    void save();
-    void saveIntoFile();
-    void saveIntoNewFile();
-    void reportRefusal(const QString &reason);
 
-    const DefaultsFolder m_folder;
     const QStringList m_keysToCopyFor;
     const std::chrono::milliseconds m_retryInterval;
 
@@ -57,14 +45,8 @@ private:
     bool m_isEnding = false;               ///< Guarded by m_mutex.
 
     // Used by the writer's thread alone.
-    DefaultsValues m_values;   ///< What the file holds or is to hold.
-    DefaultsChanges m_pending; ///< What it does not hold yet.
-    std::unique_ptr<SQLiteFile> m_file;
-    Saving m_saving;
-    Date m_now; ///< The moment of the latest batch.
+    DefaultsSaver m_saver;
     DailyCopies m_copies;
-    bool m_isRefused; ///< The last attempt failed, and standard error has been told.
-    bool m_hasReplacedFile = false;
 
     std::thread m_thread; ///< Last: it uses all of the above.
 };

@@ -235,6 +235,10 @@ void SQLiteFile::mergeLongLog() {
                               nullptr);
 }
 
+void SQLiteFile::releaseMemory() {
+    sqlite3_db_release_memory(m_database.getHandle());
+}
+
 bool SQLiteFile::isInPlace() const {
     return fileNumberOf(m_path) == m_fileNumber;
 }

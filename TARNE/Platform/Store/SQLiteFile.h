@@ -35,6 +35,9 @@ public:
     /// Merges the log into the file when it has grown long. A failure leaves it for a later turn.
     void mergeLongLog();
 
+    /// Drops what is kept in memory of the file, for a program that does not need it again soon.
+    void releaseMemory();
+
     /// Copies the whole file as it stands, its log included, into the empty file at `path`.
     void copyTo(const QString &path);
 
