@@ -50,26 +50,31 @@ void NotificationSchedule::add(const NotificationRequest &request, Date now,
         m_pending.push_back({request, now});
 }
 
+void NotificationSchedule::restore(Pending pending) {
+    remove({pending.request.identifier});
+    m_pending.push_back(std::move(pending));
+}
+
 void NotificationSchedule::remove(const QStringList &identifiers) {
     std::erase_if(m_pending, [&](const Pending &pending) {
         return identifiers.contains(pending.request.identifier);
     });
 }
 
-std::vector<NotificationContent> NotificationSchedule::takeDue(Date now, const Calendar &calendar) {
-    std::vector<std::pair<Date, NotificationContent>> due;
+std::vector<NotificationRequest> NotificationSchedule::takeDue(Date now, const Calendar &calendar) {
+    std::vector<std::pair<Date, NotificationRequest>> due;
     std::erase_if(m_pending, [&](const Pending &pending) {
         const Date when = moment(pending, calendar);
         if (when <= now)
-            due.emplace_back(when, pending.request.content);
+            due.emplace_back(when, pending.request);
         return when <= now;
     });
     std::ranges::stable_sort(due, [](const auto &a, const auto &b) { return a.first < b.first; });
-    std::vector<NotificationContent> contents;
-    contents.reserve(due.size());
-    for (auto &[when, content] : due)
-        contents.push_back(std::move(content));
-    return contents;
+    std::vector<NotificationRequest> requests;
+    requests.reserve(due.size());
+    for (auto &[when, request] : due)
+        requests.push_back(std::move(request));
+    return requests;
 }
 
 std::optional<Date> NotificationSchedule::nextMoment(const Calendar &calendar) const {

@@ -35,7 +35,12 @@ protected:
     void add(const QString &identifier, const DateComponents &trigger, Date now) {
         m_schedule.add(request(identifier, trigger), now, m_calendar);
     }
-    std::vector<NotificationContent> dueAt(Date now) { return m_schedule.takeDue(now, m_calendar); }
+    std::vector<NotificationContent> dueAt(Date now) {
+        std::vector<NotificationContent> contents;
+        for (const NotificationRequest &request : m_schedule.takeDue(now, m_calendar))
+            contents.push_back(request.content);
+        return contents;
+    }
 
     Calendar m_calendar = calendarIn("UTC");
     NotificationSchedule m_schedule;
@@ -113,6 +118,16 @@ TEST_F(ANotificationSchedule, GivesTheEarliestFirstAndEqualsInTheOrderOfAdding) 
     EXPECT_EQ(m_schedule.nextMoment(m_calendar), at(15));
     EXPECT_THAT(dueAt(at(18)),
                 ElementsAre(shown(u"early"_s), shown(u"late"_s), shown(u"late too"_s)));
+}
+
+TEST_F(ANotificationSchedule, ARestoredRequestWhoseMomentHasPassedIsDueOnce) {
+    add(u"a"_s, {2026, 3, 2, 15, 0, 0}, at(14));
+    NotificationSchedule next;
+    for (const auto &pending : m_schedule.pending())
+        next.restore(pending);
+    EXPECT_THAT(next.takeDue(at(14, 59), m_calendar), IsEmpty());
+    EXPECT_THAT(next.takeDue(at(20), m_calendar), SizeIs(1));
+    EXPECT_TRUE(next.isEmpty());
 }
 
 TEST_F(ANotificationSchedule, AClockSetForwardByADayMakesItDueOnce) {

@@ -4,6 +4,8 @@
 #include <QDBusPendingCallWatcher>
 #include <QPointer>
 
+#include <limits>
+
 using namespace Qt::StringLiterals;
 
 namespace tarne {
@@ -27,7 +29,7 @@ DBusService::DBusService(QDBusConnection bus, DBusAddress address)
 }
 
 void DBusService::call(const QString &method, const QVariantList &arguments,
-                       const QObject *receiver, Reply reply) {
+                       const QObject *receiver, Reply reply, Patience patience) {
     if (!m_bus.isConnected()) {
         // A pending call of a connection that never stood is finished and never says so.
         const auto answer = [guard = QPointer(receiver), reply = std::move(reply)] {
@@ -40,8 +42,9 @@ void DBusService::call(const QString &method, const QVariantList &arguments,
     auto message = QDBusMessage::createMethodCall(m_address.service, m_address.path,
                                                   m_address.interface, method);
     message.setArguments(arguments);
-    auto *watcher =
-        new QDBusPendingCallWatcher(m_bus.asyncCall(message, timeoutMilliseconds), this);
+    const int timeout =
+        patience == Patience::TwoSeconds ? timeoutMilliseconds : std::numeric_limits<int>::max();
+    auto *watcher = new QDBusPendingCallWatcher(m_bus.asyncCall(message, timeout), this);
     connect(watcher, &QDBusPendingCallWatcher::finished, this,
             [guard = QPointer(receiver), reply = std::move(reply)](QDBusPendingCallWatcher *done) {
                 done->deleteLater();

@@ -31,10 +31,16 @@ public:
 
     [[nodiscard]] bool isBusConnected() const { return m_bus.isConnected(); }
 
+    /// How long an answer is waited for.
+    enum class Patience {
+        TwoSeconds, ///< A service that hangs is an error.
+        Endless,    ///< The error comes when the service or the bus is gone.
+    };
+
     /// Calls a method, starting the service if the bus knows how to. `reply` gets the answer or the
-    /// error, after 2 s at the latest; it is dropped when this object or `receiver` is gone first.
+    /// error; it is dropped when this object or `receiver` is gone first.
     void call(const QString &method, const QVariantList &arguments, const QObject *receiver,
-              Reply reply);
+              Reply reply, Patience patience = Patience::TwoSeconds);
 
     /// Calls a method of a service that runs already and does not wait for any answer.
     void tell(const QString &method, const QVariantList &arguments);

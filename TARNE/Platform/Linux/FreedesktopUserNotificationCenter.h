@@ -1,27 +1,21 @@
 #pragma once
 
 #include "Clock.h"
-#include "DBusService.h"
+#include "NotificationDaemon.h"
 #include "NotificationSchedule.h"
 #include "UserNotificationCenter.h"
 #include "WallClockAlarm.h"
 
 #include <QTimer>
 
-#include <deque>
+#include <vector>
 
 namespace tarne {
 
-/// Text as the bus and a notification daemon can take it: no lone surrogates and no control
-/// characters but line feed and tab, each replaced by U+FFFD.
-[[nodiscard]] QString plainNotificationText(const QString &text);
-
 /// Notifications through org.freedesktop.Notifications, pending ones held in this process.
 ///
-/// A notification that finds no daemon waits until one appears. The body is escaped where the
-/// daemon reads markup, so that it is shown as the plain text it is. Completions come on the main
-/// thread, after the call has returned; they report an error only without a session bus. Everything
-/// is lost with the process. `clock` must outlive the centre.
+/// Completions come on the main thread, after the call has returned; they report an error only
+/// without a session bus. Everything is lost with the process. `clock` must outlive the centre.
 class FreedesktopUserNotificationCenter final : public QObject, public UserNotificationCenter {
     Q_OBJECT
 
@@ -35,31 +29,26 @@ public:
     void removePendingNotificationRequests(const QStringList &identifiers) override;
     void removeAllPendingNotificationRequests() override;
 
-private:
-    struct Delivery {
-        NotificationContent content;
-        int attempts = 0;
-    };
+    /// Adds a request with a moment that was made some time ago: whether its moment was past is
+    /// asked of that time.
+    void addMadeAt(Date made, const NotificationRequest &request);
 
+    /// What waits for its moment, in the order in which it was added.
+    [[nodiscard]] const std::vector<NotificationSchedule::Pending> &pending() const {
+        return m_schedule.pending();
+    }
+
+private:
     std::optional<QString> busError() const;
     void showWhatIsDue();
-    void deliver(Delivery delivery);
-    void notify(Delivery delivery, bool escapesBody);
-    void handleFailure(Delivery delivery, const QDBusMessage &error, quint64 owner);
-    void deliverWaiting();
 
-    DBusService m_daemon;
+    NotificationDaemon m_daemon;
     const Clock &m_clock;
     CurrentCalendar m_calendar;
 
     NotificationSchedule m_schedule;
     WallClockAlarm m_alarm;
     QTimer m_review;
-
-    std::deque<Delivery> m_asking;  ///< Due, and the daemon was asked what it can show.
-    std::deque<Delivery> m_waiting; ///< Due, but there was no daemon to show them.
-    quint64 m_owner = 0;            ///< Counts owners, to notice a change during a call.
-    bool m_hasDaemon = false;       ///< An owner has appeared since the start and is still there.
 };
 
 } // namespace tarne

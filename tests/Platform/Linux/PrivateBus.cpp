@@ -35,22 +35,58 @@ void signalProcess(const QProcess &process, int signal) {
 
 } // namespace
 
-PrivateBus::PrivateBus() {
+PrivateBus::PrivateBus(const QString &services, const QStringList &environment) {
     QFile config(m_folder.filePath(u"bus.conf"_s));
     EXPECT_TRUE(config.open(QIODevice::WriteOnly));
+    const QString folder =
+        services.isEmpty() ? QString() : u"<servicedir>%1</servicedir>"_s.arg(services);
     config.write("<busconfig><type>session</type><listen>unix:path=" +
-                 QFile::encodeName(m_folder.filePath(u"bus"_s)) +
-                 "</listen><auth>EXTERNAL</auth><policy context=\"default\">"
+                 QFile::encodeName(m_folder.filePath(u"bus"_s)) + "</listen><auth>EXTERNAL</auth>" +
+                 QFile::encodeName(folder) +
+                 "<policy context=\"default\">"
                  "<allow send_destination=\"*\" eavesdrop=\"true\"/>"
                  "<allow eavesdrop=\"true\"/><allow own=\"*\"/></policy></busconfig>");
     config.close();
+    QProcessEnvironment all = QProcessEnvironment::systemEnvironment();
+    for (const QString &variable : environment)
+        all.insert(variable.section(u'=', 0, 0), variable.section(u'=', 1));
+    m_daemon.setProcessEnvironment(all);
     m_daemon.setProcessChannelMode(QProcess::ForwardedErrorChannel);
-    m_daemon.start(u"/usr/bin/dbus-daemon"_s, {u"--nofork"_s, u"--print-address=1"_s,
-                                               u"--config-file="_s + config.fileName()});
+    start();
+}
+
+void PrivateBus::start() {
+    m_daemon.start(u"/usr/bin/dbus-daemon"_s,
+                   {u"--nofork"_s, u"--print-address=1"_s,
+                    u"--config-file="_s + m_folder.filePath(u"bus.conf"_s)});
     while (!m_daemon.canReadLine() && m_daemon.waitForReadyRead(processTimeout)) {
     }
     m_address = QString::fromUtf8(m_daemon.readLine()).trimmed();
     EXPECT_FALSE(m_address.isEmpty());
+}
+
+void PrivateBus::startAgain() {
+    QFile::remove(m_folder.filePath(u"bus"_s));
+    start();
+}
+
+std::vector<pid_t> PrivateBus::startedProcesses() const {
+    const auto childrenOf = [](qint64 process) {
+        QFile children(u"/proc/%1/task/%1/children"_s.arg(process));
+        return children.open(QIODevice::ReadOnly) ? children.readAll().simplified() : QByteArray();
+    };
+    std::vector<pid_t> processes;
+    // The daemon starts a service by a process in between, which ends at once or waits for it.
+    for (const QByteArray &child : childrenOf(m_daemon.processId()).split(' ')) {
+        const int between = child.toInt();
+        if (between <= 0)
+            continue;
+        for (const QByteArray &service : childrenOf(between).split(' ')) {
+            if (service.toInt() > 0)
+                processes.push_back(service.toInt());
+        }
+    }
+    return processes;
 }
 
 PrivateBus::~PrivateBus() {

@@ -6,13 +6,16 @@
 #include <QTemporaryDir>
 
 #include <memory>
+#include <vector>
 
 namespace tarne::test {
 
-/// A bus daemon of the test's own, with no service folders, on an address of its own.
+/// A bus daemon of the test's own, on an address of its own.
 class PrivateBus {
 public:
-    PrivateBus();
+    /// It starts programs as the files in `services` tell; nothing without such a folder. They get
+    /// `environment`, as "NAME=VALUE", on top of the test's.
+    explicit PrivateBus(const QString &services = {}, const QStringList &environment = {});
     ~PrivateBus();
     PrivateBus(const PrivateBus &) = delete;
     PrivateBus &operator=(const PrivateBus &) = delete;
@@ -25,11 +28,19 @@ public:
     /// Ends the daemon: the bus vanishes under its clients.
     void stop();
 
+    /// Starts another daemon on the same address, once the first has been ended.
+    void startAgain();
+
+    /// The processes that the daemon has started and that live.
+    std::vector<pid_t> startedProcesses() const;
+
     /// The daemon stops answering, and goes on.
     void hang();
     void resume();
 
 private:
+    void start();
+
     QTemporaryDir m_folder;
     QProcess m_daemon;
     QString m_address;
