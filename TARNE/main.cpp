@@ -17,12 +17,12 @@
 #include "ExecutableBundle.h"
 #include "ExitHook.h"
 #include "FeedbackdHaptics.h"
-#include "FreedesktopUserNotificationCenter.h"
 #include "GeminiAddresses.h"
 #include "GraphicsHardware.h"
 #include "KeychainManager.h"
 #include "NetworkHTTPClient.h"
 #include "NetworkHealthProbe.h"
+#include "NotifierUserNotificationCenter.h"
 #include "PortalWorkspace.h"
 #include "QProcessLauncher.h"
 #include "QtRunLoop.h"
@@ -74,12 +74,12 @@ int main(int argc, char **argv) {
 
     // Before the store is opened and before anything is logged: a second start only shows the
     // first one's window.
-    std::function<void()> showWindow = [] {};
+    std::function<void(const QString &)> showWindow = [](const QString &) {};
     DefaultsLock storeLock(StoredUserDefaults::standardFolder());
     SingleInstance instance({.sessionBus = QDBusConnection::sessionBus(),
                              .busAddress = SingleInstance::sessionBusAddress(),
                              .lock = storeLock},
-                            [&showWindow](const QString &) { showWindow(); });
+                            [&showWindow](const QString &token) { showWindow(token); });
     if (!instance.isFirst()) {
         instance.activateFirst();
         return 0;
@@ -98,8 +98,8 @@ int main(int argc, char **argv) {
     StoredUserDefaults defaults(StoredUserDefaults::standardFolder(),
                                 {keys::userPreferences, keys::sessionHistory, keys::scheduledGoals},
                                 clock, runLoop);
-    FreedesktopUserNotificationCenter userNotifications(QDBusConnection::sessionBus(), clock,
-                                                        &Calendar::current);
+    NotifierUserNotificationCenter userNotifications(QDBusConnection::sessionBus(), clock,
+                                                     &Calendar::current);
     DesktopBackgroundActivityScheduler backgroundActivities(QDBusConnection::systemBus(), runLoop);
     FeedbackdHaptics haptics(QDBusConnection::sessionBus());
     const DesktopEvents desktopEvents(QDBusConnection::systemBus(), application,
@@ -193,7 +193,13 @@ int main(int argc, char **argv) {
     QQmlEngine engine;
     engine.addImportPath(u"qrc:/qt/qml"_s);
     MainWindow window(&engine);
-    showWindow = [&window] { window.present(); };
+    showWindow = [&window](const QString &activationToken) {
+        // Where Qt looks for it when a window is to come to the front.
+        if (!activationToken.isEmpty())
+            qputenv("XDG_ACTIVATION_TOKEN", activationToken.toUtf8());
+        window.present();
+        qunsetenv("XDG_ACTIVATION_TOKEN"); // No child is to inherit it.
+    };
     QObject::connect(&window, &MainWindow::shown, &app, &TARNEApp::windowShown);
     QObject::connect(&window, &MainWindow::closed, &app, &TARNEApp::windowClosed);
     QObject::connect(&app, &TARNEApp::quitRequested, &application, &QGuiApplication::quit,

@@ -1,5 +1,6 @@
 """A desktop for one test class: display, buses, accessibility, notifications, login manager."""
 
+import json
 import os
 import pathlib
 import subprocess
@@ -19,7 +20,7 @@ KEY_STORE = "org.freedesktop.secrets"
 PASSWORD_DIALOGS = "org.gnome.keyring.SystemPrompter"
 PASSWORD_DIALOG = pathlib.Path(__file__).resolve().parents[1] / "support" / "password_dialog.py"
 
-# Without a service folder nothing is started on demand, so no stray window lies over a control.
+# Nothing is started on demand but what a test offers, so no stray window lies over a control.
 BUS_CONFIGURATION = """<!DOCTYPE busconfig PUBLIC "-//freedesktop//DTD D-Bus Bus Configuration 1.0//EN"
  "http://www.freedesktop.org/standards/dbus/1.0/busconfig.dtd">
 <busconfig>
@@ -32,7 +33,30 @@ BUS_CONFIGURATION = """<!DOCTYPE busconfig PUBLIC "-//freedesktop//DTD D-Bus Bus
     <allow eavesdrop="true"/>
     <allow own="*"/>
   </policy>
+  <limit name="max_replies_per_connection">50000</limit>
 </busconfig>
+"""
+
+# A notification in the middle of nothing, for a click and for a picture.
+DUNST_CONFIGURATION = """[global]
+width = 420
+origin = top-right
+offset = 20x20
+font = Inter 12
+frame_width = 1
+padding = 16
+horizontal_padding = 18
+frame_color = "#d0d0d5"
+corner_radius = 10
+icon_position = off
+show_indicators = no
+format = "<b>%s</b>\\n%b"
+markup = full
+mouse_left_click = do_action, close_current
+[urgency_normal]
+background = "#f5f5f7"
+foreground = "#1c1c1e"
+timeout = 0
 """
 
 # An empty desktop of one dark colour that never turns itself off.
@@ -53,10 +77,11 @@ class Desktop:
     One bus stands for both the session's and the system's; the names on it do not overlap.
     """
 
-    def __init__(self, folder, screen="1280x900"):
-        """`screen` is the display's size in pixels."""
+    def __init__(self, folder, screen="1280x900", services=None):
+        """`screen` is the display's size in pixels; `services` a folder as `start_bus` takes it."""
         self.folder = pathlib.Path(folder)
         self._screen = screen
+        self._services_of_bus = services
         self.runtime = self.folder / "run"
         self.runtime.mkdir(mode=0o700)
         # What a desktop's programs write about themselves is not left with who runs the tests.
@@ -93,16 +118,50 @@ class Desktop:
                 shown.append((texts[2], texts[3]))
         return shown
 
-    def start_notifications(self):
+    def start_notifications(self, capabilities="body body-markup"):
         self._notifications = self._start(*MOCK, "--session", "--template", "notification_daemon",
+                                          "--parameters",
+                                          json.dumps({"capabilities": capabilities}),
                                           "--logfile", str(self.notification_log),
                                           **self.environment)
         eventually(lambda: self.owns(NOTIFICATIONS), "somebody shows notifications")
+
+    def start_dunst(self):
+        """A notification daemon as desktops have one, in the place of the mock."""
+        self.stop_notifications()
+        configuration = self.folder / "dunstrc"
+        configuration.write_text(DUNST_CONFIGURATION)
+        self._notifications = self._start("dunst", "-config", str(configuration),
+                                          **self.environment)
+        eventually(lambda: self.owns(NOTIFICATIONS), "dunst shows notifications")
+
+    def notification_window(self):
+        """The window in which dunst shows notifications; empty while it shows none."""
+        return self.xdotool("search", "--onlyvisible", "--class", "Dunst").split("\n")[0]
 
     def stop_notifications(self):
         self._notifications.kill()
         self._notifications.wait()
         eventually(lambda: not self.owns(NOTIFICATIONS), "nobody shows notifications")
+
+    def click_notification(self, number, token=""):
+        """What the daemon tells of a click, and then of the notification's end."""
+        for signal, signature, arguments in (
+                ("ActivationToken", "us", [("u", number), ("s", token)]),
+                ("ActionInvoked", "us", [("u", number), ("s", "default")]),
+                ("NotificationClosed", "uu", [("u", number), ("u", 2)])):
+            self.call(NOTIFICATIONS, "/org/freedesktop/Notifications", "org.freedesktop.DBus.Mock",
+                      "EmitSignal", GLib.Variant("(sssav)", (
+                          NOTIFICATIONS, signal, signature,
+                          [GLib.Variant(kind, value) for kind, value in arguments])))
+
+    def process_of(self, name):
+        """The id of the process that has a name on the bus; None when nobody has it."""
+        try:
+            return self.call("org.freedesktop.DBus", "/org/freedesktop/DBus", "org.freedesktop.DBus",
+                             "GetConnectionUnixProcessID", GLib.Variant("(s)", (name,)))[0]
+        except GLib.Error:
+            return None
 
     def tell_of_sleep(self, begins):
         """What the login manager tells before the machine falls asleep and after it woke."""
@@ -244,7 +303,7 @@ class Desktop:
         return address
 
     def _start_bus(self):
-        self.bus_address = self.start_bus("bus")
+        self.bus_address = self.start_bus("bus", self._services_of_bus)
         self.bus = Gio.DBusConnection.new_for_address_sync(
             self.bus_address, Gio.DBusConnectionFlags.AUTHENTICATION_CLIENT
             | Gio.DBusConnectionFlags.MESSAGE_BUS_CONNECTION, None, None)

@@ -1,9 +1,11 @@
 """The vocabulary of the end-to-end tests."""
 
+import contextlib
 import os
 import pathlib
 import re
 import shutil
+import sqlite3
 import tempfile
 import unittest
 
@@ -17,6 +19,8 @@ from waiting import PATIENCE, eventually
 PROGRAM = os.environ["TARNE_PROGRAM"]
 ARTIFACTS = pathlib.Path(os.environ["TARNE_ARTIFACTS"])
 LAUNCH_PATIENCE = 60.0
+NOTIFIER = "com.tarne.app.Notifier1"
+NOTIFIER_PROGRAM = pathlib.Path(PROGRAM).with_name("tarne-notifier")
 
 
 # What the lines of the log begin with: nothing else belongs on standard output.
@@ -34,6 +38,8 @@ class TarneTestCase(unittest.TestCase):
 
     has_session_bus = True
     has_seen_onboarding = True
+    # Its timer waits on the real one in any case.
+    notifier_sees_wall_clock = True
     screen = "1280x900"
     extra_environment = {}
 
@@ -42,15 +48,16 @@ class TarneTestCase(unittest.TestCase):
         self.addCleanup(shutil.rmtree, self.folder, ignore_errors=True)
         self.home = self.folder / "home"
         self.home.mkdir()
-        self.desktop = Desktop(self.folder, self.screen)
-        self.addCleanup(self.desktop.close)
         self.clock = WallClock(self.folder)
+        self.desktop = Desktop(self.folder, self.screen, self.offered_services())
+        self.addCleanup(self.desktop.close)
         self.store = Store(self.home / "share")
         if self.has_seen_onboarding:
             self.store.plant("UserPreferences", PREFERENCES)
         self.program = None
         self.programs = []
-        self.expected_errors = []
+        # A busy machine may take longer to start the notifier than the program waits for it.
+        self.expected_errors = ["the notifier does not answer (no answer)"]
         self.addCleanup(self._end_programs)
 
     def tearDown(self):
@@ -64,6 +71,31 @@ class TarneTestCase(unittest.TestCase):
             self.fail("\n".join(["lines on standard error:", *errors]))
         if strays:
             self.fail("\n".join(["lines on standard output that are not the log's:", *strays]))
+
+    # -- the notifier -----------------------------------------------------------------------
+
+    def offered_services(self):
+        """A folder of what the bus starts on demand: the notifier, in the user's home."""
+        folder = self.folder / "services"
+        folder.mkdir()
+        variables = {"HOME": self.home, "XDG_DATA_HOME": self.home / "share", "TZ": "UTC"}
+        if self.notifier_sees_wall_clock:
+            variables |= self.clock.environment
+        words = " ".join(f"'{name}={value}'" for name, value in variables.items())
+        (folder / f"{NOTIFIER}.service").write_text(
+            f"[D-BUS Service]\nName={NOTIFIER}\nExec=/usr/bin/env {words} '{NOTIFIER_PROGRAM}'\n")
+        return folder
+
+    def requests(self):
+        """The identifiers of the requests in the notifier's file."""
+        file = self.home / "share" / "com.tarne.app" / "notifier" / "requests.sqlite"
+        if not file.exists():
+            return []
+        try:
+            with contextlib.closing(sqlite3.connect(f"file:{file}?mode=ro", uri=True)) as opened:
+                return [key for key, in opened.execute("SELECT key FROM defaults")]
+        except sqlite3.OperationalError:
+            return []  # It is being made.
 
     # -- the program ------------------------------------------------------------------------
 
