@@ -41,6 +41,42 @@ class AnInstalledTARNE(LauncherTestCase):
         program, = self.program_ids()
         self.assertEqual(os.readlink(f"/proc/{program}/cwd"), "/")
 
+    def test_has_its_notifier_started_by_the_bus_and_at_login(self):
+        services = self.prefix / "share/dbus-1/services"
+        address = self.desktop.start_bus("activating", services, **self.environment_of_a_user())
+        bus = Gio.DBusConnection.new_for_address_sync(
+            address, Gio.DBusConnectionFlags.AUTHENTICATION_CLIENT
+            | Gio.DBusConnectionFlags.MESSAGE_BUS_CONNECTION, None, None)
+        bus.call_sync("org.freedesktop.DBus", "/org/freedesktop/DBus", "org.freedesktop.DBus",
+                      "RequestName", GLib.Variant("(su)", ("com.tarne.app", 4)), None,
+                      Gio.DBusCallFlags.NONE, 10_000, None)
+        bus.call_sync("com.tarne.app.Notifier1", "/com/tarne/app/Notifier",
+                      "com.tarne.app.Notifier1", "Add",
+                      GLib.Variant("(sssa{si})", ("a", "Title", "Body", {
+                          "year": 2999, "month": 1, "day": 1})), None,
+                      Gio.DBusCallFlags.NONE, 60_000, None)
+        notifier = self.prefix / "lib/tarne/bin/tarne-notifier"
+        self.assertEqual(len(self.ids_of(notifier)), 1)
+        entry = self.prefix / "etc/xdg/autostart/com.tarne.app.Notifier.desktop"
+        self.assertIn(f'Exec="{notifier}"', entry.read_text())
+
+    def test_is_listed_whole_for_who_uninstalls_it(self):
+        script, listed = self.folder / "install.cmake", self.folder / "listed"
+        script.write_text(f"""set(CMAKE_INSTALL_PREFIX "{self.prefix}")
+            include("{PACKAGING}/cmake_install.cmake")
+            file(WRITE "{listed}" "${{CMAKE_INSTALL_MANIFEST_FILES}}")""")
+        subprocess.run(["cmake", "-P", script], check=True, timeout=60, capture_output=True)
+        found = [str(file) for file in self.prefix.rglob("*") if file.is_file()]
+        self.assertEqual(sorted(listed.read_text().split(";")), sorted(found))
+
+    def test_below_usr_is_started_at_login_as_desktops_look_for_it(self):
+        for prefix in ("/usr", "/usr/local"):
+            root = self.folder / f"root{prefix.replace('/', '-')}"
+            subprocess.run(["cmake", "--install", PACKAGING, "--prefix", prefix], check=True,
+                           timeout=60, capture_output=True, env=os.environ | {"DESTDIR": str(root)})
+            entry = root / "etc/xdg/autostart/com.tarne.app.Notifier.desktop"
+            self.assertIn(f'Exec="{prefix}/lib/tarne/bin/tarne-notifier"', entry.read_text())
+
     def test_typed_in_a_folder_it_does_not_start_that_folders_server(self):
         planted = self.folder / "untrusted"
         planted.mkdir()

@@ -10,8 +10,10 @@ import subprocess
 import types
 import unittest
 
+from gi.repository import Gio, GLib
+
 import box
-from fixture import PROGRAM, TarneTestCase
+from fixture import NOTIFIER, NOTIFIER_PROGRAM, PROGRAM, TarneTestCase
 
 LAUNCHER = box.SOURCES / "packaging" / "own-namespace"
 STAND_IN = pathlib.Path(__file__).with_name("stand_in_program.py")
@@ -175,6 +177,24 @@ class AMachineWithoutADesktop(LauncherTestCase):
         script.terminate()
         self.assertEqual(script.wait(30), 0)
         self.assertEqual(self.program_ids(), [])
+
+    def test_gets_a_bus_that_knows_the_notifier_until_the_end(self):
+        script = self.run_on_desktop()
+        address = self.environment_of_the_program()["DBUS_SESSION_BUS_ADDRESS"]
+        bus = Gio.DBusConnection.new_for_address_sync(
+            address, Gio.DBusConnectionFlags.AUTHENTICATION_CLIENT
+            | Gio.DBusConnectionFlags.MESSAGE_BUS_CONNECTION, None, None)
+        bus.set_exit_on_close(False)
+        started, = bus.call_sync("org.freedesktop.DBus", "/org/freedesktop/DBus",
+                                 "org.freedesktop.DBus", "StartServiceByName",
+                                 GLib.Variant("(su)", (NOTIFIER, 0)), None,
+                                 Gio.DBusCallFlags.NONE, 30_000, None).unpack()
+        self.assertIn(started, (1, 2))  # It was started, or runs.
+        service, = (self.folder / "bare").rglob(f"{NOTIFIER}.service")
+        self.assertIn(f'Exec="{NOTIFIER_PROGRAM}"', service.read_text())
+        script.terminate()
+        self.assertEqual(script.wait(30), 0)
+        self.assertFalse(service.exists())
 
     def test_gets_a_keyring_of_its_own_with_a_password_that_is_told_and_keeps_it(self):
         own = self.home / "share" / "keyrings"
