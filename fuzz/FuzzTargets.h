@@ -25,19 +25,21 @@ inline void require(bool holds, const char *statement) {
 
 using Input = QByteArrayView;
 
-void appcast(Input input);        ///< An update feed.
-void feedback(Input input);       ///< The model's answer, as UTF-8.
-void geminiAnswer(Input input);   ///< The body of the model's HTTP answer.
-void goalLine(Input input);       ///< The line that the user types, as UTF-8.
-void goalsRequest(Input input);   ///< What a client sends to the goals API.
-void history(Input input);        ///< The stored history.
-void insights(Input input);       ///< The same, as far as the screens show it.
-void integers(Input input);       ///< Decimal integers, as UTF-8.
-void preferences(Input input);    ///< The stored preferences.
-void restoration(Input input);    ///< Stored values of any type, at the start of a run.
-void scheduledGoals(Input input); ///< The stored schedule.
-void session(Input input);        ///< The JSON form of a session.
-void sqliteFile(Input input);     ///< The store's file.
+void appcast(Input input);         ///< An update feed.
+void feedback(Input input);        ///< The model's answer, as UTF-8.
+void geminiAnswer(Input input);    ///< The body of the model's HTTP answer.
+void goalLine(Input input);        ///< The line that the user types, as UTF-8.
+void goalsRequest(Input input);    ///< What a client sends to the goals API.
+void history(Input input);         ///< The stored history.
+void insights(Input input);        ///< The same, as far as the screens show it.
+void integers(Input input);        ///< Decimal integers, as UTF-8.
+void notifierCall(Input input);    ///< The components of a call of the notifier.
+void notifierRequest(Input input); ///< A request in the notifier's file.
+void preferences(Input input);     ///< The stored preferences.
+void restoration(Input input);     ///< Stored values of any type, at the start of a run.
+void scheduledGoals(Input input);  ///< The stored schedule.
+void session(Input input);         ///< The JSON form of a session.
+void sqliteFile(Input input);      ///< The store's file.
 
 struct Target {
     const char *name; ///< Also that of its folder of seeds.
@@ -52,6 +54,8 @@ inline constexpr std::array targets{Target{"appcast", appcast},
                                     Target{"history", history},
                                     Target{"insights", insights},
                                     Target{"integers", integers},
+                                    Target{"notifierCall", notifierCall},
+                                    Target{"notifierRequest", notifierRequest},
                                     Target{"preferences", preferences},
                                     Target{"restoration", restoration},
                                     Target{"scheduledGoals", scheduledGoals},
