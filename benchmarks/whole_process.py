@@ -35,6 +35,8 @@ def figures(program, seconds):
     from store import PREFERENCES, Store
 
     class Measurement(TarneTestCase):
+        notifier_sees_wall_clock = False
+
         def setUp(self):
             super().setUp()
             self.move_home()
