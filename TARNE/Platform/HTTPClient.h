@@ -20,6 +20,7 @@ struct HTTPRequest {
 struct HTTPResponse {
     int status = 0;
     QByteArray body;
+    QByteArray retryAfter{}; ///< The header of that name, empty without one.
 };
 
 /// There is no whole answer: why, in one line for the user. It never holds the request's address,

@@ -23,12 +23,19 @@ bool isAddressCharacter(QChar c) {
 } // namespace
 
 QUrl geminiAddress(const QString &endpoint, const QString &apiKey) {
+    const auto address = carriedGeminiAddress(endpoint, apiKey);
+    if (!address)
+        fatalError("the API key holds characters that no address can carry");
+    return *address;
+}
+
+std::optional<QUrl> carriedGeminiAddress(const QString &endpoint, const QString &apiKey) {
     const QUrl address(endpoint + u"/v1beta/models/gemini-1.5-flash-latest:generateContent?key="_s +
                            apiKey,
                        QUrl::StrictMode);
     if (!address.isValid() || apiKey.count(u'#') > 1 ||
         !std::ranges::all_of(apiKey, isAddressCharacter))
-        fatalError("the API key holds characters that no address can carry");
+        return std::nullopt;
     return address;
 }
 

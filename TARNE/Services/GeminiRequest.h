@@ -4,6 +4,8 @@
 #include <QString>
 #include <QUrl>
 
+#include <optional>
+
 namespace tarne {
 
 /// The address of the one call to the model: `endpoint` (scheme and host), the fixed path, and the
@@ -13,6 +15,10 @@ namespace tarne {
 /// carry (by RFC 3986) ends the process: one line, without the key, on standard error, then
 /// `abort`.
 [[nodiscard]] QUrl geminiAddress(const QString &endpoint, const QString &apiKey);
+
+/// The same address, or none for a key that no address can carry.
+[[nodiscard]] std::optional<QUrl> carriedGeminiAddress(const QString &endpoint,
+                                                       const QString &apiKey);
 
 /// The JSON body that asks for one answer to `prompt`.
 [[nodiscard]] QByteArray geminiRequestBody(const QString &prompt);

@@ -1,0 +1,218 @@
+// The real program under the contract by which TARNE starts, watches and stops it.
+
+#include <QDir>
+#include <QElapsedTimer>
+#include <QFile>
+#include <QFileInfo>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QLocalSocket>
+#include <QProcess>
+#include <QTcpServer>
+#include <QTcpSocket>
+#include <QTemporaryDir>
+
+#include <gtest/gtest.h>
+
+#include <optional>
+
+using namespace Qt::StringLiterals;
+
+namespace tarne::test {
+namespace {
+
+constexpr int patience = 20'000;
+constexpr quint16 port = 3000;
+const QString key = u"key-of-the-test"_s;
+
+class TheServer : public testing::Test {
+protected:
+    TheServer() {
+        m_environment = QProcessEnvironment::systemEnvironment();
+        m_environment.insert(u"XDG_RUNTIME_DIR"_s, m_home.path());
+        m_environment.insert(u"XDG_DATA_HOME"_s, m_home.filePath(u"data"_s));
+        m_environment.remove(u"PORT"_s);
+        m_environment.remove(u"GEMINI_API_KEY"_s);
+    }
+    ~TheServer() override {
+        process.kill();
+        process.waitForFinished();
+    }
+
+    void set(const QString &variable, const QString &value) {
+        m_environment.insert(variable, value);
+    }
+    void unset(const QString &variable) { m_environment.remove(variable); }
+
+    /// Starts it and waits for its line.
+    void start(const QStringList &arguments = {QString::number(port)}) {
+        launch(arguments);
+        ASSERT_TRUE(process.waitForReadyRead(patience));
+        m_output += process.readAllStandardOutput();
+        EXPECT_EQ(m_output, "TARNE Classification Server running on port 3000\n");
+    }
+    void launch(const QStringList &arguments) {
+        process.setProcessEnvironment(m_environment);
+        process.start(QStringLiteral(TARNE_CLASSIFICATION_SERVER), arguments);
+        ASSERT_TRUE(process.waitForStarted());
+    }
+    /// Its status, or -1 where it was ended by a signal or does not end.
+    int status() {
+        if (process.state() != QProcess::NotRunning && !process.waitForFinished(patience))
+            return -1;
+        m_output += process.readAllStandardOutput();
+        EXPECT_EQ(process.readAllStandardError(), "");
+        return process.exitStatus() == QProcess::NormalExit ? process.exitCode() : -1;
+    }
+    /// Ends it as TARNE does; milliseconds.
+    qint64 terminate() {
+        QElapsedTimer timer;
+        timer.start();
+        process.terminate();
+        EXPECT_EQ(status(), 0);
+        EXPECT_EQ(m_output.count('\n'), 1);
+        return timer.elapsed();
+    }
+
+    static QByteArray get(const QByteArray &path,
+                          const QHostAddress &host = QHostAddress::LocalHost) {
+        QTcpSocket socket;
+        socket.connectToHost(host, port);
+        socket.write("GET " + path + " HTTP/1.1\r\nHost: localhost\r\n\r\n");
+        while (socket.state() != QAbstractSocket::UnconnectedState &&
+               socket.waitForReadyRead(patience)) {
+        }
+        return socket.readAll();
+    }
+    QJsonObject answerTo(const QByteArray &line) const {
+        QLocalSocket socket;
+        socket.connectToServer(socketFile());
+        socket.write(line + '\n');
+        while (!socket.canReadLine() && socket.waitForReadyRead(patience)) {
+        }
+        return QJsonDocument::fromJson(socket.readLine()).object();
+    }
+    static QByteArray question(const QByteArray &op) {
+        return R"({"v":1,"id":7,"op":")" + op +
+               R"(","goals":"Write","page":{"origin":"https://secret.example","path":"/a"}})";
+    }
+
+    QString folder() const { return m_home.filePath(u"com.tarne.app"_s); }
+    QString socketFile() const { return folder() + u"/server-3000.sock"_s; }
+    QString home() const { return m_home.path(); }
+
+    QProcess process;
+
+private:
+    QTemporaryDir m_home;
+    QProcessEnvironment m_environment;
+    QByteArray m_output;
+};
+
+TEST_F(TheServer, TellsItsPortIsHealthyAndEndsWithZeroAtOnce) {
+    set(u"PORT"_s, u"3000"_s);
+    start();
+    EXPECT_TRUE(get("/health").startsWith("HTTP/1.1 200 OK\r\n"));
+    EXPECT_TRUE(get("/goals").startsWith("HTTP/1.1 404 Not Found\r\n"));
+    EXPECT_LT(terminate(), 500);
+    EXPECT_FALSE(QFileInfo::exists(socketFile()));
+}
+
+TEST_F(TheServer, IsTheSameWithAndWithoutAKey) {
+    start();
+    EXPECT_EQ(answerTo(R"({"v":1,"id":8,"op":"state"})")[u"key"], false);
+    EXPECT_EQ(answerTo(question("classify"))[u"error"], u"no_key"_s);
+    terminate();
+}
+
+TEST_F(TheServer, EndsAtOnceWithAQuestionUnderWay) {
+    set(u"GEMINI_API_KEY"_s, key);
+    start();
+    EXPECT_EQ(answerTo(R"({"v":1,"id":8,"op":"state"})")[u"key"], true);
+    QLocalSocket socket;
+    socket.connectToServer(socketFile());
+    socket.write(question("classify") + '\n');
+    ASSERT_TRUE(socket.waitForBytesWritten(patience) || socket.bytesToWrite() == 0);
+    EXPECT_LT(terminate(), 500);
+}
+
+TEST_F(TheServer, WithoutANetworkSaysSo) {
+    set(u"GEMINI_API_KEY"_s, key);
+    start();
+    EXPECT_EQ(answerTo(question("classify"))[u"error"], u"offline"_s);
+    EXPECT_EQ(answerTo(R"({"v":1,"id":8,"op":"state"})")[u"left_today"], 299);
+    terminate();
+}
+
+TEST_F(TheServer, TakesAKeyThatNoAddressCanCarryForNone) {
+    set(u"GEMINI_API_KEY"_s, u"a key with blanks"_s);
+    start();
+    EXPECT_EQ(answerTo(R"({"v":1,"id":8,"op":"state"})")[u"key"], false);
+    terminate();
+}
+
+TEST_F(TheServer, LeavesNoKeyAndNoPageInAnyFileOrArgument) {
+    set(u"GEMINI_API_KEY"_s, key);
+    start();
+    answerTo(question("classify"));
+    answerTo(question("override"));
+    QFile commandLine(u"/proc/%1/cmdline"_s.arg(process.processId()));
+    ASSERT_TRUE(commandLine.open(QIODevice::ReadOnly));
+    EXPECT_FALSE(commandLine.readAll().contains(key.toUtf8()));
+    EXPECT_EQ(QDir(folder()).entryList(QDir::AllEntries | QDir::System | QDir::NoDotAndDotDot),
+              (QStringList{u"questions-today"_s, u"server-3000.sock"_s}));
+    QFile count(folder() + u"/questions-today"_s);
+    ASSERT_TRUE(count.open(QIODevice::ReadOnly));
+    EXPECT_FALSE(count.readAll().contains("secret"));
+    terminate();
+    EXPECT_EQ(QDir(home()).entryList(QDir::AllEntries | QDir::NoDotAndDotDot),
+              QStringList{u"com.tarne.app"_s});
+}
+
+TEST_F(TheServer, GoesOnCountingTheDayAfterARestart) {
+    set(u"GEMINI_API_KEY"_s, key);
+    start();
+    answerTo(question("classify"));
+    terminate();
+    launch({u"3000"_s});
+    ASSERT_TRUE(process.waitForReadyRead(patience));
+    EXPECT_EQ(answerTo(R"({"v":1,"id":8,"op":"state"})")[u"left_today"], 299);
+}
+
+TEST_F(TheServer, AsksInTheStoresFolderWhereThereIsNoRuntimeFolder) {
+    unset(u"XDG_RUNTIME_DIR"_s);
+    start();
+    EXPECT_TRUE(QFileInfo::exists(home() + u"/data/com.tarne.app/server-3000.sock"_s));
+    terminate();
+}
+
+TEST_F(TheServer, IsHealthyWhereItCanHaveNoSocket) {
+    QFile inTheWay(folder());
+    ASSERT_TRUE(inTheWay.open(QIODevice::WriteOnly));
+    start();
+    EXPECT_TRUE(get("/health").startsWith("HTTP/1.1 200 OK\r\n"));
+    terminate();
+}
+
+TEST_F(TheServer, EndsSilentlyOnAPortThatIsTaken) {
+    QTcpServer other;
+    ASSERT_TRUE(other.listen(QHostAddress::LocalHost, port));
+    launch({u"3000"_s});
+    EXPECT_EQ(status(), 1);
+    EXPECT_EQ(process.readAllStandardOutput(), "");
+}
+
+TEST_F(TheServer, EndsSilentlyWhereItIsToldNoPortOrTwo) {
+    for (const QStringList &arguments :
+         {QStringList(), QStringList{u"0"_s}, QStringList{u"65536"_s}, QStringList{u"3000x"_s},
+          QStringList{u"-1"_s}, QStringList{u"3000"_s, u"3001"_s}, QStringList{u""_s}}) {
+        launch(arguments);
+        EXPECT_EQ(status(), 2) << qPrintable(arguments.join(u' '));
+    }
+    set(u"PORT"_s, u"3001"_s);
+    launch({u"3000"_s});
+    EXPECT_EQ(status(), 2);
+}
+
+} // namespace
+} // namespace tarne::test
