@@ -78,6 +78,8 @@ class AnInstalledTARNE(LauncherTestCase):
             self.assertIn(f'Exec="{prefix}/lib/tarne/bin/tarne-notifier"', entry.read_text())
 
     def test_typed_in_a_folder_it_does_not_start_that_folders_server(self):
+        # The one that was installed would be found first.
+        (self.prefix / "lib" / "tarne" / "lib" / "tarne" / "tarne-server").unlink()
         planted = self.folder / "untrusted"
         planted.mkdir()
         shutil.copy(STAND_IN_SERVER, planted / "tarne-server")

@@ -14,6 +14,8 @@ with the port of each listener:
     silent     accepts connections and says nothing
     refused    nobody listens
 
+The scenario "judging" answers questions about pages, by their titles.
+
 Every request is appended to FOLDER/requests as a line of JSON. Ends when its standard input does.
 """
 
@@ -47,6 +49,16 @@ def error(message):
     return json.dumps({"error": {"code": 0, "message": message, "status": "X"}})
 
 
+def verdict_on(body):
+    """What a model says that goes by words in the page's title, "Film" and "Perhaps"."""
+    page = json.loads(json.loads(body)["contents"][0]["parts"][0]["text"])["page"]
+    if "Film" in page["title"]:
+        return json.dumps({"verdict": "off_task", "confidence": 0.9, "reason": "A film."})
+    if "Perhaps" in page["title"]:
+        return json.dumps({"verdict": "off_task", "confidence": 0.6, "reason": "Perhaps not."})
+    return json.dumps({"verdict": "on_task", "confidence": 0.9, "reason": "It helps."})
+
+
 def response(body, status="200 OK", *headers, length=None):
     if isinstance(body, str):
         body = body.encode()
@@ -60,6 +72,7 @@ for code in (400, 401, 403, 404, 429, 500, 501, 503):
     SCENARIOS[f"json{code}"] = response(error(f"told with {code}"), f"{code} Status")
     SCENARIOS[f"html{code}"] = response(HTML, f"{code} Status")
 SCENARIOS.update({
+    "later429": response(error("told with 429"), "429 Status", "Retry-After: 7"),
     "basic401": response(error("told with 401"), "401 Status", 'WWW-Authenticate: Basic realm="x"'),
     "bearer401": response(error("told with 401"), "401 Status", 'WWW-Authenticate: Bearer'),
     **{f"{scheme.lower()}401": response(error("told with 401"), "401 Status",
@@ -160,7 +173,7 @@ class StandIn:
         with self.lock, open(f"{self.folder}/requests", "a") as record:
             record.write(json.dumps({"listener": listener, "method": method, "target": target,
                                      "headers": headers, "body": body.decode()}) + "\n")
-        self.answer(stream, self.scenario(target), target)
+        self.answer(stream, self.scenario(target), target, body.decode())
 
     def scenario(self, target):
         key = parse_qs(urlsplit(target).query).get("key", [""])[0]
@@ -172,8 +185,11 @@ class StandIn:
         except FileNotFoundError:
             return "good"
 
-    def answer(self, stream, scenario, target):
-        if scenario == "stall":
+    def answer(self, stream, scenario, target, body):
+        if scenario == "judging":
+            stream.sendall(response(candidate(verdict_on(body))))
+            self.say_goodbye(stream)
+        elif scenario == "stall":
             stream.recv(1)
         elif scenario == "trickle":
             # A byte at a time, each well within a client's patience, all together far beyond it.
