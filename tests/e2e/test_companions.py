@@ -1,7 +1,14 @@
 """TARNE with the classification server that lies beside it, and the bridge of a browser."""
 
+import json
+import os
 import pathlib
+import shutil
+import subprocess
+import tempfile
+import unittest
 
+import box
 from bridge import Bridge
 from fixture import PROGRAM
 from gemini import Gemini
@@ -124,3 +131,56 @@ class ASession(CompanionsTestCase):
         self.bridge.await_state("session", "inactive", within=10)
         self.assertEqual(self.bridge.ask("state"), {"error": "no_server"})
         self.assertEqual(self.bridge.close(), 0)
+
+
+class TheBrowsersManifests(unittest.TestCase):
+    """`scripts/companions`, in a checkout whose path needs quoting, for a user without any."""
+
+    def setUp(self):
+        self.folder = pathlib.Path(tempfile.mkdtemp())
+        self.addCleanup(shutil.rmtree, self.folder)
+        self.checkout = self.folder / 'a "check&out"'
+        self.home = self.folder / "home"
+        self.script = self.checkout / "scripts" / "companions"
+        self.bridge = self.checkout / "build" / "release" / "bin" / "tarne-bridge"
+        self.script.parent.mkdir(parents=True)
+        shutil.copy(box.SOURCES / "scripts" / "companions", self.script)
+        shutil.copytree(box.SOURCES / "companions" / "bridge", self.checkout / "companions" / "bridge")
+
+    def run_script(self, *arguments):
+        environment = {"PATH": os.environ["PATH"], "HOME": str(self.home)}
+        return subprocess.run([self.script, *arguments], env=environment, capture_output=True,
+                              text=True, timeout=60)
+
+    def build(self):
+        self.bridge.parent.mkdir(parents=True)
+        shutil.copy("/bin/true", self.bridge)
+
+    def manifests(self):
+        return sorted(str(file.relative_to(self.home)) for file in self.home.rglob("*.json"))
+
+    def test_without_a_build_say_how_it_is_made(self):
+        done = self.run_script("install")
+        self.assertEqual(done.returncode, 1)
+        self.assertIn("cmake --build --preset release", done.stderr)
+
+    def test_tell_each_browser_of_the_bridge_and_of_its_extension_alone(self):
+        self.build()
+        self.assertEqual(self.run_script("install").returncode, 0)
+        chromium, firefox = [json.loads((self.home / name).read_text())
+                             for name in self.manifests()]
+        for manifest in (chromium, firefox):
+            self.assertEqual((manifest["name"], manifest["type"], manifest["path"]),
+                             ("com.tarne.bridge", "stdio", str(self.bridge)))
+        self.assertEqual(chromium["allowed_origins"],
+                         ["chrome-extension://hehdnfjmcoelfcbplfkbhhkahldimemb/"])
+        self.assertEqual(firefox["allowed_extensions"], ["companion@tarne.app"])
+
+    def test_go_again_and_nothing_else_with_them(self):
+        self.build()
+        self.run_script("install")
+        other = self.home / ".mozilla" / "native-messaging-hosts" / "other.json"
+        other.write_text("{}")
+        for _ in range(2):
+            self.assertEqual(self.run_script("uninstall").returncode, 0)
+            self.assertEqual(self.manifests(), [str(other.relative_to(self.home))])
