@@ -33,33 +33,34 @@ void goalsRequest(Input input);    ///< What a client sends to the goals API.
 void history(Input input);         ///< The stored history.
 void insights(Input input);        ///< The same, as far as the screens show it.
 void integers(Input input);        ///< Decimal integers, as UTF-8.
+void modelVerdict(Input input);    ///< The model's text about a page, as UTF-8.
+void nativeMessages(Input input);  ///< What a browser writes to the bridge.
 void notifierCall(Input input);    ///< The components of a call of the notifier.
 void notifierRequest(Input input); ///< A request in the notifier's file.
 void preferences(Input input);     ///< The stored preferences.
+void question(Input input);        ///< A line to the classification server.
 void restoration(Input input);     ///< Stored values of any type, at the start of a run.
 void scheduledGoals(Input input);  ///< The stored schedule.
+void serverAnswer(Input input);    ///< A line of the classification server.
 void session(Input input);         ///< The JSON form of a session.
 void sqliteFile(Input input);      ///< The store's file.
+void storeRows(Input input);       ///< The session keys as the bridge reads them.
 
 struct Target {
     const char *name; ///< Also that of its folder of seeds.
     void (*run)(Input input);
 };
 
-inline constexpr std::array targets{Target{"appcast", appcast},
-                                    Target{"feedback", feedback},
-                                    Target{"geminiAnswer", geminiAnswer},
-                                    Target{"goalLine", goalLine},
-                                    Target{"goalsRequest", goalsRequest},
-                                    Target{"history", history},
-                                    Target{"insights", insights},
-                                    Target{"integers", integers},
-                                    Target{"notifierCall", notifierCall},
-                                    Target{"notifierRequest", notifierRequest},
-                                    Target{"preferences", preferences},
-                                    Target{"restoration", restoration},
-                                    Target{"scheduledGoals", scheduledGoals},
-                                    Target{"session", session},
-                                    Target{"sqliteFile", sqliteFile}};
+inline constexpr std::array targets{
+    Target{"appcast", appcast},           Target{"feedback", feedback},
+    Target{"geminiAnswer", geminiAnswer}, Target{"goalLine", goalLine},
+    Target{"goalsRequest", goalsRequest}, Target{"history", history},
+    Target{"insights", insights},         Target{"integers", integers},
+    Target{"modelVerdict", modelVerdict}, Target{"nativeMessages", nativeMessages},
+    Target{"notifierCall", notifierCall}, Target{"notifierRequest", notifierRequest},
+    Target{"preferences", preferences},   Target{"question", question},
+    Target{"restoration", restoration},   Target{"scheduledGoals", scheduledGoals},
+    Target{"serverAnswer", serverAnswer}, Target{"session", session},
+    Target{"sqliteFile", sqliteFile},     Target{"storeRows", storeRows}};
 
 } // namespace tarne::fuzz
