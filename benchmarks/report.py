@@ -112,6 +112,28 @@ def supervision_rows(whole):
     ]
 
 
+def companion_rows(companions, results):
+    cached = f"{results['cachedQuestion/10000']['ms'] * 1000:.0f} us" \
+        if "cachedQuestion/10000" in results else NOT_MEASURED
+    return [
+        ("a question answered from the cache, by bridge and server, p99", "3 ms",
+         f"{companions['cached p99 ms']:.2f} ms",
+         f"median {companions['cached median ms']:.2f} ms; the server's work beside 10,000 "
+         f"cached pages {cached}"),
+        ("the same asked 50 times at once, the last answer", "-",
+         f"{companions['50 at once ms']:.1f} ms", ""),
+        ("a session's start to the extension, from the store's commit", "-",
+         f"{companions['session told ms']:.1f} ms", ""),
+        ("resident memory of the server", "25 MB", f"{companions['server MB']:.1f} MB",
+         f"after a question to the model {companions['server used MB']:.1f} MB"),
+        ("resident memory of the bridge", "6 MB", f"{companions['bridge MB']:.1f} MB", ""),
+        ("wake-ups of server and bridge, idle, in a minute", "0",
+         f"{companions['idle wake-ups']:.0f}", ""),
+        ("model calls for one page and one set of goals", "1", f"{companions['model calls']:.0f}",
+         f"{companions['questions']:.0f} questions"),
+    ]
+
+
 def wrap_up_rows(results):
     answer = results["answerOnScreen/1000000"]
     return [
@@ -140,7 +162,7 @@ def long_text_rows(results):
            f"{stored['slowest ms']:.1f} ms", f"the first {stored['ms']:.1f} ms")]
 
 
-def budget_rows(whole, results, api, notifier):
+def budget_rows(whole, results, api, notifier, companions):
     """(what, budget, measured, reference)"""
     return [
         ("first frame after process start", "0.25 s", f"{whole['first frame s']:.2f} s",
@@ -174,6 +196,7 @@ def budget_rows(whole, results, api, notifier):
         *long_text_rows(results),
         *goals_api_rows(api),
         *notifier_rows(notifier),
+        *companion_rows(companions, results),
         ("disk writes, idle", "0", f"{whole['idle bytes/s'] / 1024:.1f} KiB/s", ""),
         ("disk writes, session running", "32 KiB/s",
          f"{whole['running bytes/s'] / 1024:.1f} KiB/s", ""),
@@ -204,9 +227,10 @@ def main():
     whole = figures_of("whole_process.py", folder / "tarne")
     api = figures_of("goals_api.py", folder / "goals_server")
     notifier = figures_of("notifier.py", folder / "tarne-notifier")
+    companions = figures_of("companions.py", folder / "tarne-bridge")
     results = run_benchmarks(folder)
     print_table([("What", "Budget", "Measured", "Reference")]
-                + budget_rows(whole, results, api, notifier))
+                + budget_rows(whole, results, api, notifier, companions))
     print("\nGrowth: size and time in ms")
     for name, times in sorted(growth_rows(results).items()):
         print(f"{name:32}", "  ".join(f"{size}: {time:.3f}" for size, time in sorted(times.items())))
