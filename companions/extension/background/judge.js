@@ -1,0 +1,270 @@
+// Decides about the pages that tabs show. Events only say "look at this tab again": what happens
+// follows from what is known at that moment, so events may come twice, late or in any order.
+
+import { identityOf, isPublic } from "../shared/address.js";
+import { disclosedPage } from "../shared/disclosure.js";
+import { areGoalsAskable } from "../shared/sessionState.js";
+import { message } from "./platform.js";
+
+const settlingTime = 1000;
+
+export class Judge {
+  #knowledge;
+  #bridge;
+  #view;
+  #onLearnt;
+  #asked = new Set();
+  #fresh = new Set();
+  #opening = new Map();
+  #covered = new Map();
+  #titles = new Map();
+  #settling = new Map();
+  #running = new Map();
+
+  /** `onLearnt` is called when something new is known: the rules and the visible pages follow it. */
+  constructor({ knowledge, bridge, view, onLearnt }) {
+    this.#knowledge = knowledge;
+    this.#bridge = bridge;
+    this.#view = view;
+    this.#onLearnt = onLearnt;
+  }
+
+  async visitVisible() {
+    const tabs = await this.#view.visibleTabs();
+    await Promise.all(tabs.map(({ id }) => this.visit(id)));
+  }
+
+  /** Looks at a tab. One look at a time and tab; what comes meanwhile is one more look. */
+  async visit(tabId) {
+    if (this.#running.has(tabId)) {
+      this.#running.set(tabId, true);
+      return;
+    }
+    this.#running.set(tabId, false);
+    try {
+      await this.#visitOnce(tabId);
+    } finally {
+      const isWanted = this.#running.get(tabId);
+      this.#running.delete(tabId);
+      if (isWanted) await this.visit(tabId);
+    }
+  }
+
+  /** A page has changed its own address; its title may follow, and until then it is not asked about. */
+  async visitChanged(tabId) {
+    const tab = await this.#view.tab(tabId);
+    if (tab === null) return;
+    if (tab.title === this.#titles.get(tabId)) this.#startSettling(tabId);
+    await this.visit(tabId);
+  }
+
+  settle(tabId) {
+    clearTimeout(this.#settling.get(tabId));
+    return this.#settling.delete(tabId);
+  }
+
+  /** The tab shows another document: whatever was put on the old one is gone. */
+  forgetDocument(tabId) {
+    this.settle(tabId);
+    this.#opening.delete(tabId);
+    if (this.#covered.delete(tabId)) return this.#view.unmute(tabId);
+    return undefined;
+  }
+
+  forgetTab(tabId) {
+    this.settle(tabId);
+    for (const map of [this.#opening, this.#covered, this.#titles]) map.delete(tabId);
+  }
+
+  /** A page was stopped by a rule. `isLoaded` tells whether the stopped page is in the history. */
+  async stopped(tabId, url, isLoaded) {
+    const address = identityOf(url);
+    const decision = address === null ? { action: "pass" } : this.#knowledge.decide(address);
+    if (decision.action === "block") await this.#openBlockPage(tabId, url, decision.why, isLoaded);
+  }
+
+  /** Asks about a page whether or not it is known. Gives why it cannot be asked about, or null. */
+  async judgeNow(tabId) {
+    const tab = await this.#view.tab(tabId);
+    const address = tab === null ? null : identityOf(tab.url);
+    if (address === null) return "notPublic";
+    if (this.#knowledge.phase !== "watching") return "notWatching";
+    return this.#ask(tab, address, true);
+  }
+
+  /** Forgets what is known about a page and asks anew when it is shown next. */
+  askAtNextVisit(address) {
+    this.#knowledge.forgetVerdict(address);
+    this.#fresh.add(address);
+  }
+
+  /** Lets a page through for this session and for later ones with these goals. */
+  async override(url) {
+    const address = identityOf(url);
+    if (address === null || this.#knowledge.session === null) return;
+    const page = this.#knowledge.verdict(address)?.page;
+    await this.#knowledge.override(address);
+    if (page) void this.#bridge.ask({ op: "override", page });
+    this.#onLearnt();
+  }
+
+  /** The user calls the page off task. */
+  async condemn(tabId, url) {
+    const address = identityOf(url);
+    if (address === null || this.#knowledge.session === null) return;
+    const known = this.#knowledge.verdict(address);
+    this.#knowledge.setVerdict(address, { ...known, verdict: "off_task", confidence: 1 });
+    this.#onLearnt();
+    await this.visit(tabId);
+  }
+
+  /** The user leaves a covered page. */
+  async leave(tabId) {
+    const tab = await this.#view.tab(tabId);
+    const address = tab === null ? null : identityOf(tab.url);
+    if (address === null) return;
+    const { why = "verdict" } = this.#knowledge.decide(address);
+    await this.#openBlockPage(tabId, tab.url, why, true);
+  }
+
+  async #visitOnce(tabId) {
+    const tab = await this.#view.tab(tabId);
+    const address = tab === null ? null : identityOf(tab.url);
+    if (address === null) return;
+    const decision = this.#knowledge.decide(address);
+    if (decision.action === "block") {
+      await this.#block(tab, address, decision.why);
+      return;
+    }
+    await this.#uncover(tabId);
+    if (decision.action === "strip" && tab.active) {
+      await this.#view.showStrip(tabId, "doubt", this.#stripTexts());
+    } else if (decision.action === "ask" && tab.active && !this.#settling.has(tabId)) {
+      // Not waited for: the answer takes its time, and the tab may go elsewhere meanwhile.
+      void this.#ask(tab, address, this.#fresh.has(address));
+    } else if (decision.action === "pass" && tab.active) {
+      await this.#tellBlindness(tabId, address);
+    }
+  }
+
+  // -- asking ------------------------------------------------------------------------------------
+
+  // Gives why the page is not asked about, or null.
+  async #ask(tab, address, isFresh) {
+    const { settings: { consent }, session } = this.#knowledge;
+    if (consent === null) return "noConsent";
+    if (session === null || !areGoalsAskable(session.goals)) return "noGoals";
+    if (this.#asked.has(address)) return null;
+    this.#asked.add(address);
+    try {
+      return await this.#askOnce(tab.id, address, isFresh);
+    } finally {
+      this.#asked.delete(address);
+    }
+  }
+
+  async #askOnce(tabId, address, isFresh) {
+    const { settings: { consent }, session } = this.#knowledge;
+    if (!isFresh && await this.#knowledge.isOverridden(address)) {
+      this.#learn(session, address, { verdict: "on_task", confidence: 1, reason: "", isByUser: true });
+      return null;
+    }
+    const look = await this.#view.look(tabId);
+    // A document that is not there yet says so itself later on.
+    if (look === null || !look.isReady || identityOf(look.address) !== address) return "notReady";
+    this.#titles.set(tabId, look.title);
+    if (look.isSensitive) return "sensitive";
+    const page = disclosedPage({ ...look, address }, consent);
+    if (page === null) return isPublic(address) ? "hasQuery" : "notPublic";
+    this.#fresh.delete(address);
+    this.#take(session, address, page,
+      await this.#bridge.ask({ op: "classify", page, ...(isFresh ? { fresh: true } : {}) }));
+    return null;
+  }
+
+  #take(session, address, page, answer) {
+    const { error, verdict, confidence, reason } = answer;
+    if (error === undefined) {
+      this.#learn(session, address, { verdict, confidence, reason, page });
+    } else if (error === "bad_request") {
+      // What the server cannot read now it cannot read later either.
+      this.#learn(session, address, { verdict: "unsure", confidence: 0, reason: "" });
+    } else if (this.#knowledge.takeError(answer)) {
+      this.#onLearnt();
+    }
+  }
+
+  // An answer about the goals of a session that is over says nothing about this one.
+  #learn(session, address, verdict) {
+    if (this.#knowledge.session?.goals !== session.goals) return;
+    this.#knowledge.setVerdict(address, verdict);
+    this.#onLearnt();
+  }
+
+  #startSettling(tabId) {
+    this.settle(tabId);
+    this.#settling.set(tabId, setTimeout(() => {
+      if (this.settle(tabId)) void this.visit(tabId);
+    }, settlingTime));
+  }
+
+  // -- acting ------------------------------------------------------------------------------------
+
+  async #block(tab, address, why) {
+    if (this.#opening.get(tab.id) === address || this.#covered.get(tab.id) === address) return;
+    const isHeld = this.#knowledge.isByForm(tab.id) || await this.#view.hasUnsavedInput(tab.id);
+    // A page that does not say whether it can be left is not left; the next event asks it again.
+    if (isHeld === null) return;
+    const now = await this.#view.tab(tab.id);
+    if (now === null || identityOf(now.url) !== address) return;
+    if (this.#knowledge.decide(address).action !== "block") return;
+    if (!isHeld) {
+      await this.#openBlockPage(tab.id, now.url, why, true);
+      return;
+    }
+    this.#covered.set(tab.id, address);
+    await this.#view.cover(tab.id, this.#coverTexts(address));
+  }
+
+  async #openBlockPage(tabId, url, why, isLoaded) {
+    const address = identityOf(url);
+    if (this.#opening.get(tabId) === address) return;
+    this.#opening.set(tabId, address);
+    const reason = why === "verdict" ? this.#knowledge.verdict(address)?.reason ?? "" : "";
+    this.#knowledge.setRecord(tabId, { url, why, reason });
+    try {
+      await this.#view.openBlockPage(tabId, isLoaded);
+    } catch {
+      // The tab was closed meanwhile, or is being dragged; the next event finds it.
+      this.#opening.delete(tabId);
+    }
+  }
+
+  async #uncover(tabId) {
+    if (this.#covered.delete(tabId)) await this.#view.clear(tabId);
+  }
+
+  async #tellBlindness(tabId, address) {
+    const { phase, blindness, settings, isBlindnessTold } = this.#knowledge;
+    if (phase !== "blind" || isBlindnessTold || settings.consent === null) return;
+    if (!isPublic(address)) return;
+    this.#knowledge.setBlindnessTold();
+    await this.#view.showStrip(tabId, "notice", {
+      label: message("extensionName"), question: message(`blind_${blindness}`),
+      dismiss: message("dismiss") });
+  }
+
+  #stripTexts() {
+    return { label: message("extensionName"), question: message("stripQuestion"),
+      yes: message("stripYes"), no: message("stripNo") };
+  }
+
+  #coverTexts(address) {
+    const { goals } = this.#knowledge.session;
+    const reason = this.#knowledge.verdict(address)?.reason ?? "";
+    return { heading: message("coverHeading"), explanation: message("coverExplanation"),
+      goalsLabel: message("goalsLabel"), goals,
+      reason: reason === "" ? "" : message("modelSays", reason),
+      leave: message("coverLeave"), onTask: message("thisIsOnTask") };
+  }
+}

@@ -1,0 +1,109 @@
+// What is looked up in tabs and shown in them.
+
+import { blockPage, supportsReplacing } from "./platform.js";
+
+const lookPatience = 2000;
+
+export class TabView {
+  #browser;
+
+  constructor(browser) {
+    this.#browser = browser;
+  }
+
+  async tab(tabId) {
+    try {
+      return await this.#browser.tabs.get(tabId);
+    } catch {
+      return null;
+    }
+  }
+
+  /** The visible tab of each window. */
+  visibleTabs() {
+    return this.#browser.tabs.query({ active: true });
+  }
+
+  /** {address, title, description, isReady, isSensitive}, or null where nobody can look. */
+  async look(tabId) {
+    const frames = await this.#run({ tabId, allFrames: true }, { files: ["content/look.js"] });
+    const main = frames?.find(({ frameId }) => frameId === 0)?.result;
+    if (!main) return null;
+    return { ...main, isSensitive: frames.some(({ result }) => result?.isSensitive === true) };
+  }
+
+  /** Whether the page holds input that leaving would lose; null where it does not say in time. */
+  async hasUnsavedInput(tabId) {
+    const frames = await this.#run({ tabId, allFrames: true }, { files: ["content/unsaved.js"] });
+    if (frames === null) return null;
+    return frames.some(({ result }) => result === true);
+  }
+
+  async showStrip(tabId, kind, texts) {
+    await this.#show(tabId, "strip", { kind, texts });
+  }
+
+  /** Covers the page and mutes the tab. */
+  async cover(tabId, texts) {
+    await this.#show(tabId, "cover", { texts });
+    const tab = await this.tab(tabId);
+    if (tab !== null && !tab.mutedInfo?.muted) {
+      await this.#browser.tabs.update(tabId, { muted: true });
+    }
+  }
+
+  /** Takes away what `showStrip` and `cover` have put on the page. */
+  async clear(tabId) {
+    const frames = await this.#run({ tabId }, { func: () => {
+      const isCovered = globalThis.tarneCompanionCover?.hide() === true;
+      globalThis.tarneCompanionStrip?.hide();
+      return isCovered;
+    } });
+    if (frames?.[0]?.result === true) await this.unmute(tabId);
+  }
+
+  // Only where the extension has muted it: the user's own muting stays.
+  async unmute(tabId) {
+    const tab = await this.tab(tabId);
+    if (tab?.mutedInfo?.extensionId === this.#browser.runtime.id) {
+      await this.#browser.tabs.update(tabId, { muted: false });
+    }
+  }
+
+  /** Opens the block page in place of the tab's page; `isLoaded` where that page is in the history. */
+  async openBlockPage(tabId, isLoaded) {
+    const replacing = isLoaded && supportsReplacing ? { loadReplace: true } : {};
+    await this.#browser.tabs.update(tabId, { url: blockPage, ...replacing });
+  }
+
+  /** A new-tab page in the place of this tab. */
+  async openNewTab(tabId) {
+    const tab = await this.tab(tabId);
+    if (tab === null) return;
+    await this.#browser.tabs.create({ windowId: tab.windowId, index: tab.index, active: tab.active });
+    await this.#browser.tabs.remove(tabId);
+  }
+
+  async #show(tabId, name, what) {
+    await this.#run({ tabId }, { files: [`content/${name}.js`] });
+    const show = name === "cover" ? (given) => globalThis.tarneCompanionCover.show(given)
+      : (given) => globalThis.tarneCompanionStrip.show(given);
+    await this.#run({ tabId }, { func: show, args: [what] });
+  }
+
+  // Null for a page that no script may enter, a tab that is gone, and one that does not answer.
+  async #run(target, script) {
+    let timer;
+    const patience = new Promise((resolve) => {
+      timer = setTimeout(resolve, lookPatience, null);
+    });
+    try {
+      return await Promise.race([patience,
+        this.#browser.scripting.executeScript({ target, injectImmediately: true, ...script })]);
+    } catch {
+      return [];
+    } finally {
+      clearTimeout(timer);
+    }
+  }
+}

@@ -1,0 +1,37 @@
+// Looked up in every frame of a page that is about to be left: whether it holds input of the user.
+// The value of this script goes to the background.
+(() => {
+  const insides = (element) => globalThis.chrome?.dom?.openOrClosedShadowRoot?.(element)
+    ?? element.openOrClosedShadowRoot ?? element.shadowRoot;
+  const roots = [document];
+  for (let index = 0; index < roots.length; index += 1) {
+    for (const element of roots[index].querySelectorAll("*")) {
+      if (element instanceof HTMLElement && insides(element)) roots.push(insides(element));
+    }
+  }
+
+  const isChangedInput = (input) => {
+    if (["hidden", "button", "submit", "reset", "image"].includes(input.type)) return false;
+    if (["checkbox", "radio"].includes(input.type)) return input.checked !== input.defaultChecked;
+    // These two have a value of their own where the page gives none.
+    if (["range", "color"].includes(input.type) && !input.hasAttribute("value")) return false;
+    return input.value !== input.defaultValue;
+  };
+  const isChangedSelect = (select) => {
+    const options = [...select.options];
+    const defaults = options.filter((option) => option.defaultSelected);
+    // Without a default a list shows its first option.
+    if (!select.multiple && defaults.length === 0) return select.selectedIndex > 0;
+    return select.multiple ? options.some((option) => option.selected !== option.defaultSelected)
+      : select.selectedOptions[0] !== defaults.at(-1);
+  };
+  // Nobody has kept what it was, so all text that can be edited counts as edited.
+  const hasEditableText = (element) => element.isContentEditable && element.textContent.trim() !== "";
+
+  const holds = (root, selector, test) => [...root.querySelectorAll(selector)].some(test);
+  return roots.some((root) => holds(root, "input", isChangedInput)
+    || holds(root, "textarea", (area) => area.value !== area.defaultValue)
+    || holds(root, "select", isChangedSelect)
+    || holds(root, "[contenteditable]", hasEditableText))
+    || (document.designMode === "on" && (document.body?.textContent ?? "").trim() !== "");
+})();

@@ -1,0 +1,142 @@
+"""The vocabulary of the browser tests: one start of a browser for each class of tests."""
+
+import os
+import pathlib
+import shutil
+import tempfile
+import time
+import unittest
+
+from stand_in_bridge import StandInBridge
+from waiting import eventually
+from web import Web
+
+EXTENSION = pathlib.Path(os.environ["TARNE_EXTENSION"])
+ARTIFACTS = pathlib.Path(os.environ["TARNE_ARTIFACTS"])
+
+
+def browser_class():
+    # Only the one that is tested needs to be there.
+    if os.environ["TARNE_BROWSER"] == "firefox":
+        from firefox import Firefox
+        return Firefox
+    from chromium import Chromium
+    return Chromium
+
+
+class BrowserTestCase(unittest.TestCase):
+    """A browser with the extension, a bridge in the test's hands and a web of made-up names.
+
+    Each test takes names and goals of its own, so that none knows what another has learnt.
+    """
+
+    has_bridge = True
+
+    @classmethod
+    def setUpClass(cls):
+        cls.folder = pathlib.Path(tempfile.mkdtemp(prefix="tarne-browser-"))
+        cls.addClassCleanup(shutil.rmtree, cls.folder, ignore_errors=True)
+        cls.web = Web()
+        cls.addClassCleanup(cls.web.close)
+        cls.bridge = StandInBridge(cls.folder)
+        cls.addClassCleanup(cls.bridge.close)
+        cls.browser = browser_class()(cls.folder, EXTENSION, cls.bridge if cls.has_bridge else None)
+        cls.addClassCleanup(cls.browser.close)
+        if cls.has_bridge:
+            eventually(lambda: cls.bridge.is_connected, "the extension has found its bridge")
+
+    def setUp(self):
+        self.bridge.is_away = False
+        self.bridge.judge = lambda page: {"verdict": "on_task", "confidence": 1, "reason": "",
+                                          "source": "model"}
+        self.bridge.end_session()
+        self.bridge.set_server("ready")
+        self.browser.new_tab()
+        for tab in [tab for tab in self.browser.tabs if tab != self.browser.tab]:
+            current = self.browser.tab
+            self.browser.close_tab(tab)
+            self.browser.show(current)
+        self.set_up_settings()
+
+    def set_up_settings(self):
+        """Consent to titles, and empty lists."""
+        self.settings(consent="title")
+
+    def tearDown(self):
+        outcome = self._outcome.result
+        if any(test is self for test, _ in outcome.failures + outcome.errors) or self._failed_now():
+            ARTIFACTS.mkdir(parents=True, exist_ok=True)
+            try:
+                self.browser.picture(ARTIFACTS / f"{self.browser.name}-{self.id()}.png")
+            except Exception as error:  # The browser itself may be what failed.
+                print(f"no picture: {error}")
+
+    def _failed_now(self):
+        return any(error for _, error in getattr(self._outcome, "errors", []))
+
+    # -- given ------------------------------------------------------------------------------------
+
+    def settings(self, consent, allow=(), block=()):
+        """Sets all that the user can choose, as the options page does."""
+        current = self.browser.tab
+        self.browser.new_tab()
+        self.open_own("pages/options.html")
+        state = self.ask_background({"type": "state"})
+        for name, wanted in (("allowList", list(allow)), ("blockList", list(block))):
+            self.ask_background({"type": "list/remove", "list": name,
+                                 "entries": state["settings"][name]})
+            self.ask_background({"type": "list/add", "list": name, "entries": wanted})
+        self.ask_background({"type": "consent", "level": consent})
+        self.browser.close_tab(self.browser.tab)
+        self.browser.show(current)
+
+    def open_own(self, page):
+        self.browser.open_own(page)
+        self.eventually(lambda: self.browser.address == self.browser.own_address + page
+                        and self.browser.run("return document.readyState") == "complete",
+                        f"{page} is shown")
+
+    def ask_background(self, message):
+        return self.browser.run_asynchronously(
+            "(globalThis.browser ?? chrome).runtime.sendMessage(arguments[0])", message)
+
+    def start_session(self, judge=None, goals=None):
+        if judge is not None:
+            self.bridge.judge = judge
+        self.bridge.start_session(goals or f"Goals of {self.id()}")
+
+    # -- then -------------------------------------------------------------------------------------
+
+    def eventually(self, condition, what, within=10.0):
+        return eventually(condition, what, within)
+
+    @property
+    def is_blocked(self):
+        return self.browser.address == self.browser.own_address + "pages/block.html"
+
+    def wait_until_blocked(self, within=10.0):
+        self.eventually(lambda: self.is_blocked and self.shown("#heading"),
+                        lambda: f"the block page is shown; instead {self.browser.address}", within)
+
+    def wait_until_at(self, address, within=10.0):
+        self.eventually(lambda: self.browser.address == address,
+                        lambda: f"the tab is at {address}; it is at {self.browser.address}", within)
+
+    def shown(self, selector):
+        return self.browser.run(
+            "const element = document.querySelector(arguments[0]);"
+            "return element !== null && element.checkVisibility()", selector)
+
+    def text(self, selector):
+        return self.browser.run("return document.querySelector(arguments[0]).textContent", selector)
+
+    def wait_until_asked(self, origin, times=1):
+        self.eventually(lambda: len(self.bridge.asked_about(origin)) >= times,
+                        f"{origin} is asked about")
+
+    def assert_stays(self, condition, what, seconds=1.0):
+        """That something holds all the while: the one wait for what must not happen."""
+        deadline = time.monotonic() + seconds
+        while time.monotonic() < deadline:
+            self.assertTrue(condition(), what)
+            time.sleep(0.05)
