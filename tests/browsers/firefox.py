@@ -59,9 +59,17 @@ class Firefox:
                         "MOZ_HEADLESS_WIDTH": "1200", "MOZ_HEADLESS_HEIGHT": "800"}
         self._log = open(folder / "firefox.log", "wb")
         self._process = subprocess.Popen(
-            ["firefox-esr", "--headless", "--marionette", "--no-remote", "--profile", str(profile)],
+            ["firefox-esr", "--headless", "--marionette", "--remote-allow-system-access", "--no-remote", "--profile", str(profile)],
             stdin=subprocess.DEVNULL, stdout=self._log, stderr=self._log, env=environment,
             start_new_session=True)
+        self._wire = None
+        try:
+            self._begin(folder, extension)
+        except BaseException:
+            self.close()
+            raise
+
+    def _begin(self, folder, extension):
         self._wire = Marionette(PORT, START_SECONDS)
         self._wire.call("WebDriver:NewSession", capabilities={"alwaysMatch": {
             "pageLoadStrategy": "none", "timeouts": {"pageLoad": 20000, "script": 20000}}})
@@ -159,11 +167,12 @@ class Firefox:
         pathlib.Path(path).write_bytes(base64.b64decode(data))
 
     def close(self):
-        try:
-            self._wire.call("Marionette:Quit", flags=["eForceQuit"])
-        except (OSError, RemoteError, ValueError):
-            pass  # It hangs up as it ends.
-        self._wire.close()
+        if self._wire is not None:
+            try:
+                self._wire.call("Marionette:Quit", flags=["eForceQuit"])
+            except (OSError, RemoteError, ValueError):
+                pass  # It hangs up as it ends.
+            self._wire.close()
         try:
             self._process.wait(timeout=20)
         except subprocess.TimeoutExpired:

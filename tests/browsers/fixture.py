@@ -1,5 +1,6 @@
 """The vocabulary of the browser tests: one start of a browser for each class of tests."""
 
+import json
 import os
 import pathlib
 import shutil
@@ -126,6 +127,36 @@ class BrowserTestCase(unittest.TestCase):
         return self.browser.run(
             "const element = document.querySelector(arguments[0]);"
             "return element !== null && element.checkVisibility()", selector)
+
+    def tab_state(self, address):
+        """What the browser knows about the tab at this address, seen from a page of the extension."""
+        self.open_own("pages/options.html")
+        return self.browser.run_asynchronously(
+            "(globalThis.browser ?? chrome).tabs.query({})"
+            ".then((tabs) => tabs.find(({url}) => url === arguments[0]))"
+            .replace("arguments[0]", json.dumps(address)))
+
+    @property
+    def is_covered(self):
+        """Whether the page can no longer be reached, which is all that a page can tell of its cover."""
+        return self.browser.run("""
+            const found = document.elementFromPoint(innerWidth / 2, innerHeight / 2);
+            return found !== null && found.parentNode === document.documentElement
+              && found !== document.body && found.tagName === 'DIV';""")
+
+    @property
+    def has_strip(self):
+        return self.browser.run("""
+            const found = document.elementFromPoint(5, 5);
+            return found !== null && found.parentNode === document.documentElement
+              && found.tagName === 'DIV';""")
+
+    def visit(self, address):
+        """Goes to a page in the current tab and waits until it is there."""
+        self.browser.open(address)
+        self.wait_until_at(address)
+        self.eventually(lambda: self.browser.run("return document.readyState") == "complete",
+                        "the page is there")
 
     def text(self, selector):
         return self.browser.run("return document.querySelector(arguments[0]).textContent", selector)

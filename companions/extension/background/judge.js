@@ -1,7 +1,7 @@
 // Decides about the pages that tabs show. Events only say "look at this tab again": what happens
 // follows from what is known at that moment, so events may come twice, late or in any order.
 
-import { identityOf, isPublic } from "../shared/address.js";
+import { identityOf, isPublic, siteOf } from "../shared/address.js";
 import { disclosedPage } from "../shared/disclosure.js";
 import { areGoalsAskable } from "../shared/sessionState.js";
 import { message } from "./platform.js";
@@ -16,8 +16,8 @@ export class Judge {
   #asked = new Set();
   #fresh = new Set();
   #opening = new Map();
-  #covered = new Map();
-  #titles = new Map();
+  #dressed = new Map();
+  #settled = new Map();
   #settling = new Map();
   #running = new Map();
 
@@ -50,37 +50,44 @@ export class Judge {
     }
   }
 
-  /** A page has changed its own address; its title may follow, and until then it is not asked about. */
-  async visitChanged(tabId) {
-    const tab = await this.#view.tab(tabId);
-    if (tab === null) return;
-    if (tab.title === this.#titles.get(tabId)) this.#startSettling(tabId);
-    await this.visit(tabId);
-  }
-
-  settle(tabId) {
-    clearTimeout(this.#settling.get(tabId));
-    return this.#settling.delete(tabId);
+  /** The page has another title: one that has changed its own address is there with it. */
+  async visitTitled(tabId, title) {
+    if (this.#settling.has(tabId)) {
+      await this.visit(tabId);
+    } else if (this.#settled.has(tabId)) {
+      this.#settled.get(tabId).title = title;
+    }
   }
 
   /** The tab shows another document: whatever was put on the old one is gone. */
   forgetDocument(tabId) {
-    this.settle(tabId);
+    this.#endSettling(tabId);
+    this.#settled.delete(tabId);
     this.#opening.delete(tabId);
-    if (this.#covered.delete(tabId)) return this.#view.unmute(tabId);
-    return undefined;
+    const wasCovered = this.#dressed.get(tabId)?.kind === "cover";
+    this.#dressed.delete(tabId);
+    return wasCovered ? this.#view.unmute(tabId) : undefined;
   }
 
   forgetTab(tabId) {
-    this.settle(tabId);
-    for (const map of [this.#opening, this.#covered, this.#titles]) map.delete(tabId);
+    this.#endSettling(tabId);
+    for (const map of [this.#opening, this.#dressed, this.#settled]) map.delete(tabId);
   }
 
-  /** A page was stopped by a rule. `isLoaded` tells whether the stopped page is in the history. */
-  async stopped(tabId, url, isLoaded) {
+  /**
+   * A page was stopped by a rule. Where the browser still shows the page before it, that one may hold
+   * input, and is not left.
+   */
+  async stopped(tabId, url) {
     const address = identityOf(url);
-    const decision = address === null ? { action: "pass" } : this.#knowledge.decide(address);
-    if (decision.action === "block") await this.#openBlockPage(tabId, url, decision.why, isLoaded);
+    if (address === null) return;
+    const { action, why } = this.#knowledge.decide(address);
+    if (action !== "block") return;
+    if (await this.#view.hasUnsavedInput(tabId) === false) {
+      await this.#openBlockPage(tabId, url, why, false);
+    } else {
+      await this.#view.showStrip(tabId, "notice", noticeTexts(message("stoppedNotice", siteOf(address))));
+    }
   }
 
   /** Asks about a page whether or not it is known. Gives why it cannot be asked about, or null. */
@@ -131,15 +138,16 @@ export class Judge {
     const tab = await this.#view.tab(tabId);
     const address = tab === null ? null : identityOf(tab.url);
     if (address === null) return;
+    const isSettled = this.#isSettled(tab, address);
     const decision = this.#knowledge.decide(address);
     if (decision.action === "block") {
       await this.#block(tab, address, decision.why);
       return;
     }
-    await this.#uncover(tabId);
+    await this.#undress(tabId, address, decision.action);
     if (decision.action === "strip" && tab.active) {
-      await this.#view.showStrip(tabId, "doubt", this.#stripTexts());
-    } else if (decision.action === "ask" && tab.active && !this.#settling.has(tabId)) {
+      await this.#showStrip(tabId, address, "doubt", this.#stripTexts());
+    } else if (decision.action === "ask" && tab.active && isSettled) {
       // Not waited for: the answer takes its time, and the tab may go elsewhere meanwhile.
       void this.#ask(tab, address, this.#fresh.has(address));
     } else if (decision.action === "pass" && tab.active) {
@@ -171,8 +179,7 @@ export class Judge {
     }
     const look = await this.#view.look(tabId);
     // A document that is not there yet says so itself later on.
-    if (look === null || !look.isReady || identityOf(look.address) !== address) return "notReady";
-    this.#titles.set(tabId, look.title);
+    if (look === null || identityOf(look.address) !== address) return "notReady";
     if (look.isSensitive) return "sensitive";
     const page = disclosedPage({ ...look, address }, consent);
     if (page === null) return isPublic(address) ? "hasQuery" : "notPublic";
@@ -201,17 +208,38 @@ export class Judge {
     this.#onLearnt();
   }
 
-  #startSettling(tabId) {
-    this.settle(tabId);
-    this.#settling.set(tabId, setTimeout(() => {
-      if (this.settle(tabId)) void this.visit(tabId);
-    }, settlingTime));
+  // A page that changes its own address mostly changes its title next, and until then the old title
+  // stands at the new address. It is waited for, a second at most.
+  #isSettled({ id, title }, address) {
+    const last = this.#settled.get(id);
+    if (last === undefined || last.address === address || last.title !== title) {
+      this.#endSettling(id);
+      this.#settled.set(id, { address, title });
+      return true;
+    }
+    if (this.#settling.get(id)?.address !== address) this.#startSettling(id, address);
+    return false;
+  }
+
+  #startSettling(tabId, address) {
+    this.#endSettling(tabId);
+    const timer = setTimeout(() => {
+      this.#settling.delete(tabId);
+      this.#settled.delete(tabId);
+      void this.visit(tabId);
+    }, settlingTime);
+    this.#settling.set(tabId, { address, timer });
+  }
+
+  #endSettling(tabId) {
+    clearTimeout(this.#settling.get(tabId)?.timer);
+    this.#settling.delete(tabId);
   }
 
   // -- acting ------------------------------------------------------------------------------------
 
   async #block(tab, address, why) {
-    if (this.#opening.get(tab.id) === address || this.#covered.get(tab.id) === address) return;
+    if (this.#opening.get(tab.id) === address || this.#isDressed(tab.id, address, "cover")) return;
     const isHeld = this.#knowledge.isByForm(tab.id) || await this.#view.hasUnsavedInput(tab.id);
     // A page that does not say whether it can be left is not left; the next event asks it again.
     if (isHeld === null) return;
@@ -222,7 +250,7 @@ export class Judge {
       await this.#openBlockPage(tab.id, now.url, why, true);
       return;
     }
-    this.#covered.set(tab.id, address);
+    this.#dressed.set(tab.id, { address, kind: "cover" });
     await this.#view.cover(tab.id, this.#coverTexts(address));
   }
 
@@ -240,8 +268,25 @@ export class Judge {
     }
   }
 
-  async #uncover(tabId) {
-    if (this.#covered.delete(tabId)) await this.#view.clear(tabId);
+  async #showStrip(tabId, address, kind, texts) {
+    if (this.#isDressed(tabId, address, kind)) return;
+    this.#dressed.set(tabId, { address, kind });
+    await this.#view.showStrip(tabId, kind, texts);
+  }
+
+  #isDressed(tabId, address, kind) {
+    const dress = this.#dressed.get(tabId);
+    return dress !== undefined && dress.address === address && dress.kind === kind;
+  }
+
+  // Takes away what does not belong to the page any more. A notice stays as long as it is true.
+  async #undress(tabId, address, action) {
+    const dress = this.#dressed.get(tabId);
+    if (dress === undefined) return;
+    if (dress.kind === "notice" && this.#knowledge.phase === "blind") return;
+    if (dress.kind === "doubt" && dress.address === address && action === "strip") return;
+    this.#dressed.delete(tabId);
+    await this.#view.clear(tabId);
   }
 
   async #tellBlindness(tabId, address) {
@@ -249,9 +294,7 @@ export class Judge {
     if (phase !== "blind" || isBlindnessTold || settings.consent === null) return;
     if (!isPublic(address)) return;
     this.#knowledge.setBlindnessTold();
-    await this.#view.showStrip(tabId, "notice", {
-      label: message("extensionName"), question: message(`blind_${blindness}`),
-      dismiss: message("dismiss") });
+    await this.#showStrip(tabId, address, "notice", noticeTexts(message(`blind_${blindness}`)));
   }
 
   #stripTexts() {
@@ -267,4 +310,8 @@ export class Judge {
       reason: reason === "" ? "" : message("modelSays", reason),
       leave: message("coverLeave"), onTask: message("thisIsOnTask") };
   }
+}
+
+function noticeTexts(notice) {
+  return { label: message("extensionName"), question: notice, dismiss: message("dismiss") };
 }

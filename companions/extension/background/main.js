@@ -75,11 +75,11 @@ webNavigation.onCommitted.addListener(mainFrame(async ({ tabId, url, transitionT
   await judge.visit(tabId);
 }));
 webNavigation.onDOMContentLoaded.addListener(mainFrame(({ tabId }) => judge.visit(tabId)));
-webNavigation.onHistoryStateUpdated.addListener(mainFrame(({ tabId }) => judge.visitChanged(tabId)));
+webNavigation.onHistoryStateUpdated.addListener(mainFrame(({ tabId }) => judge.visit(tabId)));
 webNavigation.onErrorOccurred.addListener(mainFrame(({ tabId, url }) => judge.stopped(tabId, url)));
 tabs.onUpdated.addListener(handles(async (tabId, { url, title, status }) => {
-  const isSettled = title !== undefined && judge.settle(tabId);
-  if (isSettled || url !== undefined || status === "complete") await judge.visit(tabId);
+  if (title !== undefined) await judge.visitTitled(tabId, title);
+  if (url !== undefined || status === "complete") await judge.visit(tabId);
 }));
 tabs.onActivated.addListener(handles(({ tabId }) => judge.visit(tabId)));
 tabs.onReplaced.addListener(handles(async (tabId, oldTabId) => {

@@ -24,8 +24,10 @@ export class TabView {
     return this.#browser.tabs.query({ active: true });
   }
 
-  /** {address, title, description, isReady, isSensitive}, or null where nobody can look. */
+  /** {address, title, description, isSensitive}; null for a page that is not there yet, or not ours. */
   async look(tabId) {
+    const settled = await this.#run({ tabId }, { files: ["content/settled.js"] });
+    if (settled?.[0]?.result !== true) return null;
     const frames = await this.#run({ tabId, allFrames: true }, { files: ["content/look.js"] });
     const main = frames?.find(({ frameId }) => frameId === 0)?.result;
     if (!main) return null;
@@ -47,9 +49,7 @@ export class TabView {
   async cover(tabId, texts) {
     await this.#show(tabId, "cover", { texts });
     const tab = await this.tab(tabId);
-    if (tab !== null && !tab.mutedInfo?.muted) {
-      await this.#browser.tabs.update(tabId, { muted: true });
-    }
+    if (tab !== null && !tab.mutedInfo?.muted) await this.#mute(tabId, true);
   }
 
   /** Takes away what `showStrip` and `cover` have put on the page. */
@@ -65,9 +65,7 @@ export class TabView {
   // Only where the extension has muted it: the user's own muting stays.
   async unmute(tabId) {
     const tab = await this.tab(tabId);
-    if (tab?.mutedInfo?.extensionId === this.#browser.runtime.id) {
-      await this.#browser.tabs.update(tabId, { muted: false });
-    }
+    if (tab?.mutedInfo?.extensionId === this.#browser.runtime.id) await this.#mute(tabId, false);
   }
 
   /** Opens the block page in place of the tab's page; `isLoaded` where that page is in the history. */
@@ -82,6 +80,11 @@ export class TabView {
     if (tab === null) return;
     await this.#browser.tabs.create({ windowId: tab.windowId, index: tab.index, active: tab.active });
     await this.#browser.tabs.remove(tabId);
+  }
+
+  async #mute(tabId, muted) {
+    // The tab may be gone by now.
+    await this.#browser.tabs.update(tabId, { muted }).catch(() => {});
   }
 
   async #show(tabId, name, what) {

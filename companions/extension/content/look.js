@@ -14,7 +14,6 @@
     address: location.href,
     title: document.title.slice(0, 5000),
     description: (described?.content ?? "").slice(0, 5000),
-    isReady: document.readyState !== "loading",
     isSensitive: roots.some((root) => root.querySelector(secrets) !== null),
   };
 })();
