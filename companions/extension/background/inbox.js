@@ -11,6 +11,7 @@ import { levels } from "../shared/disclosure.js";
  */
 export class Inbox {
   #knowledge;
+  #inquiry;
   #judge;
   #view;
   #onChosen;
@@ -18,8 +19,9 @@ export class Inbox {
   #clock;
 
   /** `onChosen` is called when the user has changed what is blocked. */
-  constructor({ knowledge, judge, view, onChosen, ownOrigin, clock }) {
+  constructor({ knowledge, inquiry, judge, view, onChosen, ownOrigin, clock }) {
     this.#knowledge = knowledge;
+    this.#inquiry = inquiry;
     this.#judge = judge;
     this.#view = view;
     this.#onChosen = onChosen;
@@ -59,7 +61,7 @@ export class Inbox {
     },
     "block/askAgain": (_, tab) => {
       const { url } = this.#knowledge.record(tab.id);
-      this.#judge.askAtNextVisit(identityOf(url));
+      this.#inquiry.askAfresh(identityOf(url));
       return this.#onChosen();
     },
     "block/newTab": (_, tab) => this.#view.openNewTab(tab.id),

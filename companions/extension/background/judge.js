@@ -2,29 +2,23 @@
 // follows from what is known at that moment, so events may come twice, late or in any order.
 
 import { identityOf, isPublic, siteOf } from "../shared/address.js";
-import { disclosedPage } from "../shared/disclosure.js";
-import { areGoalsAskable } from "../shared/sessionState.js";
 import { message } from "./platform.js";
-
-const settlingTime = 1000;
+import { Settling } from "./settling.js";
 
 export class Judge {
   #knowledge;
-  #bridge;
+  #inquiry;
   #view;
   #onLearnt;
-  #asked = new Set();
-  #fresh = new Set();
   #opening = new Map();
   #dressed = new Map();
-  #settled = new Map();
-  #settling = new Map();
+  #settling = new Settling((tabId) => void this.visit(tabId));
   #running = new Map();
 
-  /** `onLearnt` is called when something new is known: the rules and the visible pages follow it. */
-  constructor({ knowledge, bridge, view, onLearnt }) {
+  /** `onLearnt` is called when the user has said something about a page. */
+  constructor({ knowledge, inquiry, view, onLearnt }) {
     this.#knowledge = knowledge;
-    this.#bridge = bridge;
+    this.#inquiry = inquiry;
     this.#view = view;
     this.#onLearnt = onLearnt;
   }
@@ -52,17 +46,12 @@ export class Judge {
 
   /** The page has another title: one that has changed its own address is there with it. */
   async visitTitled(tabId, title) {
-    if (this.#settling.has(tabId)) {
-      await this.visit(tabId);
-    } else if (this.#settled.has(tabId)) {
-      this.#settled.get(tabId).title = title;
-    }
+    if (this.#settling.takeTitle(tabId, title)) await this.visit(tabId);
   }
 
   /** The tab shows another document: whatever was put on the old one is gone. */
   forgetDocument(tabId) {
-    this.#endSettling(tabId);
-    this.#settled.delete(tabId);
+    this.#settling.forget(tabId);
     this.#opening.delete(tabId);
     const wasCovered = this.#dressed.get(tabId)?.kind === "cover";
     this.#dressed.delete(tabId);
@@ -70,8 +59,9 @@ export class Judge {
   }
 
   forgetTab(tabId) {
-    this.#endSettling(tabId);
-    for (const map of [this.#opening, this.#dressed, this.#settled]) map.delete(tabId);
+    this.#settling.forget(tabId);
+    this.#opening.delete(tabId);
+    this.#dressed.delete(tabId);
   }
 
   /**
@@ -96,22 +86,15 @@ export class Judge {
     const address = tab === null ? null : identityOf(tab.url);
     if (address === null) return "notPublic";
     if (this.#knowledge.phase !== "watching") return "notWatching";
-    return this.#ask(tab, address, true);
-  }
-
-  /** Forgets what is known about a page and asks anew when it is shown next. */
-  askAtNextVisit(address) {
-    this.#knowledge.forgetVerdict(address);
-    this.#fresh.add(address);
+    return this.#inquiry.ask(tabId, address, true);
   }
 
   /** Lets a page through for this session and for later ones with these goals. */
   async override(url) {
     const address = identityOf(url);
     if (address === null || this.#knowledge.session === null) return;
-    const page = this.#knowledge.verdict(address)?.page;
+    this.#inquiry.tellOverride(address);
     await this.#knowledge.override(address);
-    if (page) void this.#bridge.ask({ op: "override", page });
     this.#onLearnt();
   }
 
@@ -138,7 +121,7 @@ export class Judge {
     const tab = await this.#view.tab(tabId);
     const address = tab === null ? null : identityOf(tab.url);
     if (address === null) return;
-    const isSettled = this.#isSettled(tab, address);
+    const isSettled = this.#settling.isSettled(tab, address);
     const decision = this.#knowledge.decide(address);
     if (decision.action === "block") {
       await this.#block(tab, address, decision.why);
@@ -149,91 +132,10 @@ export class Judge {
       await this.#showStrip(tabId, address, "doubt", this.#stripTexts());
     } else if (decision.action === "ask" && tab.active && isSettled) {
       // Not waited for: the answer takes its time, and the tab may go elsewhere meanwhile.
-      void this.#ask(tab, address, this.#fresh.has(address));
+      void this.#inquiry.ask(tabId, address);
     } else if (decision.action === "pass" && tab.active) {
       await this.#tellBlindness(tabId, address);
     }
-  }
-
-  // -- asking ------------------------------------------------------------------------------------
-
-  // Gives why the page is not asked about, or null.
-  async #ask(tab, address, isFresh) {
-    const { settings: { consent }, session } = this.#knowledge;
-    if (consent === null) return "noConsent";
-    if (session === null || !areGoalsAskable(session.goals)) return "noGoals";
-    if (this.#asked.has(address)) return null;
-    this.#asked.add(address);
-    try {
-      return await this.#askOnce(tab.id, address, isFresh);
-    } finally {
-      this.#asked.delete(address);
-    }
-  }
-
-  async #askOnce(tabId, address, isFresh) {
-    const { settings: { consent }, session } = this.#knowledge;
-    if (!isFresh && await this.#knowledge.isOverridden(address)) {
-      this.#learn(session, address, { verdict: "on_task", confidence: 1, reason: "", isByUser: true });
-      return null;
-    }
-    const look = await this.#view.look(tabId);
-    // A document that is not there yet says so itself later on.
-    if (look === null || identityOf(look.address) !== address) return "notReady";
-    if (look.isSensitive) return "sensitive";
-    const page = disclosedPage({ ...look, address }, consent);
-    if (page === null) return isPublic(address) ? "hasQuery" : "notPublic";
-    this.#fresh.delete(address);
-    this.#take(session, address, page,
-      await this.#bridge.ask({ op: "classify", page, ...(isFresh ? { fresh: true } : {}) }));
-    return null;
-  }
-
-  #take(session, address, page, answer) {
-    const { error, verdict, confidence, reason } = answer;
-    if (error === undefined) {
-      this.#learn(session, address, { verdict, confidence, reason, page });
-    } else if (error === "bad_request") {
-      // What the server cannot read now it cannot read later either.
-      this.#learn(session, address, { verdict: "unsure", confidence: 0, reason: "" });
-    } else if (this.#knowledge.takeError(answer)) {
-      this.#onLearnt();
-    }
-  }
-
-  // An answer about the goals of a session that is over says nothing about this one.
-  #learn(session, address, verdict) {
-    if (this.#knowledge.session?.goals !== session.goals) return;
-    this.#knowledge.setVerdict(address, verdict);
-    this.#onLearnt();
-  }
-
-  // A page that changes its own address mostly changes its title next, and until then the old title
-  // stands at the new address. It is waited for, a second at most.
-  #isSettled({ id, title }, address) {
-    const last = this.#settled.get(id);
-    if (last === undefined || last.address === address || last.title !== title) {
-      this.#endSettling(id);
-      this.#settled.set(id, { address, title });
-      return true;
-    }
-    if (this.#settling.get(id)?.address !== address) this.#startSettling(id, address);
-    return false;
-  }
-
-  #startSettling(tabId, address) {
-    this.#endSettling(tabId);
-    const timer = setTimeout(() => {
-      this.#settling.delete(tabId);
-      this.#settled.delete(tabId);
-      void this.visit(tabId);
-    }, settlingTime);
-    this.#settling.set(tabId, { address, timer });
-  }
-
-  #endSettling(tabId) {
-    clearTimeout(this.#settling.get(tabId)?.timer);
-    this.#settling.delete(tabId);
   }
 
   // -- acting ------------------------------------------------------------------------------------

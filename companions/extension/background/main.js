@@ -4,6 +4,7 @@
 import { Badge } from "./badge.js";
 import { Bridge } from "./bridge.js";
 import { Inbox } from "./inbox.js";
+import { Inquiry } from "./inquiry.js";
 import { Judge } from "./judge.js";
 import { Knowledge } from "./knowledge.js";
 import { browser, browserName } from "./platform.js";
@@ -34,8 +35,9 @@ const bridge = new Bridge({
   },
 });
 
-const judge = new Judge({ knowledge, bridge, view, onLearnt: () => void changed() });
-const inbox = new Inbox({ knowledge, judge, view, clock, onChosen: () => changed(),
+const inquiry = new Inquiry({ knowledge, bridge, view, onLearnt: () => void changed() });
+const judge = new Judge({ knowledge, inquiry, view, onLearnt: () => void changed() });
+const inbox = new Inbox({ knowledge, inquiry, judge, view, clock, onChosen: () => changed(),
   ownOrigin: runtime.getURL("") });
 
 // The rules of a worker that was ended are of a moment that nobody knows any more.
