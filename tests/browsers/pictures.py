@@ -1,9 +1,9 @@
 """Draws the extension's pages for docs/shots, as Chromium shows them.
 
-    browser_box.py EXTENSION docs/shots chromium pictures
+    browser_box.py BUILD docs/shots chromium pictures
 """
 
-from fixture import ARTIFACTS, BrowserTestCase
+from browser_fixture import ARTIFACTS, BrowserTestCase
 from stand_in_bridge import off_task, on_task
 
 GOALS = "Write the report, Read chapter 4"

@@ -1,6 +1,6 @@
 """What is asked about, when, and with which words."""
 
-from fixture import BrowserTestCase
+from browser_fixture import BrowserTestCase
 from stand_in_bridge import off_task, on_task
 
 MEGABYTE = 1_000_000

@@ -2,7 +2,7 @@
 
 import time
 
-from fixture import BrowserTestCase
+from browser_fixture import BrowserTestCase
 from stand_in_bridge import off_task, on_task
 
 MARKUP = "<img src=x onerror=\"document.title='run'\"><script>document.title='run'</script>"

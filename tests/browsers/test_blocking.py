@@ -1,6 +1,6 @@
 """What happens to a page that is off task, and what the user can do about it."""
 
-from fixture import BrowserTestCase
+from browser_fixture import BrowserTestCase
 from stand_in_bridge import off_task, on_task
 
 FORM = "<form method='{method}' action='/result'><input id='field' name='a' value=''>" \

@@ -3,7 +3,7 @@
 import struct
 import time
 
-from fixture import BrowserTestCase
+from browser_fixture import BrowserTestCase
 from stand_in_bridge import framed, off_task, on_task
 
 

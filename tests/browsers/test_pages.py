@@ -1,6 +1,6 @@
 """The extension's own pages: what assistive tools are told, and that the keyboard is enough."""
 
-from fixture import BrowserTestCase
+from browser_fixture import BrowserTestCase
 from stand_in_bridge import off_task
 
 INTERACTIVE = {"button", "link", "textbox", "checkbox", "radio", "combobox", "searchbox"}

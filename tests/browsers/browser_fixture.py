@@ -25,7 +25,70 @@ def browser_class():
     return Chromium
 
 
-class BrowserTestCase(unittest.TestCase):
+class BrowserWords:
+    """What tests do with `self.browser` and expect of it."""
+
+    def open_own(self, page):
+        self.browser.open_own(page)
+        self.eventually(lambda: self.browser.address == self.browser.own_address + page
+                        and self.browser.run("return document.readyState") == "complete",
+                        f"{page} is shown")
+
+    def ask_background(self, message):
+        return self.browser.run_asynchronously(
+            "(globalThis.browser ?? chrome).runtime.sendMessage(arguments[0])", message)
+
+    @property
+    def is_blocked(self):
+        return self.browser.address == self.browser.own_address + "pages/block.html"
+
+    def wait_until_blocked(self, within=10.0):
+        self.eventually(lambda: self.is_blocked and self.shown("#heading"),
+                        lambda: f"the block page is shown; instead {self.browser.address}", within)
+
+    def wait_until_at(self, address, within=10.0):
+        self.eventually(lambda: self.browser.address == address,
+                        lambda: f"the tab is at {address}; it is at {self.browser.address}", within)
+
+    def shown(self, selector):
+        return self.browser.run(
+            "const element = document.querySelector(arguments[0]);"
+            "return element !== null && element.checkVisibility()", selector)
+
+    @property
+    def is_covered(self):
+        """Whether the page can no longer be reached, which is all that a page can tell of its cover."""
+        return self.browser.run("""
+            const found = document.elementFromPoint(innerWidth / 2, innerHeight / 2);
+            return found !== null && found.parentNode === document.documentElement
+              && found !== document.body && found.tagName === 'DIV';""")
+
+    @property
+    def has_strip(self):
+        return self.browser.run("""
+            const found = document.elementFromPoint(5, 5);
+            return found !== null && found.parentNode === document.documentElement
+              && found.tagName === 'DIV';""")
+
+    def visit(self, address):
+        """Goes to a page in the current tab and waits until it is there."""
+        self.browser.open(address)
+        self.wait_until_at(address)
+        self.eventually(lambda: self.browser.run("return document.readyState") == "complete",
+                        "the page is there")
+
+    def text(self, selector):
+        return self.browser.run("return document.querySelector(arguments[0]).textContent", selector)
+
+    def assert_stays(self, condition, what, seconds=1.0):
+        """That something holds all the while: the one wait for what must not happen."""
+        deadline = time.monotonic() + seconds
+        while time.monotonic() < deadline:
+            self.assertTrue(condition(), what)
+            time.sleep(0.05)
+
+
+class BrowserTestCase(BrowserWords, unittest.TestCase):
     """A browser with the extension, a bridge in the test's hands and a web of made-up names.
 
     Each test takes names and goals of its own, so that none knows what another has learnt.
@@ -91,16 +154,6 @@ class BrowserTestCase(unittest.TestCase):
         self.browser.close_tab(self.browser.tab)
         self.browser.show(current)
 
-    def open_own(self, page):
-        self.browser.open_own(page)
-        self.eventually(lambda: self.browser.address == self.browser.own_address + page
-                        and self.browser.run("return document.readyState") == "complete",
-                        f"{page} is shown")
-
-    def ask_background(self, message):
-        return self.browser.run_asynchronously(
-            "(globalThis.browser ?? chrome).runtime.sendMessage(arguments[0])", message)
-
     def start_session(self, judge=None, goals=None):
         if judge is not None:
             self.bridge.judge = judge
@@ -111,23 +164,6 @@ class BrowserTestCase(unittest.TestCase):
     def eventually(self, condition, what, within=10.0):
         return eventually(condition, what, within)
 
-    @property
-    def is_blocked(self):
-        return self.browser.address == self.browser.own_address + "pages/block.html"
-
-    def wait_until_blocked(self, within=10.0):
-        self.eventually(lambda: self.is_blocked and self.shown("#heading"),
-                        lambda: f"the block page is shown; instead {self.browser.address}", within)
-
-    def wait_until_at(self, address, within=10.0):
-        self.eventually(lambda: self.browser.address == address,
-                        lambda: f"the tab is at {address}; it is at {self.browser.address}", within)
-
-    def shown(self, selector):
-        return self.browser.run(
-            "const element = document.querySelector(arguments[0]);"
-            "return element !== null && element.checkVisibility()", selector)
-
     def tab_state(self, address):
         """What the browser knows about the tab at this address, seen from a page of the extension."""
         self.open_own("pages/options.html")
@@ -136,38 +172,6 @@ class BrowserTestCase(unittest.TestCase):
             ".then((tabs) => tabs.find(({url}) => url === arguments[0]))"
             .replace("arguments[0]", json.dumps(address)))
 
-    @property
-    def is_covered(self):
-        """Whether the page can no longer be reached, which is all that a page can tell of its cover."""
-        return self.browser.run("""
-            const found = document.elementFromPoint(innerWidth / 2, innerHeight / 2);
-            return found !== null && found.parentNode === document.documentElement
-              && found !== document.body && found.tagName === 'DIV';""")
-
-    @property
-    def has_strip(self):
-        return self.browser.run("""
-            const found = document.elementFromPoint(5, 5);
-            return found !== null && found.parentNode === document.documentElement
-              && found.tagName === 'DIV';""")
-
-    def visit(self, address):
-        """Goes to a page in the current tab and waits until it is there."""
-        self.browser.open(address)
-        self.wait_until_at(address)
-        self.eventually(lambda: self.browser.run("return document.readyState") == "complete",
-                        "the page is there")
-
-    def text(self, selector):
-        return self.browser.run("return document.querySelector(arguments[0]).textContent", selector)
-
     def wait_until_asked(self, origin, times=1):
         self.eventually(lambda: len(self.bridge.asked_about(origin)) >= times,
                         f"{origin} is asked about")
-
-    def assert_stays(self, condition, what, seconds=1.0):
-        """That something holds all the while: the one wait for what must not happen."""
-        deadline = time.monotonic() + seconds
-        while time.monotonic() < deadline:
-            self.assertTrue(condition(), what)
-            time.sleep(0.05)
