@@ -111,10 +111,13 @@ class BrowserTestCase(BrowserWords, unittest.TestCase):
 
     def setUp(self):
         self.bridge.is_away = False
+        self.bridge.is_mute = False
         self.bridge.judge = lambda page: {"verdict": "on_task", "confidence": 1, "reason": "",
                                           "source": "model"}
         self.bridge.end_session()
         self.bridge.set_server("ready")
+        # The last test may have closed the tab that it was in.
+        self.browser.switch(self.browser.tabs[-1])
         self.browser.new_tab()
         for tab in [tab for tab in self.browser.tabs if tab != self.browser.tab]:
             current = self.browser.tab

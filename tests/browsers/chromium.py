@@ -72,6 +72,7 @@ class Chromium:
 
     def new_tab(self, address="about:blank"):
         self._driver.switch_to.new_window("tab")
+        self.show(self.tab)
         self.open(address)
         return self.tab
 

@@ -69,4 +69,4 @@ class Pictures(BrowserTestCase):
         self.browser.before_each_page(POPUP_OF_ANOTHER_TAB)
         self.open_own("pages/popup.html")
         self.eventually(lambda: self.shown("#page"), "the page is shown")
-        self.draw("popup", width=352)
+        self.draw("popup", width=352, height=self.browser.run("return document.body.offsetHeight"))

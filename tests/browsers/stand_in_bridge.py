@@ -20,9 +20,11 @@ import os, socket, sys, threading
 server = socket.socket(socket.AF_UNIX)
 server.connect({address!r})
 def to_browser():
-    while data := server.recv(65536):
-        os.write(1, data)
-    os._exit(0)
+    try:
+        while data := server.recv(65536):
+            os.write(1, data)
+    finally:
+        os._exit(0)
 threading.Thread(target=to_browser, daemon=True).start()
 while data := os.read(0, 65536):
     server.sendall(data)
@@ -39,6 +41,7 @@ class StandInBridge:
         self.hellos = []
         self.judge = lambda page: on_task()
         self.is_away = False
+        self.is_mute = False
         self._session = {"v": 1, "type": "session", "state": "inactive"}
         self._server = {"v": 1, "type": "server", "state": "ready"}
         self._connections = []
@@ -139,6 +142,8 @@ class StandInBridge:
                 self._connections.remove(connection)
 
     def _hear(self, connection, frame):
+        if self.is_mute:
+            return
         if frame.get("type") == "hello":
             with self._lock:
                 self.hellos.append(frame)

@@ -251,6 +251,8 @@ class BlockingTest(BrowserTestCase):
         self.settings(consent=None, block=["listed.example", "partly.example/forum"])
         self.bridge.set_server("absent")
         self.start_session()
+        self.browser.open("http://listed.example/first")
+        self.wait_until_blocked()
         self.browser.open("http://www.listed.example/any")
         self.wait_until_blocked()
         self.assertEqual(self.web.visits("www.listed.example"), 0)

@@ -46,6 +46,21 @@ class FailuresTest(BrowserTestCase):
         self.eventually(lambda: self.bridge.is_connected, "the next event finds the bridge")
         self.wait_until_blocked()
 
+    def test_a_bridge_that_hangs_is_given_up_and_another_is_started(self):
+        self.start_session(lambda page: off_task())
+        self.block("http://hangs.example/")
+        self.bridge.is_mute = True
+        self.bridge.die()
+        self.wait_until_at("http://hangs.example/", within=2)
+        time.sleep(1.1)  # A bridge that ends at once is left alone for a second.
+        self.visit("http://hung.example/")
+        self.bridge.is_mute = False
+
+        def found():
+            self.browser.open("http://hung.example/")
+            return self.bridge.is_connected
+        self.eventually(found, "another bridge is started", within=20)
+
     def assert_blind(self, reason):
         """Pages pass, the block list holds, the reason is told once on a page and in the popup."""
         self.visit("http://blind.example/")

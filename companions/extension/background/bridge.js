@@ -5,6 +5,7 @@ import { parseFrame } from "../shared/frames.js";
 export const hostName = "com.tarne.bridge";
 const answerPatience = 25000;
 const restBetweenTries = 1000;
+const helloPatience = 10000;
 
 /**
  * Calls `onFrame` for each frame that can be read and `onLost` once for each port that ends.
@@ -16,6 +17,7 @@ export class Bridge {
   #onFrame;
   #onLost;
   #port = null;
+  #silence = null;
   #lastTry = -Infinity;
   #nextId = 1;
   #open = new Map();
@@ -35,6 +37,11 @@ export class Bridge {
     this.#port = port;
     port.onMessage.addListener((message) => this.#receive(port, message));
     port.onDisconnect.addListener(() => this.#lose(port));
+    // A bridge answers the hello at once; one that hangs would keep a working one away for good.
+    this.#silence = setTimeout(() => {
+      port.disconnect();
+      this.#lose(port);
+    }, helloPatience);
     port.postMessage({ v: 1, type: "hello", ...this.#hello });
   }
 
@@ -54,6 +61,7 @@ export class Bridge {
   #receive(port, message) {
     const frame = parseFrame(message);
     if (frame === null || port !== this.#port) return;
+    clearTimeout(this.#silence);
     if (frame.kind === "answer") this.#answer(frame);
     else this.#onFrame(frame);
   }
@@ -70,6 +78,7 @@ export class Bridge {
     void globalThis.chrome?.runtime?.lastError;
     if (port !== this.#port) return;
     this.#port = null;
+    clearTimeout(this.#silence);
     this.#onLost();
     for (const id of [...this.#open.keys()]) this.#answer(unanswered(id));
   }

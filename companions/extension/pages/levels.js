@@ -12,7 +12,11 @@ const examples = [
 
 /** Fills the fieldset `levels` with radio buttons; `chosen` is one of the levels or null. */
 export function fillLevels(chosen) {
-  byId("levels").append(...levels.map((level) => choiceOf(level, level === chosen)));
+  const pages = made("ol", { className: "quiet" });
+  pages.append(...examples.map(({ title, address }) =>
+    made("li", { content: text("examplePage", title, address) })));
+  byId("levels").append(made("p", { className: "quiet", content: text("exampleLead") }), pages,
+    ...levels.map((level) => choiceOf(level, level === chosen)));
 }
 
 /** The level that is chosen, or null. */
@@ -38,7 +42,7 @@ function choiceOf(level, isChosen) {
   const note = made("div");
   note.id = `note-${level}`;
   note.append(made("p", { className: "quiet", content: text(`level_${level}Note`) }),
-    ...examples.flatMap((example) => exampleOf(example, level)));
+    ...examples.map((example) => exampleOf(example, level)));
   words.append(label, note);
   choice.append(input, words);
   return choice;
@@ -46,9 +50,7 @@ function choiceOf(level, isChosen) {
 
 function exampleOf(example, level) {
   const page = disclosedPage(example, level);
-  return [made("p", { className: "quiet",
-    content: text("exampleLead", example.title, example.address) }),
-  made("code", { content: page === null ? text("exampleNothing") : wordsOf(page) })];
+  return made("code", { content: page === null ? text("exampleNothing") : wordsOf(page) });
 }
 
 function wordsOf({ origin, path, title, description }) {

@@ -1,5 +1,5 @@
 import assert from "node:assert/strict";
-import { test } from "node:test";
+import { mock, test } from "node:test";
 import { Bridge, hostName } from "../../../companions/extension/background/bridge.js";
 
 /** A browser's side of native ports: `ports` are those that were opened, with what was posted. */
@@ -7,7 +7,8 @@ function makeRoad() {
   const road = { ports: [], frames: [], losses: 0 };
   const connectNative = (name) => {
     const port = { name, posted: [], onMessage: signal(), onDisconnect: signal(),
-      postMessage: (message) => port.posted.push(message) };
+      postMessage: (message) => port.posted.push(message),
+      disconnect: () => { port.isClosed = true; } };
     road.ports.push(port);
     return port;
   };
@@ -38,6 +39,19 @@ test("a bridge that ends at once is not started in a tight loop", () => {
     ports.at(-1).onDisconnect.emit();
   }
   assert.equal(ports.length, 1);
+});
+
+test("a bridge that does not answer the hello is given up, and one that does is not", () => {
+  mock.timers.enable(["setTimeout"]);
+  const [hung, working] = [makeRoad(), makeRoad()];
+  hung.bridge.ensure();
+  working.bridge.ensure();
+  working.ports[0].onMessage.emit({ v: 1, type: "server", state: "ready" });
+  mock.timers.tick(60000);
+  mock.timers.reset();
+  assert.equal(hung.ports[0].isClosed, true);
+  assert.equal(hung.losses, 1);
+  assert.equal(working.losses, 0);
 });
 
 test("answers come to their questions, in any order", async () => {
