@@ -1,4 +1,5 @@
 import assert from "node:assert/strict";
+import { execFileSync } from "node:child_process";
 import { createHash } from "node:crypto";
 import { readFileSync, readdirSync } from "node:fs";
 import { test } from "node:test";
@@ -79,5 +80,11 @@ test("nothing is written as markup, and nothing is loaded from anywhere else", (
     assert.doesNotMatch(content, /console\./, file);
     assert.doesNotMatch(content, /(src|href)="(https?:)?\/\//, file);
     assert.doesNotMatch(content, /\bfetch\(|XMLHttpRequest|WebSocket|sendBeacon|EventSource/, file);
+  }
+});
+
+test("each script can be read", () => {
+  for (const file of files.filter((name) => name.endsWith(".js"))) {
+    execFileSync(process.execPath, ["--check", new URL(file, root).pathname]);
   }
 });
