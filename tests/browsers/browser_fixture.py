@@ -57,7 +57,7 @@ class BrowserWords:
 
     @property
     def is_covered(self):
-        """Whether the page can no longer be reached, which is all that a page can tell of its cover."""
+        """Whether something lies over the page, which is all that it can tell of its cover."""
         return self.browser.run("""
             const found = document.elementFromPoint(innerWidth / 2, innerHeight / 2);
             return found !== null && found.parentNode === document.documentElement

@@ -59,7 +59,8 @@ class Firefox:
                         "MOZ_HEADLESS_WIDTH": "1200", "MOZ_HEADLESS_HEIGHT": "800"}
         self._log = open(folder / "firefox.log", "wb")
         self._process = subprocess.Popen(
-            ["firefox-esr", "--headless", "--marionette", "--remote-allow-system-access", "--no-remote", "--profile", str(profile)],
+            ["firefox-esr", "--headless", "--marionette", "--remote-allow-system-access",
+             "--no-remote", "--profile", str(profile)],
             stdin=subprocess.DEVNULL, stdout=self._log, stderr=self._log, env=environment,
             start_new_session=True)
         self._wire = None

@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""The stand-in for Gemini that judges pages: the scenarios "on_task" and "off_task" are its verdicts."""
+"""The stand-in for Gemini that judges pages: "on_task" and "off_task" are scenarios too."""
 
 import json
 import pathlib

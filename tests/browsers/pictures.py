@@ -7,6 +7,7 @@ from browser_fixture import ARTIFACTS, BrowserTestCase
 from stand_in_bridge import off_task, on_task
 
 GOALS = "Write the report, Read chapter 4"
+REASON = "A page about chess openings; the goals name a report and a chapter."
 ARTICLE = "<main style='max-width:40rem;margin:3rem auto;font:18px/1.6 serif'>" \
           "<h1>Forty chess openings</h1>" + "<p>The queen's pawn goes first, and what follows is " \
           "known by heart to those who play it every evening.</p>" * 6 + "{more}</main>"
@@ -33,14 +34,14 @@ class Pictures(BrowserTestCase):
         self.draw("welcome", width=860)
 
     def test_options(self):
-        self.settings(consent="title", allow=["docs.example"], block=["video.example", "news.example/sport"])
+        self.settings(consent="title", allow=["docs.example"],
+                      block=["video.example", "news.example/sport"])
         self.open_own("pages/options.html")
         self.eventually(lambda: self.shown("#blockListField"), "the lists are there")
         self.draw("options", width=860)
 
     def test_block(self):
-        self.start_session(lambda page: off_task(reason="A page about chess openings; the goals name a "
-                                                        "report and a chapter."), goals=GOALS)
+        self.start_session(lambda page: off_task(reason=REASON), goals=GOALS)
         self.browser.open("http://chess.example/openings")
         self.wait_until_blocked()
         self.draw("block", width=1000, height=640)
@@ -53,7 +54,8 @@ class Pictures(BrowserTestCase):
         self.draw("strip", width=1000, height=480)
 
     def test_cover(self):
-        self.web.put("chess.example", "/comment", ARTICLE.format(more="<textarea id='field'></textarea>"))
+        self.web.put("chess.example", "/comment",
+                     ARTICLE.format(more="<textarea id='field'></textarea>"))
         self.visit("http://chess.example/comment")
         self.browser.type("#field", "Nice")
         self.start_session(lambda page: off_task(reason="A page about chess openings."), goals=GOALS)

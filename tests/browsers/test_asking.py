@@ -10,7 +10,8 @@ class AskingTest(BrowserTestCase):
     def assert_never_asked(self, address, origin=None):
         self.visit(address)
         origin = origin or address.rpartition("/")[0]
-        self.assert_stays(lambda: self.bridge.asked_about(origin) == [], f"{address} is not asked about")
+        self.assert_stays(lambda: self.bridge.asked_about(origin) == [],
+                          f"{address} is not asked about")
 
     def test_a_page_is_asked_about_once(self):
         self.start_session()

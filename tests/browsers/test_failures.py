@@ -16,7 +16,8 @@ class FailuresTest(BrowserTestCase):
         current = self.browser.tab
         self.browser.new_tab()
         self.open_own("pages/options.html")
-        text = self.browser.run_asynchronously("(globalThis.browser ?? chrome).action.getBadgeText({})")
+        text = self.browser.run_asynchronously(
+            "(globalThis.browser ?? chrome).action.getBadgeText({})")
         self.browser.close_tab(self.browser.tab)
         self.browser.show(current)
         return text
@@ -98,7 +99,8 @@ class FailuresTest(BrowserTestCase):
             with self.subTest(error["error"]):
                 self.settings(consent="title", block=["listed.example"])
                 self.bridge.set_server("ready")
-                self.start_session(lambda page, error=error: error, goals=f"Goals for {error['error']}")
+                self.start_session(lambda page, error=error: error,
+                                   goals=f"Goals for {error['error']}")
                 before = len(self.bridge.questions)
                 self.assert_blind(reason)
                 self.assertLessEqual(len(self.bridge.questions) - before, 1)

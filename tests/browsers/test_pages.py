@@ -27,7 +27,7 @@ class PagesTest(BrowserTestCase):
         tree = self.browser.accessibility_tree()
         roles = [role for role, _, _ in tree]
         self.assertIn("main", roles)
-        self.assertEqual([(role, name) for role, name, _ in tree if role in INTERACTIVE and not name], [])
+        self.assertEqual([role for role, name, _ in tree if role in INTERACTIVE and not name], [])
         names = {name for role, name, _ in tree if role == "button"}
         self.assertLessEqual(set(buttons), names)
 
@@ -45,7 +45,8 @@ class PagesTest(BrowserTestCase):
         self.browser.open("http://keys.example/")
         self.wait_until_blocked()
         self.assert_told_well("keys.example is off task", [
-            "Go back", "This is on task", "Always allow keys.example", "Allow for 10 minutes", "Ask again"])
+            "Go back", "This is on task", "Always allow keys.example",
+            "Allow for 10 minutes", "Ask again"])
         self.assertEqual(self.focused(), "back")
         self.tab_through(["onTask", "allowSite", "grant", "askAgain"])
         self.browser.run("document.querySelector('#onTask').focus()")
@@ -94,11 +95,14 @@ class PagesTest(BrowserTestCase):
         self.open_own("pages/options.html")
         self.eventually(lambda: self.shown("#blockListField"), "the lists are there")
         self.assert_told_well("Options of the TARNE companion", [
-            "Save", "Stop judging pages", "Remove a.example", "Remove b.example", "Add", "Forget them all"])
+            "Save", "Stop judging pages", "Remove a.example", "Remove b.example", "Add",
+            "Forget them all"])
         self.browser.type("#blockListField", "https://www.C.example/forum/\ue007")
-        self.eventually(lambda: "c.example/forum" in self.text("[data-list=blockList] ul"), "it is added")
+        self.eventually(lambda: "c.example/forum" in self.text("[data-list=blockList] ul"),
+                        "it is added")
         self.browser.type("#blockListField", "no site\ue007")
-        self.eventually(lambda: "no site" in self.text("[data-list=blockList] [role=status]"), "refused")
+        self.eventually(lambda: "no site" in self.text("[data-list=blockList] [role=status]"),
+                        "refused")
         self.browser.run("document.querySelector('[aria-label=\"Remove a.example\"]').focus()")
         self.browser.press(self.browser.keys.ENTER)
         self.eventually(lambda: "a.example" not in self.text("[data-list=blockList] ul"), "it is gone")
