@@ -11,6 +11,17 @@ def no_games(page):
 
 
 class MainRoadTest(BrowserTestCase):
+    def setUp(self):
+        self.eventually(self.has_welcome_page, "the welcome page comes up at installation")
+        super().setUp()
+
+    def has_welcome_page(self):
+        for tab in self.browser.tabs:
+            self.browser.switch(tab)
+            if self.browser.address == self.browser.own_address + "pages/welcome.html":
+                return True
+        return False
+
     def set_up_settings(self):
         pass
 
