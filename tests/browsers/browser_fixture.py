@@ -116,14 +116,21 @@ class BrowserTestCase(BrowserWords, unittest.TestCase):
                                           "source": "model"}
         self.bridge.end_session()
         self.bridge.set_server("ready")
+        self.close_other_tabs()
+        self.set_up_settings()
+
+    def close_other_tabs(self):
         # The last test may have closed the tab that it was in.
         self.browser.switch(self.browser.tabs[-1])
         self.browser.new_tab()
-        for tab in [tab for tab in self.browser.tabs if tab != self.browser.tab]:
-            current = self.browser.tab
-            self.browser.close_tab(tab)
-            self.browser.show(current)
-        self.set_up_settings()
+        self.open_own("pages/options.html")
+        self.browser.run_asynchronously("""(async () => {
+            const {tabs} = globalThis.browser ?? chrome;
+            const own = await tabs.getCurrent();
+            const others = (await tabs.query({})).filter(({id}) => id !== own.id);
+            await tabs.remove(others.map(({id}) => id)); })()""")
+        self.eventually(lambda: len(self.browser.tabs) == 1, "there is one tab")
+        self.browser.open("about:blank")
 
     def set_up_settings(self):
         """Consent to titles, and empty lists."""
