@@ -125,7 +125,7 @@ class PagesTest(BrowserTestCase):
         self.eventually(lambda: self.shown("#session"), "the session is shown")
         self.assert_told_well("TARNE companion", ["Off for this session", "Options"])
         self.assertEqual(self.text("#goals"), "Write the report")
-        self.assertEqual(self.text("#time"), "25 min left")
+        self.assertEqual(self.text("#time"), "25 min")
 
     def test_the_cover_is_a_dialog_with_a_name(self):
         if self.browser.name != "chromium":

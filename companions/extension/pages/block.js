@@ -37,7 +37,7 @@ function showRecord({ site, why, reason, goals, minutes, isSiteOfferedFirst }) {
   show(byId("heading"), text(isListed ? "blockHeadingList" : "blockHeading", site));
   show(byId("reason"), isListed || reason === "" ? "" : text("modelSays", reason));
   show(byId("goals"), goals);
-  show(byId("time"), text("minutesLeft", `${minutes}`));
+  show(byId("time"), text("minutes", `${minutes}`));
   show(byId("allowSite"), text("blockAllowSite", site));
   // What the user's own list says is not for the model to take back.
   byId("onTask").hidden = isListed;

@@ -18,7 +18,7 @@ function showSession({ phase, blindness, goals, minutes, settings }) {
   const isRunning = ["watching", "blind", "off"].includes(phase);
   byId("session").hidden = !isRunning;
   byId("goals").textContent = goals;
-  byId("time").textContent = text("minutesLeft", `${minutes}`);
+  byId("time").textContent = text("minutes", `${minutes}`);
   byId("noConsent").hidden = settings.consent !== null;
   isOff = phase === "off";
   byId("off").hidden = !isRunning;
