@@ -38,6 +38,15 @@ class BrowserWords:
         return self.browser.run_asynchronously(
             "(globalThis.browser ?? chrome).runtime.sendMessage(arguments[0])", message)
 
+    def wait_for_welcome_page(self):
+        """It comes up in a tab of its own, in front of the first one, which is shown again."""
+        self.open_own("pages/options.html")
+        self.eventually(lambda: self.browser.own_address + "pages/welcome.html" in
+                        self.browser.run_asynchronously(
+                            "(globalThis.browser ?? chrome).tabs.query({active: true})"
+                            ".then((tabs) => tabs.map(({url}) => url))"), "the welcome page is shown")
+        self.browser.show(self.browser.tab)
+
     @property
     def is_blocked(self):
         return self.browser.address == self.browser.own_address + "pages/block.html"

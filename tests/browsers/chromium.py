@@ -125,6 +125,11 @@ class Chromium:
             self._driver.execute_cdp_cmd("Input.dispatchMouseEvent", {
                 "type": kind, "x": x, "y": y, "button": "left", "clickCount": 1})
 
+    def end_workers(self):
+        """Ends the background of the extension, one of whose pages is shown, as the browser may."""
+        self._driver.execute_cdp_cmd("ServiceWorker.enable", {})
+        self._driver.execute_cdp_cmd("ServiceWorker.stopAllWorkers", {})
+
     def accessibility_tree(self):
         """All that assistive tools are told about the current page, as (role, name, node)."""
         self._driver.execute_cdp_cmd("Accessibility.enable", {})

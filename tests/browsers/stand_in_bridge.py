@@ -140,6 +140,7 @@ class StandInBridge:
         with self._lock:
             if connection in self._connections:
                 self._connections.remove(connection)
+        connection.close()
 
     def _hear(self, connection, frame):
         if self.is_mute:

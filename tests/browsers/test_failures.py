@@ -62,6 +62,22 @@ class FailuresTest(BrowserTestCase):
             return self.bridge.is_connected
         self.eventually(found, "another bridge is started", within=20)
 
+    def test_a_worker_that_was_ended_comes_back_with_what_it_knew(self):
+        if self.browser.name != "chromium":
+            self.skipTest("Only this browser lets its worker be ended over the wire.")
+        self.start_session(lambda page: off_task())
+        self.block("http://worker.example/")
+        self.browser.new_tab()
+        self.open_own("pages/options.html")
+        hellos = len(self.bridge.hellos)
+        self.browser.end_workers()
+        self.eventually(lambda: not self.bridge.is_connected or len(self.bridge.hellos) > hellos,
+                        "the worker is gone")
+        self.visit("http://127.0.0.1/")
+        self.eventually(lambda: len(self.bridge.hellos) > hellos, "the worker is there again")
+        self.block("http://worker.example/")
+        self.assertEqual(len(self.bridge.asked_about("http://worker.example")), 1)
+
     def assert_blind(self, reason):
         """Pages pass, the block list holds, the reason is told once on a page and in the popup."""
         self.visit("http://blind.example/")

@@ -12,15 +12,8 @@ def no_games(page):
 
 class MainRoadTest(BrowserTestCase):
     def setUp(self):
-        self.eventually(self.has_welcome_page, "the welcome page comes up at installation")
+        self.wait_for_welcome_page()
         super().setUp()
-
-    def has_welcome_page(self):
-        for tab in self.browser.tabs:
-            self.browser.switch(tab)
-            if self.browser.address == self.browser.own_address + "pages/welcome.html":
-                return True
-        return False
 
     def set_up_settings(self):
         pass

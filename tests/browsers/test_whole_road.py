@@ -51,10 +51,7 @@ class WholeRoadTest(BrowserWords, TarneTestCase):
                           XDG_DATA_HOME=str(self.home / "share"))
         self.browser = browser_class()(self.folder, EXTENSION, RealBridge)
         self.addCleanup(self.browser.close)
-        # The welcome page has come up in a tab of its own, in front of this one.
-        self.eventually(lambda: len(self.browser.tabs) > 1, "the welcome page is there")
-        self.browser.show(self.browser.tab)
-        self.open_own("pages/options.html")
+        self.wait_for_welcome_page()
 
     def tearDown(self):
         super().tearDown()
