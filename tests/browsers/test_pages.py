@@ -140,6 +140,19 @@ class PagesTest(BrowserTestCase):
         buttons = [name for role, name, _ in tree if role == "button"]
         self.assertEqual(buttons, ["Leave the page", "This is on task"])
 
+    def test_the_cover_of_a_listed_site_cannot_be_taken_back_page_by_page(self):
+        if self.browser.name != "chromium":
+            self.skipTest("Only this browser tells its tree over the wire.")
+        self.settings(consent="title", block=["listcover.example"])
+        self.web.put("listcover.example", "/", "<textarea id='field'></textarea>")
+        self.visit("http://listcover.example/")
+        self.browser.type("#field", "text")
+        self.start_session()
+        self.eventually(lambda: self.is_covered, "the page is covered")
+        tree = [(role, name) for role, name, _ in self.browser.accessibility_tree()]
+        self.assertIn(("dialog", "listcover.example is on your block list"), tree)
+        self.assertEqual([name for role, name in tree if role == "button"], ["Leave the page"])
+
     def test_the_strip_is_a_region_with_a_name(self):
         if self.browser.name != "chromium":
             self.skipTest("Only this browser tells its tree over the wire.")

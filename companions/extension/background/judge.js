@@ -153,7 +153,7 @@ export class Judge {
       return;
     }
     this.#dressed.set(tab.id, { address, kind: "cover" });
-    await this.#view.cover(tab.id, this.#coverTexts(address));
+    await this.#view.cover(tab.id, this.#coverTexts(address, why));
   }
 
   async #openBlockPage(tabId, url, why, isLoaded) {
@@ -204,13 +204,15 @@ export class Judge {
       yes: message("stripYes"), no: message("stripNo") };
   }
 
-  #coverTexts(address) {
+  // What the user's own list says is not for the model to explain, nor to be taken back page by page.
+  #coverTexts(address, why) {
     const { goals } = this.#knowledge.session;
-    const reason = this.#knowledge.verdict(address)?.reason ?? "";
-    return { heading: message("coverHeading"), explanation: message("coverExplanation"),
-      goalsLabel: message("goalsLabel"), goals,
-      reason: reason === "" ? "" : message("modelSays", reason),
-      leave: message("coverLeave"), onTask: message("thisIsOnTask") };
+    const isListed = why === "list";
+    const reason = isListed ? "" : this.#knowledge.verdict(address)?.reason ?? "";
+    return { goalsLabel: message("goalsLabel"), goals,
+      heading: isListed ? message("blockHeadingList", siteOf(address)) : message("coverHeading"),
+      explanation: message("coverExplanation"), reason: reason === "" ? "" : message("modelSays", reason),
+      leave: message("coverLeave"), onTask: isListed ? "" : message("thisIsOnTask") };
   }
 }
 

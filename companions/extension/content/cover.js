@@ -58,7 +58,7 @@
     if (texts.reason !== "") section.append(element("p", "", texts.reason));
     const buttons = element("div", "buttons", "");
     buttons.append(button("main", texts.leave, "page/leave"));
-    buttons.append(button("", texts.onTask, "page/onTask"));
+    if (texts.onTask !== "") buttons.append(button("", texts.onTask, "page/onTask"));
     section.append(explanation, buttons);
     dialog.append(section);
     dialog.addEventListener("cancel", (event) => event.preventDefault());
