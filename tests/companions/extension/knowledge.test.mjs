@@ -1,8 +1,12 @@
 import assert from "node:assert/strict";
+import { webcrypto } from "node:crypto";
 import { test } from "node:test";
 import { Knowledge } from "../../../companions/extension/background/knowledge.js";
 import { RuleKeeper } from "../../../companions/extension/background/ruleKeeper.js";
 import { parseFrame } from "../../../companions/extension/shared/frames.js";
+
+// Debian's runtime has it under this name only.
+globalThis.crypto ??= webcrypto;
 
 const off = { verdict: "off_task", confidence: 0.9, reason: "" };
 const page = "https://example.org/a";
