@@ -102,9 +102,10 @@ class Firefox:
 
     def open_own(self, page):
         """Shows a page of the extension in the current tab."""
+        # From outside of the page only the tab that is shown can be reached.
+        self.show(self.tab)
         self._privileged(
-            "gBrowser.getBrowserForTab(gBrowser.selectedTab); const tab = gBrowser.selectedTab;"
-            "tab.linkedBrowser.fixupAndLoadURIString(arguments[0], {triggeringPrincipal:"
+            "gBrowser.selectedBrowser.fixupAndLoadURIString(arguments[0], {triggeringPrincipal:"
             "Services.scriptSecurityManager.getSystemPrincipal()})", self.own_address + page)
 
     def new_tab(self, address="about:blank"):
