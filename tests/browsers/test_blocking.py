@@ -264,6 +264,8 @@ class BlockingTest(BrowserTestCase):
         self.visit("http://partly.example/forums")
         self.visit("http://notlisted.example/")
         self.bridge.end_session()
+        self.open_own("pages/options.html")
+        self.eventually(lambda: "No session" in self.text("#phase"), "the end is known")
         self.visit("http://listed.example/")
 
     def test_the_allow_list_comes_first(self):
