@@ -10,11 +10,11 @@
 #include <fcntl.h>
 #include <unistd.h>
 
+using namespace std::chrono_literals;
+
 namespace tarne {
 
 namespace {
-
-using namespace std::chrono_literals;
 
 constexpr std::string_view storeName = "defaults.sqlite";
 

@@ -3,9 +3,9 @@
 #include <algorithm>
 #include <utility>
 
-namespace tarne::notifier {
-
 using namespace std::chrono_literals;
+
+namespace tarne::notifier {
 
 namespace {
 constexpr auto retryInterval = 10s;

@@ -11,9 +11,9 @@
 #include <utility>
 #include <vector>
 
-namespace tarne::notifier {
-
 using namespace Qt::StringLiterals;
+
+namespace tarne::notifier {
 
 namespace {
 

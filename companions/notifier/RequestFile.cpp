@@ -8,9 +8,9 @@
 #include <algorithm>
 #include <utility>
 
-namespace tarne::notifier {
-
 using namespace Qt::StringLiterals;
+
+namespace tarne::notifier {
 
 QString RequestFile::standardFolder() {
     return QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation) +
@@ -45,8 +45,8 @@ std::vector<NotificationSchedule::Pending> RequestFile::requests() const {
                 << "ignoring" << value.key()
                 << "in the file of pending notifications: it is no request";
     }
-    std::stable_sort(requests.begin(), requests.end(),
-                     [](const auto &a, const auto &b) { return a.added < b.added; });
+    std::ranges::stable_sort(requests,
+                             [](const auto &a, const auto &b) { return a.added < b.added; });
     return requests;
 }
 

@@ -7,9 +7,9 @@
 
 #include <cmath>
 
-namespace tarne::notifier {
-
 using namespace Qt::StringLiterals;
+
+namespace tarne::notifier {
 
 QByteArray textOf(const NotificationSchedule::Pending &pending) {
     const auto &[request, added] = pending;

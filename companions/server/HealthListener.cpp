@@ -4,13 +4,13 @@
 #include <string>
 #include <string_view>
 
+using namespace std::chrono_literals;
+
 namespace tarne {
 
 using asio::ip::tcp;
 
 namespace {
-
-using namespace std::chrono_literals;
 
 constexpr std::size_t largestHead = 8192;
 constexpr std::size_t mostConnections = 64;

@@ -7,9 +7,9 @@
 #include <algorithm>
 #include <array>
 
-namespace tarne::notifier {
-
 using namespace Qt::StringLiterals;
+
+namespace tarne::notifier {
 
 namespace {
 

@@ -7,9 +7,9 @@
 #include <algorithm>
 #include <utility>
 
-namespace tarne {
-
 using namespace Qt::StringLiterals;
+
+namespace tarne {
 
 namespace {
 

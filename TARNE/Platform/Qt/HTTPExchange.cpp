@@ -108,9 +108,8 @@ void HTTPExchange::finish() {
     if ((isAnswer || error == QNetworkReply::ContentReSendError) && target.isValid())
         redirect(m_request.url().resolved(target), status);
     else if (isAnswer)
-        complete(HTTPResponse{.status = status,
-                              .body = m_body,
-                              .retryAfter = m_reply->rawHeader("Retry-After")});
+        complete(HTTPResponse{
+            .status = status, .body = m_body, .retryAfter = m_reply->rawHeader("Retry-After")});
     else
         complete(TransportError{transportErrorText(error)});
 }

@@ -8,11 +8,12 @@
 
 #include <gmock/gmock.h>
 
-namespace tarne {
-namespace {
-
 using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
+
+namespace tarne::test {
+namespace {
+
 using namespace test;
 using testing::ElementsAre;
 using testing::IsEmpty;
@@ -280,4 +281,4 @@ TEST(NotificationsWithoutABus, ReportAnErrorEach) {
 }
 
 } // namespace
-} // namespace tarne
+} // namespace tarne::test

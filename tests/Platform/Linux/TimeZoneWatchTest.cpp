@@ -10,11 +10,12 @@
 
 #include <unistd.h>
 
-namespace tarne {
-namespace {
-
 using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
+
+namespace tarne::test {
+namespace {
+
 using namespace test;
 
 class ATimeZoneWatch : public testing::Test {
@@ -52,4 +53,4 @@ TEST(ATimeZoneWatchOverAFolder, ThatIsNotThereSaysSo) {
 }
 
 } // namespace
-} // namespace tarne
+} // namespace tarne::test

@@ -9,7 +9,7 @@
 using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
 
-namespace tarne {
+namespace tarne::test {
 namespace {
 
 /// A watch of a folder that may be absent, for files named "wanted".
@@ -117,4 +117,4 @@ TEST_F(AFolderWatch, FollowsNoFolderThatWasMovedAway) {
 }
 
 } // namespace
-} // namespace tarne
+} // namespace tarne::test

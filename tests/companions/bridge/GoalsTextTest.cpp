@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-namespace tarne {
+namespace tarne::test {
 namespace {
 
 std::string repeated(std::string_view text, int count) {
@@ -63,4 +63,4 @@ TEST(ValidUtf8, IsToldFromOtherBytes) {
 }
 
 } // namespace
-} // namespace tarne
+} // namespace tarne::test

@@ -9,7 +9,7 @@
 
 using namespace Qt::StringLiterals;
 
-namespace tarne {
+namespace tarne::test {
 namespace {
 
 /// The id of what is no message; nothing where it is one.
@@ -128,4 +128,4 @@ TEST(TheBridgesOwnMessages, AreAsToldInTheProtocol) {
 }
 
 } // namespace
-} // namespace tarne
+} // namespace tarne::test

@@ -8,7 +8,7 @@
 
 #include <unistd.h>
 
-namespace tarne {
+namespace tarne::test {
 namespace {
 
 std::string lengthAlone(std::uint32_t length) {
@@ -144,4 +144,4 @@ TEST_F(NativeMessagesTest, EndWithALengthThatNoMessageHas) {
 }
 
 } // namespace
-} // namespace tarne
+} // namespace tarne::test

@@ -15,7 +15,7 @@
 using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
 
-namespace tarne {
+namespace tarne::test {
 namespace {
 
 using State = ServerLink::State;
@@ -278,4 +278,4 @@ TEST_F(AServerLink, RefusesAQuestionThatIsLongerThanALine) {
 }
 
 } // namespace
-} // namespace tarne
+} // namespace tarne::test

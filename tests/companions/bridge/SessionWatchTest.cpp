@@ -2,10 +2,11 @@
 
 #include <gtest/gtest.h>
 
-namespace tarne {
+using namespace std::chrono_literals;
+
+namespace tarne::test {
 namespace {
 
-using namespace std::chrono_literals;
 using Kind = SessionState::Kind;
 
 constexpr double start = 1'700'000'000.0;
@@ -193,4 +194,4 @@ TEST_F(ASessionWatch, TellsGoalsThatCanBeTold) {
 }
 
 } // namespace
-} // namespace tarne
+} // namespace tarne::test

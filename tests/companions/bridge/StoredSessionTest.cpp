@@ -12,7 +12,7 @@
 
 using namespace Qt::StringLiterals;
 
-namespace tarne {
+namespace tarne::test {
 namespace {
 
 /// A store's file as another hand writes it.
@@ -142,4 +142,4 @@ TEST_F(AStoresFile, IsNotChangedByReadings) {
 }
 
 } // namespace
-} // namespace tarne
+} // namespace tarne::test

@@ -14,11 +14,11 @@
 
 // What a kill leaves: of the notifier in the midst of its calls and deliveries, and of a caller.
 
-namespace tarne::test {
-namespace {
-
 using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
+
+namespace tarne::test {
+namespace {
 
 constexpr int kills = rounds(1'000);
 const DateComponents farAway{2999, 12, 31, 23, 59, 59};

@@ -122,7 +122,7 @@ public:
     /// Whether its file holds nothing any more that has to be shown at once.
     bool hasShownAll() {
         const auto values = SQLiteFile(notifier::RequestFile::filesIn(folder()).file(),
-                                         SQLiteFile::Access::ReadOnly)
+                                       SQLiteFile::Access::ReadOnly)
                                 .load();
         return std::none_of(values.keyBegin(), values.keyEnd(), [](const QString &identifier) {
             return identifier.startsWith(QStringLiteral("once-"));

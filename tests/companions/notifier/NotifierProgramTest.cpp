@@ -12,11 +12,12 @@
 
 // The program itself, started by a bus that knows nothing but its service file, on the real clock.
 
+using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
+
 namespace tarne::test {
 namespace {
 
-using namespace Qt::StringLiterals;
-using namespace std::chrono_literals;
 using testing::ElementsAre;
 using testing::IsEmpty;
 using testing::SizeIs;

@@ -6,10 +6,11 @@
 #include <QDBusReply>
 #include <QElapsedTimer>
 
+using namespace Qt::StringLiterals;
+
 namespace tarne::test {
 namespace {
 
-using namespace Qt::StringLiterals;
 using notifier::Components;
 using testing::ElementsAre;
 using testing::IsEmpty;

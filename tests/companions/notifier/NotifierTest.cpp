@@ -1,10 +1,11 @@
 #include "NotifierFixture.h"
 
+using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
+
 namespace tarne::test {
 namespace {
 
-using namespace Qt::StringLiterals;
-using namespace std::chrono_literals;
 using testing::ElementsAre;
 using testing::IsEmpty;
 using testing::UnorderedElementsAre;

@@ -11,10 +11,11 @@
 #include <sys/resource.h>
 #include <sys/stat.h>
 
+using namespace Qt::StringLiterals;
+
 namespace tarne::test {
 namespace {
 
-using namespace Qt::StringLiterals;
 using notifier::pendingOf;
 using notifier::textOf;
 using testing::ElementsAre;

@@ -8,7 +8,7 @@
 
 using namespace Qt::StringLiterals;
 
-namespace tarne {
+namespace tarne::test {
 namespace {
 
 PageFacts pageWith(const QString &title) {
@@ -89,4 +89,4 @@ TEST(TheInstruction, IsTheSameForEveryPageAndEveryGoal) {
 }
 
 } // namespace
-} // namespace tarne
+} // namespace tarne::test

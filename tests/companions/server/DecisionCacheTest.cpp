@@ -4,7 +4,7 @@
 
 using namespace Qt::StringLiterals;
 
-namespace tarne {
+namespace tarne::test {
 namespace {
 
 const Verdict off{Judgement::OffTask, 0.9, u"A film."_s};
@@ -30,4 +30,4 @@ TEST(ADecisionCache, ThatIsFullForgetsWhatWasNotAskedForTheLongest) {
 }
 
 } // namespace
-} // namespace tarne
+} // namespace tarne::test

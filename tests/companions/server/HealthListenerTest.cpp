@@ -11,11 +11,12 @@
 #include <sys/socket.h>
 #include <unistd.h>
 
-namespace tarne {
+using namespace std::chrono_literals;
+
+namespace tarne::test {
 namespace {
 
 using asio::ip::tcp;
-using namespace std::chrono_literals;
 
 const std::string healthy = "HTTP/1.1 200 OK\r\nContent-Length: 0\r\nConnection: close\r\n\r\n";
 const std::string notFound =
@@ -156,4 +157,4 @@ TEST(AHealthListenerOnATakenPort, SaysSo) {
 }
 
 } // namespace
-} // namespace tarne
+} // namespace tarne::test

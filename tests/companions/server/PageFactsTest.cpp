@@ -6,7 +6,7 @@
 
 using namespace Qt::StringLiterals;
 
-namespace tarne {
+namespace tarne::test {
 namespace {
 
 PageFacts page() {
@@ -101,4 +101,4 @@ TEST(AnExample, IsHostAndPath) {
 }
 
 } // namespace
-} // namespace tarne
+} // namespace tarne::test

@@ -19,7 +19,7 @@
 using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
 
-namespace tarne {
+namespace tarne::test {
 namespace {
 
 using asio::local::stream_protocol;
@@ -264,4 +264,4 @@ TEST(APrivateFolder, IsMadeAndOneThatOthersCanEnterIsRefused) {
 }
 
 } // namespace
-} // namespace tarne
+} // namespace tarne::test

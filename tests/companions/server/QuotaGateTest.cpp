@@ -8,7 +8,7 @@
 using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
 
-namespace tarne {
+namespace tarne::test {
 namespace {
 
 using Seconds = std::optional<std::chrono::seconds>;
@@ -124,4 +124,4 @@ TEST_F(AQuotaGate, LetsNothingThroughAfterARefusalOfTheService) {
 }
 
 } // namespace
-} // namespace tarne
+} // namespace tarne::test

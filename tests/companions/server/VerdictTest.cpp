@@ -4,7 +4,7 @@
 
 using namespace Qt::StringLiterals;
 
-namespace tarne {
+namespace tarne::test {
 namespace {
 
 TEST(AVerdict, IsReadFromExactlyWhatTheModelWasAskedFor) {
@@ -50,4 +50,4 @@ TEST(AReason, IsCutOffAt120CharactersBetweenGraphemes) {
 }
 
 } // namespace
-} // namespace tarne
+} // namespace tarne::test

@@ -5,11 +5,11 @@
 
 #include <cmath>
 
-namespace tarne::test {
-namespace {
-
 using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
+
+namespace tarne::test {
+namespace {
 
 /// The screen adds a goal whose reminder is due at the next full minute, and is killed.
 TEST(AGoalsReminder, ComesAnHourAheadWithTheProgramOfTheScheduleGone) {
