@@ -1,6 +1,7 @@
 #include "FreedesktopUserNotificationCenter.h"
 
 #include "EventLoop.h"
+#include "FixedClock.h"
 #include "PrivateBus.h"
 #include "SystemClock.h"
 #include "TestMain.h"
@@ -20,17 +21,6 @@ namespace {
 using namespace test;
 
 const QString notificationService = u"org.freedesktop.Notifications"_s;
-
-/// Stays where the test puts it.
-class FixedClock final : public Clock {
-public:
-    Date now() const override { return moment; }
-    Date moment = Date::fromUnixSeconds(1772452800.0); ///< 2026-03-02T12:00:00 UTC
-};
-
-Calendar utc() {
-    return Calendar(QTimeZone::utc(), QLocale::c());
-}
 
 class FreedesktopNotifications : public testing::Test {
 protected:

@@ -1,6 +1,7 @@
 #include "NotifierUserNotificationCenter.h"
 
 #include "EventLoop.h"
+#include "FixedClock.h"
 #include "PrivateBus.h"
 #include "TestMain.h"
 
@@ -20,17 +21,6 @@ using testing::IsEmpty;
 using testing::SizeIs;
 
 const QString kept = u"notifications are kept in this process"_s;
-
-/// Stays where the test puts it.
-class FixedClock final : public Clock {
-public:
-    Date now() const override { return moment; }
-    Date moment = Date::fromUnixSeconds(1772452800.0); ///< 2026-03-02T12:00:00 UTC
-};
-
-Calendar utc() {
-    return Calendar(QTimeZone::utc(), QLocale::c());
-}
 
 /// TARNE's side, over a notifier that notes what it is asked for.
 class NotificationsOverTheNotifier : public testing::Test {
@@ -112,7 +102,7 @@ TEST_F(NotificationsOverTheNotifier, GoThereWithTheirComponentsAndAreAcceptedThe
               (notifier::Components{{u"year"_s, 2026},
                                     {u"month"_s, 3},
                                     {u"day"_s, 2},
-                                    {u"hour"_s, 13},
+                                    {u"hour"_s, 11},
                                     {u"minute"_s, 0},
                                     {u"second"_s, 0}}));
 }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "EventLoop.h"
+#include "FixedClock.h"
 #include "Notifier.h"
 #include "PrivateBus.h"
 #include "TestMain.h"
@@ -14,13 +15,6 @@
 #include <optional>
 
 namespace tarne::test {
-
-/// Stays where the test puts it.
-class FixedClock final : public Clock {
-public:
-    Date now() const override { return moment; }
-    Date moment = Date::fromUnixSeconds(1772445600.0); ///< 2026-03-02T10:00:00 UTC
-};
 
 /// The notifier's parts over a real file, a real bus and a notification daemon. Time alone is the
 /// test's: a process that ends is parts that are made anew over the same folder.

@@ -1,4 +1,5 @@
 #include "EventLoop.h"
+#include "FixedClock.h"
 #include "FreedesktopUserNotificationCenter.h"
 #include "PrivateBus.h"
 #include "QtRunLoop.h"
@@ -27,13 +28,6 @@ using testing::IsEmpty;
 using testing::SizeIs;
 
 const QString service = u"org.freedesktop.Notifications"_s;
-
-/// Stays where the test puts it.
-class FixedClock final : public Clock {
-public:
-    Date now() const override { return moment; }
-    Date moment = Date::fromUnixSeconds(1772445600.0); ///< 2026-03-02T10:00:00 UTC
-};
 
 class AReminder : public testing::Test {
 protected:
