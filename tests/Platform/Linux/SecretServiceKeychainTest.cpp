@@ -173,15 +173,16 @@ TEST_F(SecretServiceKeychainTest, ALockedKeyringThatNobodyUnlocksAnswersAbsentIn
     EXPECT_TRUE(dialog->waitForCalls(u"BeginPrompting"_s, 1)) << "the user is asked";
     // While the user may be typing, nothing else waits.
     EXPECT_LT(timeOf([&] {
-                  EXPECT_FALSE(impatient.add(service, account, "other"));
                   EXPECT_EQ(impatient.remove(service, account), Removal::Failed);
+                  EXPECT_FALSE(impatient.add(service, account, "other"));
               }),
               200ms);
     EXPECT_EQ(dialog->calls(u"StopPrompting"_s).size(), 0) << "the dialog stays up";
-    // The dialog's end, here with the daemon that asked for it, ends that.
+    // The dialog's end, here with the daemon that asked for it, ends that. What nobody waits for
+    // any longer finds no daemon, or the new one, and then leaves the other key.
     keyring.kill();
     keyring.start(true);
-    EXPECT_TRUE(serveUntil([&] { return impatient.copy(service, account) == "key"; }));
+    EXPECT_TRUE(serveUntil([&] { return impatient.copy(service, account).has_value(); }));
 }
 
 TEST_F(SecretServiceKeychainTest, WithoutAKeyStoreEverythingFailsAtOnce) {

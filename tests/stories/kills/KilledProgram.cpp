@@ -7,19 +7,12 @@
 #include <QTimer>
 
 #include <algorithm>
-#include <ctime>
 
 using namespace Qt::StringLiterals;
 
 namespace tarne::test {
 
 namespace {
-
-double monotonicSeconds() {
-    timespec now{};
-    clock_gettime(CLOCK_MONOTONIC, &now);
-    return static_cast<double>(now.tv_sec) + static_cast<double>(now.tv_nsec) * 1e-9;
-}
 
 /// In memory where there is such a folder: what a kill leaves of a file is the same there, and the
 /// second is not spent on waiting for a disk that other programs keep busy.
@@ -45,10 +38,8 @@ KilledProgram::KilledProgram(QString program, std::chrono::milliseconds longestL
 void KilledProgram::start() {
     m_process.start(m_program, arguments());
     const auto longest = static_cast<int>(m_longestLife.count());
-    QTimer::singleShot(std::uniform_int_distribution(0, longest)(m_random), &m_process, [this] {
-        m_killed = monotonicSeconds();
-        m_process.kill();
-    });
+    QTimer::singleShot(std::uniform_int_distribution(0, longest)(m_random), &m_process,
+                       [this] { m_process.kill(); });
 }
 
 void KilledProgram::finish() {
@@ -56,6 +47,8 @@ void KilledProgram::finish() {
     EXPECT_EQ(m_process.readAllStandardError(), QByteArray());
     auto lines = m_process.readAllStandardOutput().split('\n');
     lines.removeLast(); // Cut short by the kill, or empty.
+    if (!lines.isEmpty())
+        m_lastHeard = lines.constLast().split(' ').at(1).toDouble();
     takeStock(lines);
     if (--m_killsLeft > 0)
         QTimer::singleShot(0, &m_process, [this] { start(); });

@@ -29,11 +29,13 @@ public:
 protected:
     void start();
     QString folder() const { return m_folder.path(); }
-    /// Whether a moment of the monotonic clock, in seconds, was a second old at the kill.
-    bool isOwed(double moment) const { return moment <= m_killed - 1.0; }
+    /// Whether a moment of the monotonic clock, in seconds, was a second old when the program last
+    /// printed a line. At the kill it may be older: a busy machine lets a program wait.
+    bool isOwed(double moment) const { return moment <= m_lastHeard - 1.0; }
 
     virtual QStringList arguments() const = 0;
-    /// Told after each kill, with the whole lines that the program has printed.
+    /// Told after each kill, with the whole lines that the program has printed: several a second,
+    /// the second word of each its moment on the monotonic clock in seconds.
     virtual void takeStock(const QList<QByteArray> &lines) = 0;
 
 private:
@@ -44,7 +46,7 @@ private:
     std::chrono::milliseconds m_longestLife;
     std::minstd_rand m_random;
     int m_killsLeft;
-    double m_killed = 0.0; ///< On the monotonic clock.
+    double m_lastHeard = 0.0; ///< On the monotonic clock.
     QProcess m_process;
 };
 

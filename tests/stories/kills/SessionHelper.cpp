@@ -9,6 +9,7 @@
 //   restored MONOTONIC WALL REMAINING GOAL   what the controller has found, right after it was made
 //   started MONOTONIC WALL                   the count-down's start, when it had found nothing
 //   published MONOTONIC WALL                 each publication of the running session
+//   alive MONOTONIC WALL                     ten times a second
 
 #include "QtRunLoop.h"
 #include "RecordingPlatform.h"
@@ -21,6 +22,7 @@
 
 #include <cstdio>
 #include <ctime>
+#include <tuple>
 
 using namespace Qt::StringLiterals;
 using namespace tarne;
@@ -82,5 +84,7 @@ int main(int argc, char **argv) {
         controller.startSession(controller.createSession(arguments[2], arguments[3].toDouble()));
         tell("started", defaults.dateForKey(keys::timerStartTime)->secondsSince1970());
     }
+    constexpr RunLoop::Seconds heartbeat{0.1};
+    std::ignore = runLoop.scheduleRepeating(heartbeat, [] { tell("alive", 0.0); });
     return QCoreApplication::exec();
 }

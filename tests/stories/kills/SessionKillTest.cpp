@@ -52,14 +52,14 @@ private:
             m_isStartOwed = true; // It was on the disk once.
             EXPECT_NEAR(line.section(u' ', 3, 3).toDouble(), length - (wall - m_start), 0.5);
             EXPECT_EQ(line.section(u' ', 4), goal);
-        } else if (isOld) {
+        } else if (what == u"published"_s && isOld) {
             m_owedPublication = wall;
         }
     }
 
     double m_start = 0.0; ///< On the wall clock.
     bool m_isStartOwed = false;
-    double m_owedPublication = 0.0; ///< Wall clock; the last that was a second old at a kill.
+    double m_owedPublication = 0.0; ///< Wall clock; the last that was a second old.
     int m_restorations = 0;
 };
 

@@ -56,7 +56,7 @@ private:
     }
 
     qint64 m_lastWritten = 0;
-    qint64 m_owed = 0; ///< The last tick that was a second old at a kill.
+    qint64 m_owed = 0; ///< The last tick that was a second old when the program was last heard.
 };
 
 TEST(StoreKill, At200RandomInstantsLosesAtMostTheLastSecondAndMixesNoMoments) {
