@@ -7,6 +7,7 @@
 
 #include <gtest/gtest.h>
 #include <private/qguiapplication_p.h>
+#include <private/qquickwindow_p.h>
 #include <qpa/qplatformaccessibility.h>
 #include <qpa/qplatformintegration.h>
 
@@ -156,6 +157,7 @@ QPoint middleOf(const QQuickItem &item) {
 QPointF UiDriver::middleOf(const QString &name, QAccessible::Role role) const {
     const QQuickItem *const item = find(name, role);
     EXPECT_TRUE(item) << "nothing is named " << qPrintable(name);
+    layOut();
     return item ? tarne::test::middleOf(*item) : QPoint();
 }
 
@@ -163,6 +165,7 @@ bool UiDriver::click(const QString &name, QAccessible::Role role) {
     QQuickItem *const item = find(name, role);
     if (!item)
         return false;
+    layOut();
     clickAt(tarne::test::middleOf(*item));
     return true;
 }
@@ -303,6 +306,10 @@ bool UiDriver::waitUntil(const std::function<bool()> &condition) {
     // belongs once a frame has been laid out.
     m_view->grabWindow();
     return true;
+}
+
+void UiDriver::layOut() const {
+    QQuickWindowPrivate::get(m_view.get())->polishItems();
 }
 
 void UiDriver::settle() {

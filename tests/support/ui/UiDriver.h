@@ -79,7 +79,7 @@ public:
     /// Handles what is pending until `condition` holds, and lays out what has changed; false when
     /// it does not within twenty seconds.
     [[nodiscard]] bool waitUntil(const std::function<bool()> &condition);
-    /// Handles all events and draws one frame.
+    /// Handles all events.
     void settle();
     /// What the window shows.
     [[nodiscard]] QImage picture();
@@ -87,6 +87,9 @@ public:
     bool grab(const QString &path);
 
 private:
+    /// Gives all items the places that they would have in the next frame, which is slow to come on
+    /// a busy machine: a press would miss what it was meant for.
+    void layOut() const;
     void show(const QSize &size);
     void sendKey(Qt::Key key, QEvent::Type type, bool isRepeat);
     [[nodiscard]] QStringList namesOf(std::initializer_list<QAccessible::Role> roles) const;
