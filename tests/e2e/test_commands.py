@@ -1,6 +1,7 @@
 """scripts/test and what installs packages, on a machine that lacks something."""
 
 import pathlib
+import re
 import shutil
 import subprocess
 import tempfile
@@ -64,3 +65,50 @@ class TheTests(CommandTestCase):
         self.assertEqual(done.returncode, 1)
         self.assertIn("No process and network namespaces can be made here", done.stderr)
         self.assertFalse((self.tools / "built").exists())
+
+    def test_a_word_that_is_no_preset_gets_the_usage_and_nothing_is_installed_or_built(self):
+        self.tool("dpkg-query", f"touch {self.tools}/asked; echo installed")
+        for words in (["--everything"], ["dev", "tasn"], ["release"], [""]):
+            done = self.run_script("test", *words)
+            self.assertEqual(done.returncode, 2, words)
+            self.assertEqual(done.stderr, "usage: scripts/test [--all] [dev|asan|tsan|coverage]...\n")
+        self.assertFalse((self.tools / "asked").exists())
+
+
+class WhatTheTestsRun(CommandTestCase):
+    """The script in a checkout that has nothing to build and nothing to check."""
+
+    def setUp(self):
+        super().setUp()
+        (self.tools / "mkdir").symlink_to(shutil.which("mkdir"))
+        self.tool("nproc", "echo 2")
+        self.tool("bwrap", "exit 0")
+        self.tool("cmake", "exit 0")
+        self.tool("ctest", f'printf "%s\\n" "$@" >{self.tools}/told')
+        self.checkout = self.tools / "checkout"
+        (self.checkout / "scripts").mkdir(parents=True)
+        shutil.copy(SCRIPTS / "test", self.checkout / "scripts")
+        for name in ("install-packages", "lint"):
+            (self.checkout / "scripts" / name).symlink_to(self.tools / "cmake")
+
+    def told(self, *words):
+        """What ctest is told to run, and the presets whose tests it finds."""
+        done = subprocess.run([self.checkout / "scripts" / "test", *words], timeout=60,
+                              env={"PATH": str(self.tools)}, capture_output=True, text=True)
+        self.assertEqual(done.returncode, 0, done.stderr)
+        found = (self.checkout / "build" / "tests" / "CTestTestfile.cmake").read_text()
+        return (self.tools / "told").read_text().splitlines(), re.findall(r"\.\./(\w+)", found)
+
+    def test_is_all_but_the_long_browser_cases_unless_they_are_asked_for(self):
+        told, presets = self.told()
+        self.assertEqual(told[told.index("-LE") + 1], "^browsers-all$")
+        self.assertEqual(presets, ["dev", "asan", "tsan"])
+
+    def test_is_everything_with_all(self):
+        told, presets = self.told("--all")
+        self.assertFalse({"-L", "-LE", "-R", "-E"} & set(told))
+        self.assertEqual(presets, ["dev", "asan", "tsan"])
+
+    def test_is_that_of_the_named_presets(self):
+        self.assertEqual(self.told("dev")[1], ["dev"])
+        self.assertEqual(self.told("--all", "tsan", "dev")[1], ["tsan", "dev"])
