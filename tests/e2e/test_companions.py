@@ -184,3 +184,11 @@ class TheBrowsersManifests(unittest.TestCase):
         for _ in range(2):
             self.assertEqual(self.run_script("uninstall").returncode, 0)
             self.assertEqual(self.manifests(), [str(other.relative_to(self.home))])
+
+    def test_leave_nothing_behind_where_there_was_nothing(self):
+        self.build()
+        self.home.mkdir()
+        self.run_script("install")
+        self.assertEqual(len(self.manifests()), 2)
+        self.assertEqual(self.run_script("uninstall").returncode, 0)
+        self.assertEqual(list(self.home.iterdir()), [])
