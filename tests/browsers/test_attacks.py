@@ -1,11 +1,39 @@
 """Pages that want to know, to press, or to get away."""
 
+import http.server
+import json
+import os
+import pathlib
+import socket
+import subprocess
+import tempfile
+import threading
 import time
 
 from browser_fixture import BrowserTestCase
 from stand_in_bridge import off_task, on_task
 
 MARKUP = "<img src=x onerror=\"document.title='run'\"><script>document.title='run'</script>"
+
+SERVER = pathlib.Path(os.environ["TARNE_PROGRAM"]).parents[1] / "lib" / "tarne" / "tarne-server"
+PORT = 3000
+QUESTION = {"v": 1, "id": 1, "op": "classify", "goals": "Write",
+            "page": {"origin": "https://spied.example", "path": "/"}}
+# What a script of a page can learn by each way to send something to an address.
+TRIALS = """(async () => {
+    const [addresses, body, ways] = arguments;
+    const learnt = [];
+    for (const address of addresses) {
+      for (const path of ['/', '/health', '/classify', '/goals', '/state', '/server-3000.sock']) {
+        for (const way of ways) {
+          const sent = way.method === 'POST' ? {body} : {};
+          learnt.push(await fetch(address + path, {...way, ...sent}).then(
+            async (got) => `${path} ${got.type} ${got.status} ${await got.text()}`,
+            () => `${path} refused`));
+        }
+      }
+    }
+    return learnt; })()"""
 
 
 class AttacksTest(BrowserTestCase):
@@ -136,3 +164,69 @@ class AttacksTest(BrowserTestCase):
             await api.updateSessionRules({removeRuleIds: rules.map(({id}) => id)});
             return rules.length === ruleLimit ? rules.length : `only ${rules.length}`; })()""")
         self.assertEqual(count, 1000)
+
+
+class ServersPortTest(BrowserTestCase):
+    """Pages that reach for a server that has a key: what it knows it tells on its socket alone."""
+
+    def start_server(self):
+        runtime = pathlib.Path(tempfile.mkdtemp(dir=self.folder))
+        server = subprocess.Popen([SERVER, str(PORT)], stdout=subprocess.PIPE,
+                                  env={"XDG_RUNTIME_DIR": str(runtime), "GEMINI_API_KEY": "key"})
+        self.addCleanup(server.stdout.close)
+        self.addCleanup(server.wait)
+        self.addCleanup(server.terminate)
+        self.assertIn(str(PORT), server.stdout.readline().decode())
+        self.socket = str(runtime / "com.tarne.app" / f"server-{PORT}.sock")
+
+    def ask_server(self, question):
+        with socket.socket(socket.AF_UNIX) as connection, connection.makefile("rwb") as lines:
+            connection.connect(self.socket)
+            lines.write(json.dumps(question).encode() + b"\n")
+            lines.flush()
+            return json.loads(lines.readline())
+
+    def assert_nothing_was_judged(self):
+        self.assertEqual(self.ask_server({"v": 1, "id": 1, "op": "state"})["left_today"], 300)
+        # Nor was anything noted: the page is asked about as one that nobody has heard of.
+        self.assertEqual(self.ask_server(QUESTION)["error"], "offline")
+
+    def test_no_page_can_ask_or_read_over_the_servers_port(self):
+        self.start_server()
+        self.visit("http://attacker.example/")
+        for question in (QUESTION, QUESTION | {"op": "override"}):
+            learnt = self.browser.run_asynchronously(
+                TRIALS,
+                [f"http://{host}:{PORT}" for host in ("127.0.0.1", "localhost", "made.example")],
+                json.dumps(question) + "\n",
+                [{"method": "POST", "mode": "no-cors"}, {"method": "GET", "mode": "no-cors"},
+                 {"method": "POST", "mode": "cors"}, {"method": "GET", "mode": "cors"}])
+            self.assertEqual(len(learnt), 72)
+            self.assertLessEqual({line.partition(" ")[2] for line in learnt},
+                                 {"opaque 0 ", "refused"})
+        self.assert_nothing_was_judged()
+
+    def test_no_page_can_ask_or_read_by_a_name_that_it_lets_point_to_the_server(self):
+        class Page(http.server.BaseHTTPRequestHandler):
+            def do_GET(self):
+                self.send_response(200)
+                self.send_header("Content-Type", "text/html")
+                self.end_headers()
+                self.wfile.write(b"<!doctype html><title>Rebound</title>")
+
+            def log_message(self, *_):
+                pass
+
+        page = http.server.ThreadingHTTPServer(("127.0.0.1", PORT), Page)
+        threading.Thread(target=page.serve_forever, daemon=True).start()
+        self.visit(f"http://rebound.example:{PORT}/")
+        page.shutdown()
+        page.server_close()
+        self.start_server()
+        for question in (QUESTION, QUESTION | {"op": "override"}):
+            learnt = self.browser.run_asynchronously(
+                TRIALS, [""], json.dumps(question) + "\n", [{"method": "POST"}, {"method": "GET"}])
+            self.assertEqual(len(learnt), 12)
+            self.assertEqual({line for line in learnt if not line.endswith(" basic 404 ")},
+                             {"/health basic 200 "})
+        self.assert_nothing_was_judged()

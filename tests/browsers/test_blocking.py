@@ -94,6 +94,18 @@ class BlockingTest(BrowserTestCase):
         self.wait_until_at("http://posted.example/result")
         self.eventually(lambda: self.is_covered, "the answer is covered")
 
+    def test_a_form_that_is_posted_to_a_known_page_arrives_and_its_answer_is_covered(self):
+        self.web.put("known.example", "/", FORM.format(method="post"))
+        self.start_session(lambda page: off_task() if page["path"] == "/result" else on_task())
+        self.block("http://known.example/result")
+        self.browser.new_tab()
+        self.visit("http://known.example/")
+        self.browser.type("#field", "order")
+        self.browser.click("#send")
+        self.wait_until_at("http://known.example/result")
+        self.eventually(lambda: self.is_covered, "the answer is covered")
+        self.assertIn(("POST", "known.example", "/result"), self.web.requests)
+
     def test_a_covered_tab_is_muted_until_it_is_free(self):
         self.cover("muted.example", lambda: self.browser.type("#field", "half"))
         covered = self.browser.tab

@@ -47,6 +47,17 @@ class FailuresTest(BrowserTestCase):
         self.eventually(lambda: self.bridge.is_connected, "the next event finds the bridge")
         self.wait_until_blocked()
 
+    def test_a_bridge_that_comes_back_is_found_within_a_minute_without_any_event(self):
+        self.start_session(lambda page: off_task())
+        self.block("http://alone.example/")
+        self.bridge.is_away = True
+        self.bridge.die()
+        self.wait_until_at("http://alone.example/", within=2)
+        self.assert_stays(lambda: not self.bridge.is_connected, "the bridge is away", seconds=2)
+        self.bridge.is_away = False
+        self.eventually(lambda: self.bridge.is_connected, "the bridge is found", within=65)
+        self.wait_until_blocked()
+
     def test_a_bridge_that_hangs_is_given_up_and_another_is_started(self):
         self.start_session(lambda page: off_task())
         self.block("http://hangs.example/")

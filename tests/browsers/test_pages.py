@@ -127,6 +127,38 @@ class PagesTest(BrowserTestCase):
         self.assertEqual(self.text("#goals"), "Write the report")
         self.assertEqual(self.text("#time"), "25 min")
 
+    def test_the_popup_asks_about_its_page_at_once_though_it_is_known(self):
+        self.start_session()
+        self.visit("http://again.example/")
+        self.wait_until_asked("http://again.example")
+        self.bridge.judge = lambda page: off_task()
+        page = self.browser.tab
+        self.browser.new_tab()
+        self.open_own("pages/popup.html")
+        self.browser.run_asynchronously("""(async () => {
+            const api = globalThis.browser ?? chrome;
+            const [tab] = await api.tabs.query({url: 'http://again.example/*'});
+            return api.runtime.sendMessage({type: 'judge', tabId: tab.id}); })()""")
+        self.wait_until_asked("http://again.example", times=2)
+        self.assertTrue(self.bridge.questions[-1]["fresh"])
+        self.browser.show(page)
+        self.wait_until_blocked()
+
+    def test_where_motion_is_unwelcome_nothing_moves(self):
+        if self.browser.name != "chromium":
+            self.skipTest("Only this browser takes such a wish over the wire.")
+        self.start_session(lambda page: off_task())
+        self.browser.open("http://still.example/")
+        self.wait_until_blocked()
+        moving = """return [...document.querySelectorAll('*')].map((element) => {
+            const {transitionDuration, animationName} = getComputedStyle(element);
+            return `${transitionDuration} ${animationName}`;
+            }).filter((motion) => motion !== '0s none').length"""
+        self.assertGreater(self.browser.run(moving), 0)
+        self.addCleanup(self.browser.emulate)
+        self.browser.emulate(prefers_reduced_motion="reduce")
+        self.assertEqual(self.browser.run(moving), 0)
+
     def test_the_cover_is_a_dialog_with_a_name(self):
         if self.browser.name != "chromium":
             self.skipTest("Only this browser tells its tree over the wire.")

@@ -17,6 +17,13 @@ JUDGE = pathlib.Path(__file__).with_name("judging_gemini.py")
 GOALS = "Write the report"
 
 
+def arguments_of(process):
+    try:
+        return (process / "cmdline").read_text(errors="replace")
+    except OSError:
+        return ""  # It has ended meanwhile.
+
+
 class RealBridge:
     @staticmethod
     def install(hosts):
@@ -55,12 +62,15 @@ class WholeRoadTest(BrowserWords, TarneTestCase):
 
     def tearDown(self):
         super().tearDown()
-        # The drivers write down all that they are told, and are no part of the product.
-        drivers = ("chromedriver.log", "firefox.log")
-        for log in {*self.folder.glob("*.log")} - {self.folder / name for name in drivers}:
-            text = log.read_text(errors="replace")
-            self.assertNotIn(KEY, text, log.name)
-            self.assertNotIn("game.example", text, log.name)
+        # The browser's own; what its driver wrote down; what the key store and the model were told.
+        not_ours = {"profile", "chromedriver.log", "firefox.log", "keyring", "gemini"}
+        for file in self.folder.rglob("*"):
+            if file.is_file() and not not_ours & set(file.relative_to(self.folder).parts):
+                content = file.read_bytes()
+                self.assertNotIn(KEY.encode(), content, file)
+                self.assertNotIn(b"game.example", content, file)
+        for process in pathlib.Path("/proc").glob("[0-9]*"):
+            self.assertNotIn(KEY, arguments_of(process), process)
 
     def asked(self):
         """The bodies of the requests that have reached the model."""
