@@ -120,8 +120,9 @@ def companion_rows(companions, results):
          f"{companions['cached p99 ms']:.2f} ms",
          f"median {companions['cached median ms']:.2f} ms; the server's work beside 10,000 "
          f"cached pages {cached}"),
-        ("the same asked 50 times at once, the last answer", "-",
-         f"{companions['50 at once ms']:.1f} ms", ""),
+        ("the same asked by 50 tabs at once, the last answer", "-",
+         f"{companions['50 at once ms']:.1f} ms",
+         f"by 10 {companions['10 at once ms']:.1f} ms, by 1 {companions['1 at once ms']:.1f} ms"),
         ("a session's start to the extension, from the store's commit", "-",
          f"{companions['session told ms']:.1f} ms", ""),
         ("resident memory of the server", "25 MB", f"{companions['server MB']:.1f} MB",
@@ -132,6 +133,22 @@ def companion_rows(companions, results):
         ("model calls for one page and one set of goals", "1", f"{companions['model calls']:.0f}",
          f"{companions['questions']:.0f} questions"),
     ]
+
+
+def extension_rows(extension):
+    rows = []
+    for name in ("Chromium", "Firefox"):
+        found = {what.partition(" ")[2]: figure for what, figure in extension.items()
+                 if what.startswith(name.lower())}
+        rows += [
+            (f"{name}: a known page to the block page", "0.1 s", f"{found['known page s']:.2f} s",
+             f"the slowest of 20 {found['slowest known page s']:.2f} s; requests sent "
+             f"{found['requests of known pages']}"),
+            (f"{name}: a session's start to the block page", "1.5 s", f"{found['start s']:.2f} s",
+             "the slowest of 5, from the bridge's message on"),
+            (f"{name}: its end to the page", "1.5 s", f"{found['end s']:.2f} s", "the same"),
+        ]
+    return rows
 
 
 def wrap_up_rows(results):
@@ -162,7 +179,7 @@ def long_text_rows(results):
            f"{stored['slowest ms']:.1f} ms", f"the first {stored['ms']:.1f} ms")]
 
 
-def budget_rows(whole, results, api, notifier, companions):
+def budget_rows(whole, results, api, notifier, companions, extension):
     """(what, budget, measured, reference)"""
     return [
         ("first frame after process start", "0.25 s", f"{whole['first frame s']:.2f} s",
@@ -197,6 +214,7 @@ def budget_rows(whole, results, api, notifier, companions):
         *goals_api_rows(api),
         *notifier_rows(notifier),
         *companion_rows(companions, results),
+        *extension_rows(extension),
         ("disk writes, idle", "0", f"{whole['idle bytes/s'] / 1024:.1f} KiB/s", ""),
         ("disk writes, session running", "32 KiB/s",
          f"{whole['running bytes/s'] / 1024:.1f} KiB/s", ""),
@@ -228,9 +246,10 @@ def main():
     api = figures_of("goals_api.py", folder / "goals_server")
     notifier = figures_of("notifier.py", folder / "tarne-notifier")
     companions = figures_of("companions.py", folder / "tarne-bridge")
+    extension = figures_of("extension.py", folder / "tarne")
     results = run_benchmarks(folder)
     print_table([("What", "Budget", "Measured", "Reference")]
-                + budget_rows(whole, results, api, notifier, companions))
+                + budget_rows(whole, results, api, notifier, companions, extension))
     print("\nGrowth: size and time in ms")
     for name, times in sorted(growth_rows(results).items()):
         print(f"{name:32}", "  ".join(f"{size}: {time:.3f}" for size, time in sorted(times.items())))
