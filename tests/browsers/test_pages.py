@@ -140,7 +140,7 @@ class PagesTest(BrowserTestCase):
             const [tab] = await api.tabs.query({url: 'http://again.example/*'});
             return api.runtime.sendMessage({type: 'judge', tabId: tab.id}); })()""")
         self.wait_until_asked("http://again.example", times=2)
-        self.assertTrue(self.bridge.questions[-1]["fresh"])
+        self.assertTrue(self.bridge.questions[-1].get("fresh"))
         self.browser.show(page)
         self.wait_until_blocked()
 
