@@ -196,6 +196,13 @@ class AMachineWithoutADesktop(LauncherTestCase):
         self.assertEqual(script.wait(30), 0)
         self.assertFalse(service.exists())
 
+    def test_leaves_nothing_of_the_notifier_behind_where_a_bus_was_running(self):
+        script = self.run_on_desktop(DBUS_SESSION_BUS_ADDRESS=self.desktop.bus_address)
+        self.assertEqual(len(list((self.folder / "bare").rglob(f"{NOTIFIER}.service"))), 1)
+        script.terminate()
+        self.assertEqual(script.wait(30), 0)
+        self.assertEqual(list((self.folder / "bare").rglob("dbus-1")), [])
+
     def test_gets_a_keyring_of_its_own_with_a_password_that_is_told_and_keeps_it(self):
         own = self.home / "share" / "keyrings"
         own.mkdir(parents=True)
