@@ -26,7 +26,8 @@ struct flock lockOf(short type, Bytes first, off_t count) {
 }
 
 void tellOfNoLock() {
-    qCWarning(storeLog, "no lock against a second program: %s", std::strerror(errno));
+    const int reason = errno; // The first line of a log looks for its settings, and changes it.
+    qCWarning(storeLog, "no lock against a second program: %s", std::strerror(reason));
 }
 
 } // namespace

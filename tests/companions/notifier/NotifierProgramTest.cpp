@@ -4,6 +4,8 @@
 #include "SystemClock.h"
 #include "TestMain.h"
 
+#include <SQLiteCpp/Database.h>
+
 #include <QProcess>
 
 #include <gmock/gmock.h>
@@ -39,6 +41,16 @@ protected:
         return Calendar::current().dateComponents(moment);
     }
     DateComponents farAway() const { return components(in(86'400.0)); }
+
+    /// Starts the program by hand, over the same data. `before` are the words ahead of its name.
+    void startBeside(QProcess &process, const PrivateBus &bus, QStringList before = {}) {
+        QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+        environment.insert(u"DBUS_SESSION_BUS_ADDRESS"_s, bus.address());
+        environment.insert(u"XDG_DATA_HOME"_s, m_program.dataFolder());
+        process.setProcessEnvironment(environment);
+        before += QStringLiteral(TARNE_NOTIFIER);
+        process.start(before.takeFirst(), before);
+    }
 
     QStringList shown() {
         QStringList titles;
@@ -104,11 +116,7 @@ TEST_F(TheNotifierProgram, ThatIsKilledShowsLateWhatItMissed) {
 
 TEST_F(TheNotifierProgram, StartedAtLoginEndsAtOnceWhenNothingIsPending) {
     QProcess atLogin;
-    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-    environment.insert(u"DBUS_SESSION_BUS_ADDRESS"_s, m_program.bus().address());
-    environment.insert(u"XDG_DATA_HOME"_s, m_program.dataFolder());
-    atLogin.setProcessEnvironment(environment);
-    atLogin.start(QStringLiteral(TARNE_NOTIFIER), QStringList());
+    startBeside(atLogin, m_program.bus());
     EXPECT_TRUE(serveUntil([&] { return atLogin.state() == QProcess::NotRunning; }));
     EXPECT_EQ(atLogin.exitCode(), 0);
     EXPECT_EQ(atLogin.readAllStandardError(), QByteArray());
@@ -119,11 +127,7 @@ TEST_F(TheNotifierProgram, StartedASecondTimeLeavesTheFirstAlone) {
     m_program.add(u"a"_s, farAway());
     const pid_t first = m_program.processId();
     QProcess second;
-    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-    environment.insert(u"DBUS_SESSION_BUS_ADDRESS"_s, m_program.bus().address());
-    environment.insert(u"XDG_DATA_HOME"_s, m_program.dataFolder());
-    second.setProcessEnvironment(environment);
-    second.start(QStringLiteral(TARNE_NOTIFIER), QStringList());
+    startBeside(second, m_program.bus());
     EXPECT_TRUE(serveUntil([&] { return second.state() == QProcess::NotRunning; }));
     EXPECT_EQ(second.exitCode(), 0);
     EXPECT_EQ(m_program.processId(), first);
@@ -135,15 +139,36 @@ TEST_F(TheNotifierProgram, OnAnotherBusDoesNotTouchTheFile) {
     m_program.add(u"a"_s, farAway());
     PrivateBus other;
     QProcess second;
-    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-    environment.insert(u"DBUS_SESSION_BUS_ADDRESS"_s, other.address());
-    environment.insert(u"XDG_DATA_HOME"_s, m_program.dataFolder());
-    second.setProcessEnvironment(environment);
-    second.start(QStringLiteral(TARNE_NOTIFIER), QStringList());
+    startBeside(second, other);
     EXPECT_TRUE(serveUntil([&] { return second.state() == QProcess::NotRunning; }));
     EXPECT_EQ(second.exitCode(), 1);
     EXPECT_THAT(second.readAllStandardError().toStdString(), testing::HasSubstr("on another bus"));
     EXPECT_THAT(m_program.pending(), ElementsAre(u"a"_s));
+}
+
+TEST_F(TheNotifierProgram, OnAReadOnlyDiskShowsWhatWasPendingAndTakesMore) {
+    m_program.becomeTarne();
+    startDaemon();
+    const Date moment = in(2.0);
+    m_program.add(u"due"_s, components(moment));
+    m_program.add(u"far"_s, farAway());
+    m_program.kill();
+    QProcess readOnly;
+    const QString data = m_program.dataFolder();
+    startBeside(readOnly, m_program.bus(),
+                {u"bwrap"_s, u"--dev-bind"_s, u"/"_s, u"/"_s, u"--ro-bind"_s, data, data});
+    ASSERT_TRUE(serveUntil([&] { return m_program.isRunning(); }));
+    EXPECT_EQ(m_program.add(u"new"_s, farAway()).type(), QDBusMessage::ReplyMessage);
+    EXPECT_EQ(m_program.add(u"now"_s, std::nullopt).type(), QDBusMessage::ReplyMessage);
+    EXPECT_TRUE(serveUntil([&] { return shown().size() == 2; }));
+    EXPECT_GE(m_clock.now(), moment);
+    EXPECT_THAT(shown(), testing::UnorderedElementsAre(u"due"_s, u"now"_s));
+    EXPECT_THAT(m_program.pending(), ElementsAre(u"far"_s, u"new"_s));
+    m_program.signal(SIGTERM);
+    EXPECT_TRUE(serveUntil([&] { return readOnly.state() == QProcess::NotRunning; }));
+    EXPECT_THAT(readOnly.readAllStandardError().toStdString(),
+                testing::AllOf(testing::HasSubstr("second program: Read-only file system"),
+                               testing::HasSubstr("cannot be saved now")));
 }
 
 TEST_F(TheNotifierProgram, EndsWithItsBusAndGoesOnOnTheNext) {
@@ -299,6 +324,24 @@ TEST_F(TarneAndTheNotifier, HandWhatTarneKeptOverToANotifierThatAppears) {
     EXPECT_TRUE(serveUntil([&] { return m_program.pending().size() == 3; }));
     center().removePendingNotificationRequests({u"a"_s});
     EXPECT_TRUE(serveUntil([&] { return m_program.pending().size() == 2; }));
+}
+
+TEST_F(TarneAndTheNotifier, LeaveAFileOfANewerVersionAloneAndShowTheirsAllTheSame) {
+    const ExpectedWarning warning(u"kept in this process"_s);
+    startDaemon();
+    m_program.add(u"a"_s, farAway());
+    m_program.signal(SIGTERM);
+    EXPECT_TRUE(m_program.hasEnded());
+    const std::string file =
+        notifier::RequestFile::filesIn(m_program.folder()).file().toStdString();
+    SQLite::Database(file, SQLite::OPEN_READWRITE).exec("PRAGMA user_version = 2");
+    const Date moment = in(1.0);
+    add(u"due"_s, components(moment));
+    passBy(moment);
+    EXPECT_THAT(shown(), ElementsAre(u"due"_s));
+    SQLite::Database left(file);
+    EXPECT_EQ(left.execAndGet("PRAGMA user_version").getInt(), 2);
+    EXPECT_EQ(left.execAndGet("SELECT group_concat(key) FROM defaults").getString(), "a");
 }
 
 TEST_F(TarneAndTheNotifier, BringANotifierBackThatWasKilledWithSomethingPending) {

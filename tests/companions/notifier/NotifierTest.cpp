@@ -159,17 +159,27 @@ TEST_F(ANotifier, ShowsAtOnceWhatAJourneyToTheEastHasPassed) {
     EXPECT_THAT(shown(), ElementsAre(u"a"_s));
 }
 
-TEST_F(ANotifier, KeepsTheClockTimeOverTheDayOnWhichTheClocksGoForward) {
-    startDaemon();
+TEST_F(ANotifier, KeepsTheClockTimeOverTheDaysOnWhichTheClocksGoForwardAndBack) {
     for (const char *zone : {"Europe/Berlin", "America/New_York"}) {
         m_calendar = Calendar(QTimeZone(zone), QLocale::c());
-        m_clock.moment = at(3, 1, 12);
-        add(QString::fromLatin1(zone), at(4, 2, 8));
-        start();
-        EXPECT_EQ(m_next, at(4, 2, 8)) << zone;
-        EXPECT_EQ((at(4, 2, 8) - at(3, 2, 8)) / 3600.0, 31 * 24 - 1) << zone;
-        remove({QString::fromLatin1(zone)});
+        for (const auto &[month, hours] : {std::pair{3, 31 * 24 - 1}, std::pair{10, 31 * 24 + 1}}) {
+            m_clock.moment = at(month, 2, 8);
+            add(u"a"_s, at(month + 1, 2, 8));
+            start();
+            ASSERT_TRUE(m_next);
+            EXPECT_EQ((*m_next - m_clock.moment) / 3600.0, hours) << zone;
+            remove({u"a"_s});
+        }
     }
+}
+
+TEST_F(ANotifier, ShowsALongTextWholeAfterARestart) {
+    startDaemon();
+    const QString text = u"\"Quoted\" 'it' \\ \t\n\u2028\ufffd🎉 "_s + u"ä"_s.repeated(50'000);
+    add(u"a"_s, at(3, 2, 11), text);
+    start();
+    arriveAt(at(3, 2, 11));
+    EXPECT_EQ(notification().at(4).toString(), text);
 }
 
 TEST_F(ANotifier, ShowsATimeThatIsSkippedAsMuchLaterAsTheClocksJump) {
