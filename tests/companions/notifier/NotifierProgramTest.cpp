@@ -169,6 +169,9 @@ TEST_F(TheNotifierProgram, OnAReadOnlyDiskShowsWhatWasPendingAndTakesMore) {
     EXPECT_THAT(readOnly.readAllStandardError().toStdString(),
                 testing::AllOf(testing::HasSubstr("second program: Read-only file system"),
                                testing::HasSubstr("cannot be saved now")));
+    // The next one, on a disk that takes everything, finds the file as it was.
+    EXPECT_TRUE(serveUntil([&] { return m_program.pending() == QStringList{u"far"_s}; }));
+    EXPECT_THAT(shown(), testing::UnorderedElementsAre(u"due"_s, u"now"_s, u"due"_s));
 }
 
 TEST_F(TheNotifierProgram, EndsWithItsBusAndGoesOnOnTheNext) {
