@@ -32,6 +32,8 @@ namespace {
 
 enum Status { Ended = 0, NoPort = 1, BadUse = 2 };
 
+constexpr qint64 largestAnswer = 1'048'576; // Bytes; a verdict has some hundred.
+
 std::optional<std::uint16_t> portIn(std::string_view text) {
     std::uint16_t port = 0;
     const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), port);
@@ -82,7 +84,7 @@ int main(int argc, char **argv) {
     const std::string folder = companionsFolder();
     const bool hasFolder = !folder.empty() && makePrivateFolder(folder);
     QuotaGate quota(hasFolder ? folder + "/questions-today" : std::string());
-    NetworkHTTPClient client({.idle = Classifier::patience, .body = 1024 * 1024}, {});
+    NetworkHTTPClient client({.idle = Classifier::patience, .body = largestAnswer}, {});
     Classifier classifier(context.get_executor(), {.client = client, .address = modelAddress()},
                           quota);
     QuestionDesk desk(classifier);
