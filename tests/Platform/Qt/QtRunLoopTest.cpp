@@ -126,9 +126,12 @@ class TwoRepeatingTimers : public testing::Test {
 protected:
     using Clock = std::chrono::steady_clock;
 
-    ~TwoRepeatingTimers() override {
-        for (const auto timer : m_timers)
+    ~TwoRepeatingTimers() override { stop(); }
+
+    void stop() {
+        for (const auto timer : std::exchange(m_timers, {}))
             m_loop.invalidate(timer);
+        m_firings.clear();
     }
 
     /// `inFiring` runs in every firing of either.
@@ -178,12 +181,22 @@ TEST_F(TwoRepeatingTimers, NeverChangePlaces) {
 TEST_F(TwoRepeatingTimers, AreCaughtUpInTheOrderOfTheirLastMoments) {
     // A's first firing holds the thread until both have missed one: A's last moment is at 400 ms,
     // B's at 280 and at 480.
-    make(200ms, 80ms, [this] { std::this_thread::sleep_until(m_start + 500ms); });
-    awaitFirings(3);
+    // Where the machine itself stood still, other moments are the last, and it is tried again.
+    const auto isInTime = [this](std::size_t firing, std::chrono::milliseconds latest) {
+        return m_firings[firing].moment - m_start < latest;
+    };
+    for (int attempt = 0; attempt < 20; ++attempt) {
+        stop();
+        make(200ms, 80ms, [this] { std::this_thread::sleep_until(m_start + 500ms); });
+        awaitFirings(3);
+        if (isInTime(0, 280ms) && isInTime(1, 600ms))
+            break;
+    }
     EXPECT_EQ(order().substr(0, 3), "AAB");
 }
 
-TEST(QtRunLoop, ARepeatingTimerKeepsItsPhaseWhenTheThreadWasBusy) {
+/// Of the eleven firings behind a busy time of a timer, how many are on its grid.
+std::ptrdiff_t onTimeBehindABusyTime() {
     using Clock = std::chrono::steady_clock;
     constexpr auto interval = 100ms;
     QtRunLoop loop;
@@ -194,12 +207,19 @@ TEST(QtRunLoop, ARepeatingTimerKeepsItsPhaseWhenTheThreadWasBusy) {
         if (behindTheGrid.size() == 1)
             std::this_thread::sleep_until(start + interval * 7 / 2);
     });
-    // The second makes up for the busy time, half an interval behind the grid. All that follow are
-    // back on it; a machine that stands still may make one late, but not most.
+    // The second makes up for the busy time, half an interval behind the grid.
     serveUntil([&] { return behindTheGrid.size() == 13; });
     loop.invalidate(timer);
-    const auto onTime = std::count_if(behindTheGrid.begin() + 2, behindTheGrid.end(),
-                                      [&](auto behind) { return behind < interval / 4; });
+    return std::count_if(behindTheGrid.begin() + 2, behindTheGrid.end(),
+                         [&](auto behind) { return behind < interval / 4; });
+}
+
+TEST(QtRunLoop, ARepeatingTimerKeepsItsPhaseWhenTheThreadWasBusy) {
+    // A machine that stands still makes many late, but not time after time. A timer that counts
+    // from the busy time is late every time.
+    std::ptrdiff_t onTime = 0;
+    for (int attempt = 0; attempt < 10 && onTime < 8; ++attempt)
+        onTime = onTimeBehindABusyTime();
     EXPECT_GE(onTime, 8);
 }
 
