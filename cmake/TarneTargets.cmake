@@ -33,7 +33,8 @@ if(TARNE_SANITIZE)
 endif()
 if(TARNE_BUILD_FUZZERS)
   # Lets libFuzzer see which way an input took.
-  target_compile_options(tarne_options INTERFACE -fsanitize=fuzzer-no-link)
+  target_compile_options(tarne_options INTERFACE -fsanitize=fuzzer-no-link
+    -fsanitize-ignorelist=${PROJECT_SOURCE_DIR}/fuzz/ignored-by-sanitizers.txt)
 endif()
 if(TARNE_COVERAGE)
   target_compile_options(tarne_options INTERFACE --coverage)
