@@ -154,6 +154,32 @@ TEST(TextEditor, LooksForTheEndOfNoEndlessWord) {
     EXPECT_EQ(wrapModeAfterPasting(u"Short again."_s), QTextOption::WrapAtWordBoundaryOrAnywhere);
 }
 
+TEST(TextEditor, LaysOutATextThatIsTallerThanTheTallestPageOfQt) {
+    UiDriver ui(column(u"TextEditor { width: 300; height: 60; accessibleName: 'Notes'; "
+                       "font.pixelSize: 2000; text: root.typed }"_s));
+    const QQuickItem &edit = *ui.find(u"Notes"_s);
+    const auto textHeight = [&] { return edit.property("contentHeight").toDouble(); };
+    ui.root()->setProperty("typed", u"a\n"_s.repeated(5000));
+    EXPECT_GT(textHeight(), 10'000'000);
+    // And again at another width, of the editor and then of its text alone.
+    QQuickItem &control = *edit.parentItem()->parentItem();
+    control.setWidth(400);
+    EXPECT_EQ(edit.width(), 390);
+    control.setProperty("horizontalInset", 50);
+    EXPECT_EQ(edit.width(), 300);
+    EXPECT_GT(textHeight(), 10'000'000);
+}
+
+TEST(TextEditor, BreaksItsLinesAtItsWidthAlsoWhenThatChanges) {
+    UiDriver ui(column(u"TextEditor { width: 300; height: 60; accessibleName: 'Reflection'; "
+                       "text: 'Some words that do not fit on one line of 300 points' }"_s));
+    const QQuickItem &edit = *ui.find(u"Reflection"_s);
+    EXPECT_EQ(edit.property("lineCount").toInt(), 2);
+    edit.parentItem()->parentItem()->setWidth(600);
+    ui.settle();
+    EXPECT_EQ(edit.property("lineCount").toInt(), 1);
+}
+
 TEST(TextEditor, EveryLineBreakThatIsPastedBecomesALineFeed) {
     UiDriver ui(column(editor));
     editorAfterPasting(ui, u"a\r\nb\rc\u2028d\u2029e"_s);

@@ -14,6 +14,9 @@ namespace {
 /// In characters. What is shorter is laid out within a frame or two, whatever it is.
 constexpr int longText = 20'000;
 constexpr int endlessWord = 5'000;
+/// In points. A document without a page of its own gets one of 8,388,607 points from Qt, and one
+/// line below its end is laid out for ever. Qt's positions end at 33,554,431.
+constexpr double tallestPage = 33'000'000;
 
 bool holdsEndlessWord(const QString &text) {
     qsizetype length = 0;
@@ -42,6 +45,7 @@ void EditorDocument::setDocument(QQuickTextDocument *document) {
         });
         connect(text, &QTextDocument::contentsChanged, this, &EditorDocument::contentsChanged);
     }
+    setPage();
     applyToAll();
     Q_EMIT documentChanged();
 }
@@ -52,6 +56,19 @@ void EditorDocument::setSpacing(double spacing) {
     m_spacing = spacing;
     applyToAll();
     Q_EMIT spacingChanged();
+}
+
+void EditorDocument::setTextWidth(double width) {
+    if (m_textWidth == width)
+        return;
+    m_textWidth = width;
+    setPage();
+    Q_EMIT textWidthChanged();
+}
+
+void EditorDocument::setPage() {
+    if (m_document && m_textWidth > 0)
+        m_document->textDocument()->setPageSize({m_textWidth, tallestPage});
 }
 
 void EditorDocument::prepareLayout(int added) {

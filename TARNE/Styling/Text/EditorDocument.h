@@ -22,6 +22,10 @@ class EditorDocument : public QObject {
     /// Whether a text is being put into the document that no user has written there.
     Q_PROPERTY(bool isFilling MEMBER m_isFilling FINAL)
     Q_PROPERTY(double spacing MEMBER m_spacing WRITE setSpacing NOTIFY spacingChanged FINAL)
+    /// The width at which lines are broken, in points. The editor has to take its own width from
+    /// here: then the document has that width already, and the editor does not set it a second
+    /// time, with no height for the page.
+    Q_PROPERTY(double textWidth MEMBER m_textWidth WRITE setTextWidth NOTIFY textWidthChanged FINAL)
     /// Whether there is a word of very many lines. An editor that looks for the end of each word
     /// first takes seconds for such a one, so it is to break its lines anywhere.
     Q_PROPERTY(bool hasEndlessWord READ hasEndlessWord NOTIFY hasEndlessWordChanged FINAL)
@@ -31,6 +35,7 @@ public:
 
     void setDocument(QQuickTextDocument *document);
     void setSpacing(double spacing);
+    void setTextWidth(double width);
     [[nodiscard]] bool hasEndlessWord() const { return m_hasEndlessWord; }
     /// The text with its no-break spaces, which the editor's own text has as blanks. Lines end with
     /// a line feed each.
@@ -39,6 +44,7 @@ public:
 Q_SIGNALS:
     void documentChanged();
     void spacingChanged();
+    void textWidthChanged();
     void hasEndlessWordChanged();
     /// The text was changed by the user: typed, composed, or written by an assistive tool, wherever
     /// the focus is.
@@ -51,9 +57,11 @@ private:
     /// Formats the lines that hold the characters from `m_dirtyFrom` to `m_dirtyTo`.
     void apply();
     void applyToAll();
+    void setPage();
 
     QPointer<QQuickTextDocument> m_document;
     double m_spacing = 0;
+    double m_textWidth = 0;
     int m_dirtyFrom = 0;
     int m_dirtyTo = 0;
     bool m_isFilling = false;

@@ -68,7 +68,7 @@ Flickable {
 
         x: editor.horizontalInset
         y: editor.verticalInset
-        width: editor.width - 2 * editor.horizontalInset
+        width: editorDocument.textWidth
         height: editor.contentHeight - 2 * editor.verticalInset
         topPadding: editor.verticalPadding
         bottomPadding: editor.verticalPadding
@@ -104,6 +104,7 @@ Flickable {
 
         document: edit.textDocument
         spacing: editor.lineSpacing
+        textWidth: editor.width - 2 * editor.horizontalInset
         onEdited: editor.textEdited(editorDocument.text())
     }
 }
