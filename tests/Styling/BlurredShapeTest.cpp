@@ -2,6 +2,9 @@
 
 #include <gmock/gmock.h>
 
+#include <cmath>
+#include <numbers>
+
 namespace tarne::test {
 namespace {
 
@@ -14,6 +17,14 @@ TEST(BlurCoverage, IsHalfAtTheEdge) {
 TEST(BlurCoverage, IsFullFarInsideAndNothingAtTheExtent) {
     EXPECT_GT(blurCoverage(-12, 8), 0.99);
     EXPECT_LT(blurCoverage(blurExtent(8), 8), 0.01);
+}
+
+TEST(BlurCoverage, FadesAsABellCurveDoes) {
+    for (double distance = -60; distance <= 60; distance += 0.0137) {
+        const double deviations = distance / (20.0 / 2);
+        const double exact = 0.5 * std::erfc(deviations / std::numbers::sqrt2);
+        EXPECT_THAT(blurCoverage(distance, 20), DoubleNear(exact, 1e-6)) << distance;
+    }
 }
 
 TEST(BlurCoverage, WithoutARadiusIsASmoothedEdge) {

@@ -1,7 +1,9 @@
 #include "BlurredShape.h"
 
 #include <algorithm>
+#include <array>
 #include <cmath>
+#include <cstddef>
 #include <numbers>
 
 namespace tarne {
@@ -24,6 +26,23 @@ double distanceToBox(double x, double y, const QSizeF &box, double cornerRadius)
     return outside + inside - reach;
 }
 
+/// The share of a bell curve that lies more than `deviations` to the right of its middle. Read from
+/// a table, which is right to a millionth: working it out each time takes ten times as long.
+double upperTail(double deviations) {
+    constexpr double end = 5;
+    constexpr int steps = 2000;
+    static const auto table = [] {
+        std::array<double, 2 * steps + 2> tails{};
+        for (int i = 0; i <= 2 * steps + 1; ++i)
+            tails.at(static_cast<std::size_t>(i)) =
+                0.5 * std::erfc((i - steps) * end / steps / std::numbers::sqrt2);
+        return tails;
+    }();
+    const double place = (std::clamp(deviations, -end, end) / end + 1) * steps;
+    const auto before = static_cast<std::size_t>(place);
+    return std::lerp(table.at(before), table.at(before + 1), place - static_cast<double>(before));
+}
+
 } // namespace
 
 double blurExtent(double radius) {
@@ -34,7 +53,7 @@ double blurCoverage(double distance, double radius) {
     if (radius <= 0)
         return std::clamp(0.5 - distance, 0.0, 1.0);
     const double deviation = radius / 2;
-    return 0.5 * std::erfc(distance / (deviation * std::numbers::sqrt2));
+    return upperTail(distance / deviation);
 }
 
 QImage blurredBox(const QSizeF &box, double cornerRadius, double radius, const QColor &color,

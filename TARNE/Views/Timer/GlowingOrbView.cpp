@@ -32,7 +32,7 @@ double orbCoverage(const OrbLook &look, double distance, double devicePixelRatio
 
 } // namespace
 
-GlowingOrbView::GlowingOrbView(QQuickItem *parent) : AnimatedTexture(70ms, parent) {
+GlowingOrbView::GlowingOrbView(QQuickItem *parent) : AnimatedTexture(100ms, parent) {
     setImplicitSize(250, 250);
 }
 
@@ -40,7 +40,7 @@ void GlowingOrbView::setProgress(double progress) {
     if (m_progress == progress || !std::isfinite(progress))
         return;
     m_progress = progress;
-    // A moving orb takes the new look with its next frame, at most 70 ms away.
+    // A moving orb takes the new look with its next frame, at most 100 ms away.
     if (!isAnimating())
         repaint();
     Q_EMIT progressChanged();
@@ -106,19 +106,25 @@ QRectF GlowingOrbView::pictureRect() const {
     return {middle.x() - half, middle.y() - half, 2 * half, 2 * half};
 }
 
-void GlowingOrbView::updateGlow(double devicePixelRatio) {
+void GlowingOrbView::updateLook(double devicePixelRatio) {
     const OrbLook now = look();
-    if (m_glowLook == now && m_glowRatio == devicePixelRatio && !m_glow.empty())
+    if (m_paintedLook == now && m_paintedRatio == devicePixelRatio && !m_glow.empty())
         return;
-    m_glowLook = now;
-    m_glowRatio = devicePixelRatio;
+    m_paintedLook = now;
+    m_paintedRatio = devicePixelRatio;
+    updateGlow();
+    updateHighlight();
+}
+
+void GlowingOrbView::updateGlow() {
     m_glow.resize(glowEntries + 1);
+    const OrbLook &now = m_paintedLook;
     const double end = reach(now);
     // A clock that was set back takes the progress below 0, and the intensity with it.
     const double opacity = std::clamp(now.intensity, 0.0, 1.0);
     for (int entry = 0; entry < glowEntries; ++entry) {
         const double distance = end * std::sqrt((entry + 0.5) / glowEntries);
-        const double coverage = orbCoverage(now, distance, devicePixelRatio);
+        const double coverage = orbCoverage(now, distance, m_paintedRatio);
         const int alpha = static_cast<int>(std::lround(255 * opacity * coverage));
         m_glow[static_cast<std::size_t>(entry)] =
             qPremultiply(qRgba(now.color.red(), now.color.green(), now.color.blue(), alpha));
@@ -126,11 +132,26 @@ void GlowingOrbView::updateGlow(double devicePixelRatio) {
     m_glow.back() = 0;
 }
 
-QImage GlowingOrbView::paintPicture(double devicePixelRatio) {
-    updateGlow(devicePixelRatio);
+void GlowingOrbView::updateHighlight() {
     const QSizeF points = pictureRect().size();
-    QImage image((points * devicePixelRatio).toSize(), QImage::Format_ARGB32_Premultiplied);
-    const double end = reach(m_glowLook) * devicePixelRatio * m_pulse.scale();
+    m_highlight = QImage((points * m_paintedRatio).toSize(), QImage::Format_ARGB32_Premultiplied);
+    m_highlight.setDevicePixelRatio(m_paintedRatio);
+    m_highlight.fill(Qt::transparent);
+    QPainter painter(&m_highlight);
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setOpacity(std::max(0.0, m_paintedLook.intensity) * 0.3);
+    painter.setPen(Qt::NoPen);
+    painter.setBrush(SystemColors::white);
+    const double offset = m_paintedLook.size * 0.1;
+    const double radius = m_paintedLook.size * 0.3;
+    painter.drawEllipse(QPointF(points.width() / 2 - offset, points.height() / 2 - offset), radius,
+                        radius);
+}
+
+QImage GlowingOrbView::paintPicture(double devicePixelRatio) {
+    updateLook(devicePixelRatio);
+    QImage image(m_highlight.size(), QImage::Format_ARGB32_Premultiplied);
+    const double end = reach(m_paintedLook) * devicePixelRatio * m_pulse.scale();
     const auto entriesPerSquare = static_cast<float>(glowEntries / (end * end));
     const float last = glowEntries;
     const float middle = static_cast<float>(image.width()) / 2 - 0.5F;
@@ -152,15 +173,7 @@ QImage GlowingOrbView::paintPicture(double devicePixelRatio) {
     }
 
     image.setDevicePixelRatio(devicePixelRatio);
-    QPainter painter(&image);
-    painter.setRenderHint(QPainter::Antialiasing);
-    painter.setOpacity(std::max(0.0, m_glowLook.intensity) * 0.3);
-    painter.setPen(Qt::NoPen);
-    painter.setBrush(SystemColors::white);
-    const double offset = m_glowLook.size * 0.1;
-    const double radius = m_glowLook.size * 0.3;
-    painter.drawEllipse(QPointF(points.width() / 2 - offset, points.height() / 2 - offset), radius,
-                        radius);
+    QPainter(&image).drawImage(0, 0, m_highlight);
     return image;
 }
 

@@ -9,8 +9,8 @@ namespace tarne {
 /// swells softly for ever. Its glow reaches beyond the item.
 ///
 /// A frame is made by looking up each pixel's distance in a table that changes with the look alone,
-/// which costs a fraction of a blur; frames come fourteen times a second, since the edge moves by
-/// less than half a point between two of them.
+/// which costs a fraction of a blur; frames come ten times a second, since the edge moves by less
+/// than half a point between two of them.
 class GlowingOrbView : public tarne::AnimatedTexture {
     Q_OBJECT
     QML_ELEMENT
@@ -54,7 +54,9 @@ protected:
 
 private:
     void stopPulse(double seconds);
-    void updateGlow(double devicePixelRatio);
+    void updateLook(double devicePixelRatio);
+    void updateGlow();
+    void updateHighlight();
 
     double m_progress = 0;
     bool m_isActive = false;
@@ -64,10 +66,11 @@ private:
     bool m_hasAppeared = false;
 
     /// The circle and its glow at scale 1.0, by the square of the distance from the middle in
-    /// device pixels, as premultiplied colours; and what they were worked out for.
+    /// device pixels, as premultiplied colours; the highlight; and what they were worked out for.
     std::vector<QRgb> m_glow;
-    OrbLook m_glowLook;
-    double m_glowRatio = 0;
+    QImage m_highlight; ///< As large as the picture, and transparent beside the highlight.
+    OrbLook m_paintedLook;
+    double m_paintedRatio = 0;
 };
 
 } // namespace tarne

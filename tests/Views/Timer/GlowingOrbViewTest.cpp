@@ -65,7 +65,7 @@ private:
 };
 
 TEST_F(GlowingOrbViewTest, ComesToRestOverThreeTenthsOfASecondInAPauseAndHalfASecondOtherwise) {
-    constexpr double secondsAFrame = 0.07;
+    constexpr double secondsAFrame = 0.1;
     const auto secondsToRest = [](UiDriver &ui, const std::function<void()> &stop) {
         EXPECT_TRUE(ui.waitUntil([&] { return orb(ui)->pulseScale() > 1.0; }));
         stop();
