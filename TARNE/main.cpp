@@ -95,9 +95,11 @@ int main(int argc, char **argv) {
     const SystemClock clock;
     QtRunLoop runLoop;
     NotificationCenter notificationCenter;
-    StoredUserDefaults defaults(StoredUserDefaults::standardFolder(),
-                                {keys::userPreferences, keys::sessionHistory, keys::scheduledGoals},
-                                clock, runLoop);
+    StoredUserDefaults defaults(
+        StoredUserDefaults::standardFolder(),
+        {.restored = {keys::userPreferences, keys::sessionHistory, keys::scheduledGoals},
+         .passing = {keys::published.begin(), keys::published.end()}},
+        clock, runLoop);
     NotifierUserNotificationCenter userNotifications(QDBusConnection::sessionBus(), clock,
                                                      &Calendar::current);
     DesktopBackgroundActivityScheduler backgroundActivities(QDBusConnection::systemBus(), runLoop);

@@ -2,6 +2,8 @@
 
 #include <QLatin1StringView>
 
+#include <array>
+
 /// The keys of the defaults store. They are read by other programs and by later versions: a name
 /// that stands here never changes.
 namespace tarne::keys {
@@ -24,5 +26,7 @@ inline constexpr QLatin1StringView timeRemaining{"TimeRemaining"};
 inline constexpr QLatin1StringView sessionDuration{"SessionDuration"};
 inline constexpr QLatin1StringView sessionProgress{"SessionProgress"};
 inline constexpr QLatin1StringView lastUpdate{"LastUpdate"};
+inline constexpr std::array published{sessionActive,   sessionGoals,    sessionId, timeRemaining,
+                                      sessionDuration, sessionProgress, lastUpdate};
 
 } // namespace tarne::keys

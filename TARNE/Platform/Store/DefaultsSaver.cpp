@@ -17,6 +17,7 @@ DefaultsSaver::DefaultsSaver(DefaultsFolder folder, OpenedDefaults opened, Date 
 
 void DefaultsSaver::keep(DefaultsBatch batch) {
     m_now = batch.moment;
+    m_isPendingRelaxed = m_isPendingRelaxed && batch.isRelaxed;
     for (DefaultsChange &change : batch.changes) {
         if (change.value)
             m_values.insert(change.key, *change.value);
@@ -40,6 +41,7 @@ void DefaultsSaver::save() {
         else
             saveIntoNewFile();
         m_pending.clear();
+        m_isPendingRelaxed = true;
         if (std::exchange(m_isRefused, false))
             qCInfo(storeLog).noquote() << m_folder.title() << "is saved again";
     } catch (const DefaultsFault &fault) {
@@ -64,10 +66,13 @@ void DefaultsSaver::saveIntoFile() {
     if (!m_file) {
         m_folder.create();
         m_file = std::make_unique<SQLiteFile>(m_folder.file(), SQLiteFile::Access::ReadWrite);
-        if (m_file->isNew())
+        if (m_file->isNew()) {
             m_pending = changesThatWrite(m_values);
+            m_isPendingRelaxed = false;
+        }
     }
-    m_file->write(m_pending);
+    m_file->write(m_pending,
+                  m_isPendingRelaxed ? SQLiteFile::Commit::Relaxed : SQLiteFile::Commit::Durable);
 }
 
 void DefaultsSaver::saveIntoNewFile() {

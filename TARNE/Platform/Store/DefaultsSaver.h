@@ -10,6 +10,8 @@ namespace tarne {
 struct DefaultsBatch {
     DefaultsChanges changes;
     Date moment; ///< When it was handed over.
+    /// Whether it may wait until the system writes it to the disk by itself.
+    bool isRelaxed = false;
 };
 
 /// Saves batches into the store's file, whatever becomes of it.
@@ -47,7 +49,8 @@ private:
 
     const DefaultsFolder m_folder;
     DefaultsValues m_values;
-    DefaultsChanges m_pending; ///< What the file does not hold yet.
+    DefaultsChanges m_pending;      ///< What the file does not hold yet.
+    bool m_isPendingRelaxed = true; ///< Whether all of that may wait for the disk.
     std::unique_ptr<SQLiteFile> m_file;
     Saving m_saving;
     Date m_now;

@@ -128,7 +128,8 @@ replaceDamagedFile(const DefaultsFolder &folder, const DefaultsValues &values, D
     DefaultsFolder::removeFile(folder.scratchFile());
     DefaultsFolder::createPrivateFile(folder.scratchFile());
     // Closed before it is moved: its log is merged, and no connection knows it by its first name.
-    SQLiteFile(folder.scratchFile(), Access::ReadWrite).write(changesThatWrite(values));
+    SQLiteFile(folder.scratchFile(), Access::ReadWrite)
+        .write(changesThatWrite(values), SQLiteFile::Commit::Durable);
     const QString name = folder.setAsideAndReplace(now);
     return {std::make_unique<SQLiteFile>(folder.file(), Access::ReadWrite), name};
 }

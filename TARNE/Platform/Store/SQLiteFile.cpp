@@ -193,8 +193,17 @@ void SQLiteFile::checkIndex() {
         throw DefaultsFault(DefaultsFault::Kind::Damaged, "its keys and their index differ");
 }
 
-void SQLiteFile::write(const DefaultsChanges &changes) {
+void SQLiteFile::prepareFor(Commit commit) {
+    if (m_commit == commit)
+        return;
+    m_database.exec(commit == Commit::Durable ? "PRAGMA synchronous = FULL"
+                                              : "PRAGMA synchronous = NORMAL");
+    m_commit = commit;
+}
+
+void SQLiteFile::write(const DefaultsChanges &changes, Commit commit) {
     guarded([&] {
+        prepareFor(commit);
         SQLite::Transaction transaction(m_database, SQLite::TransactionBehavior::IMMEDIATE);
         SQLite::Statement set(m_database,
                               "INSERT INTO defaults (key, type, value, sum) VALUES (?, ?, ?, ?) "

@@ -20,6 +20,11 @@ public:
         Immutable, ///< Reads the file alone, and needs nothing that a read-only disk lacks.
     };
 
+    enum class Commit {
+        Durable, ///< It is on the disk when the call returns, with all that came before it.
+        Relaxed, ///< A kill does not take it; a power cut may. It does not wake the disk.
+    };
+
     SQLiteFile(const QString &path, Access access);
     SQLiteFile(const SQLiteFile &) = delete;
     SQLiteFile &operator=(const SQLiteFile &) = delete;
@@ -28,9 +33,9 @@ public:
     /// another program planted in an unfit form is left out, with a line on standard error.
     [[nodiscard]] DefaultsValues load();
 
-    /// Writes all changes, in their order, in one transaction that is on the disk when this
-    /// returns. After an exception none of them is.
-    void write(const DefaultsChanges &changes);
+    /// Writes all changes, in their order, in one transaction. After an exception none of them is
+    /// written.
+    void write(const DefaultsChanges &changes, Commit commit);
 
     /// Merges the log into the file when it has grown long. A failure leaves it for a later turn.
     void mergeLongLog();
@@ -55,6 +60,7 @@ private:
     static int noteLogLength(void *file, sqlite3 *, const char *, int pages);
 
     void prepareForWriting();
+    void prepareFor(Commit commit);
     void setMergesLogOnClose(bool merges);
     DefaultsValues checkedRows();
     void checkIndex();
@@ -63,6 +69,7 @@ private:
     QString m_path;
     quint64 m_fileNumber; ///< Identifies the opened file, whatever becomes of its name.
     bool m_isNew = false;
+    Commit m_commit = Commit::Durable;
     int m_pagesInLog = 0;
 };
 

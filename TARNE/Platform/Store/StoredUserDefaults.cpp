@@ -2,6 +2,7 @@
 
 #include <QStandardPaths>
 
+#include <algorithm>
 #include <utility>
 
 using namespace Qt::StringLiterals;
@@ -25,15 +26,14 @@ QString StoredUserDefaults::standardFolder() {
            u"/com.tarne.app"_s;
 }
 
-StoredUserDefaults::StoredUserDefaults(const QString &folder, QStringList keysToRestore,
-                                       const Clock &clock, RunLoop &runLoop,
-                                       std::chrono::milliseconds retryInterval)
-    : m_clock(clock), m_runLoop(runLoop) {
+StoredUserDefaults::StoredUserDefaults(const QString &folder, Keys keys, const Clock &clock,
+                                       RunLoop &runLoop, std::chrono::milliseconds retryInterval)
+    : m_clock(clock), m_runLoop(runLoop), m_passingKeys(std::move(keys.passing)) {
     const DefaultsFolder files(folder);
     const Date now = m_clock.now();
-    OpenedDefaults opened = openDefaults(files, keysToRestore, now);
+    OpenedDefaults opened = openDefaults(files, keys.restored, now);
     m_values = opened.values;
-    m_writer = std::make_unique<DefaultsWriter>(files, std::move(opened), std::move(keysToRestore),
+    m_writer = std::make_unique<DefaultsWriter>(files, std::move(opened), std::move(keys.restored),
                                                 now, retryInterval);
 }
 
@@ -100,6 +100,9 @@ void StoredUserDefaults::handOver() {
         if (!isAsBefore)
             batch.changes.push_back({key, now});
     }
+    batch.isRelaxed = std::ranges::all_of(batch.changes, [this](const DefaultsChange &change) {
+        return m_passingKeys.contains(change.key);
+    });
     if (!batch.changes.empty() && m_writer)
         m_writer->commit(std::move(batch));
 }

@@ -27,10 +27,17 @@ public:
     /// The folder of this user: `$XDG_DATA_HOME/com.tarne.app`, by default in `~/.local/share`.
     [[nodiscard]] static QString standardFolder();
 
-    /// `keysToRestore` are the keys that come back from a copy when the file is damaged. Clock and
-    /// run loop must outlive the store. `retryInterval` is for a disk that refuses to be written.
-    StoredUserDefaults(const QString &folder, QStringList keysToRestore, const Clock &clock,
-                       RunLoop &runLoop,
+    /// Keys that are not like the others.
+    struct Keys {
+        QStringList restored; ///< They come back from a copy when the file is damaged.
+        /// Their values mean nothing after the computer was off. Written alone, they do not wake
+        /// the disk: a power cut may take what was written in the last half minute.
+        QStringList passing;
+    };
+
+    /// Clock and run loop must outlive the store. `retryInterval` is for a disk that refuses to be
+    /// written.
+    StoredUserDefaults(const QString &folder, Keys keys, const Clock &clock, RunLoop &runLoop,
                        std::chrono::milliseconds retryInterval = std::chrono::seconds(1));
     ~StoredUserDefaults() override;
     StoredUserDefaults(const StoredUserDefaults &) = delete;
@@ -51,6 +58,7 @@ private:
 
     const Clock &m_clock;
     RunLoop &m_runLoop;
+    const QStringList m_passingKeys;
     DefaultsValues m_values;
     QStringList m_touched; ///< The keys written since the last hand-over, by their last write.
     std::map<QString, std::optional<DefaultsValue>> m_before; ///< What they were before.

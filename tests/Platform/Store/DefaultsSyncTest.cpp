@@ -48,5 +48,28 @@ TEST_F(DefaultsSync, EveryCommitIsOnTheDiskBeforeAnyoneSeesIt) {
     }
 }
 
+TEST_F(DefaultsSync, WhatMeansNothingAfterAPowerCutDoesNotWakeTheDisk) {
+    open();
+    store().setObject(key, qint64{1});
+    store().synchronize();
+    runPosted();
+    ASSERT_TRUE(comesToHold(key, "1"));
+    const int before = logSyncs;
+    for (qint64 number = 1; number <= 5; ++number) {
+        store().setObject(passingKey, number);
+        store().synchronize();
+        runPosted();
+        ASSERT_TRUE(comesToHold(passingKey, std::to_string(number)));
+    }
+    EXPECT_EQ(logSyncs, before);
+    // Anything else reaches the disk again, also in their company.
+    store().setObject(passingKey, qint64{6});
+    store().setObject(key, qint64{2});
+    store().synchronize();
+    runPosted();
+    ASSERT_TRUE(comesToHold(key, "2"));
+    EXPECT_GT(logSyncs, before);
+}
+
 } // namespace
 } // namespace tarne::test

@@ -73,7 +73,8 @@ int runSession(int argc, char **argv) {
     const QCoreApplication application(argc, argv);
     const SystemClock clock;
     QtRunLoop runLoop;
-    StoredUserDefaults defaults(QString::fromLocal8Bit(argv[2]), {u"UserPreferences"_s}, clock,
+    StoredUserDefaults defaults(QString::fromLocal8Bit(argv[2]),
+                                {.restored = {u"UserPreferences"_s}, .passing = {}}, clock,
                                 runLoop);
     Session session(defaults, QByteArray(argv[3]).toLongLong());
     constexpr RunLoop::Seconds period{0.1};

@@ -93,8 +93,10 @@ private:
     QTemporaryDir m_home;
     SystemClock m_clock;
     QtRunLoop m_runLoop;
-    StoredUserDefaults m_defaults{
-        m_home.filePath(u"com.tarne.app"_s), {preferencesKey}, m_clock, m_runLoop};
+    StoredUserDefaults m_defaults{m_home.filePath(u"com.tarne.app"_s),
+                                  {.restored = {preferencesKey}, .passing = {}},
+                                  m_clock,
+                                  m_runLoop};
     RunLoop::Timer m_live{};
     RunLoop::Timer m_cleared{};
     int m_number = 1;

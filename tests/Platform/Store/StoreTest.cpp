@@ -64,8 +64,11 @@ StoreTest::StoreTest() {
 }
 
 StoredUserDefaults &StoreTest::open() {
-    return m_store.emplace(folder(), QStringList{preferencesKey, historyKey, goalsKey}, time, time,
-                           std::chrono::milliseconds(20));
+    return m_store.emplace(
+        folder(),
+        StoredUserDefaults::Keys{.restored = {preferencesKey, historyKey, goalsKey},
+                                 .passing = {passingKey}},
+        time, time, std::chrono::milliseconds(20));
 }
 
 StoredUserDefaults &StoreTest::reopen() {

@@ -20,6 +20,8 @@ inline constexpr RunLoop::Seconds day{86400.0};
 inline const QString key = QStringLiteral("Key");
 
 inline const QString preferencesKey = QStringLiteral("UserPreferences");
+/// What means nothing after the computer was off.
+inline const QString passingKey = QStringLiteral("LastUpdate");
 inline const QString historyKey = QStringLiteral("SessionHistory");
 inline const QString goalsKey = QStringLiteral("ScheduledGoals");
 inline const QString timerKey = QStringLiteral("TimerStartTime");

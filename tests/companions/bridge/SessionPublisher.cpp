@@ -62,8 +62,10 @@ int main(int argc, char **argv) {
         return 3;
     const SystemClock clock;
     QtRunLoop runLoop;
-    StoredUserDefaults defaults(arguments[1], {keys::userPreferences, keys::sessionHistory}, clock,
-                                runLoop);
+    StoredUserDefaults defaults(arguments[1],
+                                {.restored = {keys::userPreferences, keys::sessionHistory},
+                                 .passing = {keys::published.begin(), keys::published.end()}},
+                                clock, runLoop);
     SilentLog log;
     NotificationCenter notificationCenter;
     test::RecordingUserNotifications userNotifications;

@@ -28,7 +28,7 @@ protected:
     }
 
     void launch() {
-        m_store.emplace(m_folder.path(), QStringList{}, time, time);
+        m_store.emplace(m_folder.path(), StoredUserDefaults::Keys{}, time, time);
         m_controller.emplace(
             SessionPlatform{.clock = time,
                             .runLoop = time,

@@ -32,7 +32,8 @@ private:
                 m_owed = m_lastWritten;
         }
         test::ManualTime time;
-        const StoredUserDefaults store(folder(), {u"UserPreferences"_s}, time, time);
+        const StoredUserDefaults store(
+            folder(), {.restored = {u"UserPreferences"_s}, .passing = {}}, time, time);
         expectNoMixture(store);
         const double stored = store.doubleForKey(u"TimerOriginalDuration"_s);
         EXPECT_GE(stored, static_cast<double>(m_owed));

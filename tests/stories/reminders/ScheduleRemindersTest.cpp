@@ -40,7 +40,9 @@ protected:
     /// The program's parts from the store up, as a launch makes them.
     void open() {
         m_defaults = std::make_unique<StoredUserDefaults>(
-            m_folder.path(), QStringList{keys::scheduledGoals}, m_clock, m_runLoop);
+            m_folder.path(),
+            StoredUserDefaults::Keys{.restored = {keys::scheduledGoals}, .passing = {}}, m_clock,
+            m_runLoop);
         m_center = std::make_unique<FreedesktopUserNotificationCenter>(
             m_connection, m_clock, [this] { return m_calendar; });
     }
