@@ -29,7 +29,7 @@ DISPLAY = ":1"
 PERSON = 1000
 PROGRAMS = "/usr/lib/tarne/"
 APT = ("env", "DEBIAN_FRONTEND=noninteractive", "apt-get", "-y", "--no-install-recommends",
-       "--no-download", "-o", "APT::Sandbox::User=root", "-o", "Dpkg::Use-Pty=0")
+       "-o", "APT::Sandbox::User=root", "-o", "Dpkg::Use-Pty=0")
 
 
 def ask(*command):
@@ -56,14 +56,28 @@ def colours():
     return int(told or 0)
 
 
-def tarnes_processes(part=PROGRAMS):
-    """The command lines of all processes that run something of TARNE."""
+def processes():
+    return [process for process in pathlib.Path("/proc").iterdir() if process.name.isdigit()]
+
+
+def programs():
+    """The folders in /proc of the processes that are the program itself."""
     found = []
-    for process in pathlib.Path("/proc").iterdir():
+    for process in processes():
         with contextlib.suppress(OSError):
-            if process.name.isdigit() and part in os.readlink(process / "exe"):
-                found.append((process / "cmdline").read_bytes().replace(b"\0", b" ").decode())
+            if os.readlink(process / "exe").endswith(f"{PROGRAMS}bin/tarne"):
+                found.append(process)
     return found
+
+
+def tarnes_processes():
+    """The command lines of all processes of TARNE: launcher, namespace, program, server, notifier."""
+    lines = []
+    for process in processes():
+        with contextlib.suppress(OSError):
+            line = (process / "cmdline").read_bytes().replace(b"\0", b" ").decode()
+            lines += [line] * (PROGRAMS in line)
+    return lines
 
 
 class BareDebian:
@@ -126,7 +140,8 @@ class BareDebian:
     # -- packages ---------------------------------------------------------------------------
 
     def install(self, folder="."):
-        debs = sorted((PACKAGES / folder).glob("*.deb"))
+        debs = [deb for name in ("tarne_*.deb", "tarne-companion_*.deb")
+                for deb in (PACKAGES / folder).glob(name)]
         self.run(*APT, "install", *(f"/mnt/{deb.relative_to(PACKAGES)}" for deb in debs))
 
     def version_of(self, package):
@@ -148,6 +163,11 @@ class BareDebian:
 
     def start_from_the_menu(self, **how):
         return self.start_as_person(*shlex.split(self.desktop_entry()["Exec"]), **how)
+
+    def start_by_the_bus(self, name):
+        self.run_as_person("dbus-send", "--session", "--print-reply", "--reply-timeout=60000",
+                           "--dest=org.freedesktop.DBus", "/org/freedesktop/DBus",
+                           "org.freedesktop.DBus.StartServiceByName", f"string:{name}", "uint32:0")
 
     def start_and_show(self, **how):
         launcher = self.start_from_the_menu(**how)
@@ -197,7 +217,7 @@ class AFreshInstallation(PackagesTestCase):
         self.assertEqual(self.debian.start_from_the_menu().wait(60), 0)
         eventually(lambda: window() and window() == xdotool("getactivewindow"),
                    "the second start brings the first one's window to the front")
-        self.assertEqual(len(tarnes_processes(f"{PROGRAMS}bin/tarne")), 1)
+        self.assertEqual(len(programs()), 1, tarnes_processes())
         self.assertIsNone(first.poll())
 
         self.debian.quit(first)
@@ -205,22 +225,13 @@ class AFreshInstallation(PackagesTestCase):
                    lambda: f"nothing of TARNE runs: {tarnes_processes()}")
 
     def test_is_started_by_the_bus_in_a_process_namespace_of_its_own(self):
-        self.debian.run_as_person("dbus-send", "--session", "--print-reply", "--reply-timeout=60000",
-                                  "--dest=com.tarne.app", "/com/tarne/app",
-                                  "org.freedesktop.Application.Activate", "dict:string:variant:")
+        self.debian.start_by_the_bus("com.tarne.app")
         eventually(window, "the window is up")
-        namespaces = {os.readlink(process / "ns/pid") for process in self.processes_of_the_program()}
-        self.assertEqual(len(namespaces), 1)
-        self.assertNotIn(os.readlink("/proc/self/ns/pid"), namespaces)
-        self.debian.run_as_person("dbus-send", "--session", "--print-reply",
-                                  "--dest=org.freedesktop.DBus", "/", "org.freedesktop.DBus"
-                                  ".StartServiceByName", "string:com.tarne.app.Notifier1", "uint32:0")
+        program, = programs()
+        self.assertNotEqual(os.readlink(program / "ns/pid"), os.readlink("/proc/self/ns/pid"))
 
-    def processes_of_the_program(self):
-        for process in pathlib.Path("/proc").iterdir():
-            with contextlib.suppress(OSError):
-                if os.readlink(process / "exe").endswith(f"{PROGRAMS}bin/tarne"):
-                    yield process
+    def test_has_its_notifier_started_by_the_bus(self):
+        self.debian.start_by_the_bus("com.tarne.app.Notifier1")
 
     def test_tells_the_browsers_of_a_bridge_that_answers(self):
         for folder in ("etc/chromium", "usr/lib/mozilla"):
@@ -232,10 +243,10 @@ class AFreshInstallation(PackagesTestCase):
         self.assertTrue((extension / "chromium/manifest.json").is_file())
         self.assertTrue((extension / "tarne-companion.xpi").is_file())
 
-    def test_is_told_in_a_manual_page_and_prints_the_history(self):
-        self.assertTrue((self.debian.root / "usr/share/man/man1/tarne.1.gz").is_file())
-        reader = self.debian.root / "usr/share/doc/tarne/examples/tarne-history"
-        self.assertTrue(os.access(reader, os.X_OK))
+    def test_is_told_in_a_manual_page_and_a_page_for_users(self):
+        for page in ("man/man1/tarne.1.gz", "doc/tarne/users.md",
+                     "doc/tarne-companion/README.Debian"):
+            self.assertTrue((self.debian.root / "usr/share" / page).is_file(), page)
 
 
 class AnOlderInstallation(PackagesTestCase):
