@@ -1,11 +1,13 @@
 """docs/examples/tarne-history, run as a user runs it."""
 
+import contextlib
 import csv
 import io
 import json
 import os
 import pathlib
 import shutil
+import sqlite3
 import subprocess
 import sys
 import tempfile
@@ -102,13 +104,21 @@ class TheReaderOfTheHistory(unittest.TestCase):
             "- \\*star\\* \\<b\\> (Not Completed)", "", "**Reflection**", "", "\\# one\\", "two",
             ""]))
 
-    def test_leaves_the_store_as_it_is(self):
-        self.store.plant("SessionHistory", [entry()])
-        before = {file.name: file.read_bytes() for file in self.store.file.parent.iterdir()}
-        self.store.file.chmod(0o400)
-        self.printed("json")
-        after = {file.name: file.read_bytes() for file in self.store.file.parent.iterdir()}
-        self.assertEqual(after, before)
+    def test_reads_what_is_in_the_log_alone_and_leaves_file_and_log_as_they_are(self):
+        log = self.store.file.with_name("defaults.sqlite-wal")
+        self.store.plant("UserPreferences", {})
+        with contextlib.closing(sqlite3.connect(self.store.file)) as writer:
+            writer.execute("PRAGMA journal_mode = WAL")
+            writer.execute("INSERT INTO defaults VALUES ('SessionHistory', 'data', ?, NULL)",
+                           (json.dumps([entry(reflection="logged")]).encode(),))
+            writer.commit()
+            # As TARNE leaves them that is killed.
+            left = {file: file.read_bytes() for file in (self.store.file, log)}
+        for file, content in left.items():
+            file.write_bytes(content)
+        session, = json.loads(self.printed())
+        self.assertEqual(session["reflection"], "logged")
+        self.assertEqual({file: file.read_bytes() for file in left}, left)
 
     def test_says_that_there_is_no_store(self):
         self.assert_says("TARNE has not run here yet.")
