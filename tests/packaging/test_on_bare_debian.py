@@ -89,6 +89,8 @@ class BareDebian:
         subprocess.run(["tar", "--directory", self.root, "--extract", "--preserve-permissions",
                         "--file", DEBIAN / "root.tar"], check=True, timeout=300)
         self._test = test
+        # What the person's programs write to standard error.
+        self.told = self.root / "told"
         self.run("useradd", "--create-home", "--shell", "/bin/sh", "--uid", PERSON, "person")
         self.run("install", "-d", "-m", "700", "-o", PERSON, "-g", PERSON, f"/run/user/{PERSON}")
         self.store = Store(self.root / "home/person/.local/share")
@@ -124,9 +126,10 @@ class BareDebian:
         self._test.assertEqual(done.returncode, 0, f"{command}\n{done.stdout}{done.stderr}")
         return done.stdout
 
-    def start_as_person(self, *command, errors=subprocess.DEVNULL):
-        process = subprocess.Popen(self._as_person(*command), stdin=subprocess.DEVNULL,
-                                   stdout=subprocess.DEVNULL, stderr=errors)
+    def start_as_person(self, *command):
+        with open(self.told, "ab") as told:
+            process = subprocess.Popen(self._as_person(*command), stdin=subprocess.DEVNULL,
+                                       stdout=subprocess.DEVNULL, stderr=told)
         self._test.addCleanup(process.wait)
         self._test.addCleanup(process.kill)
         return process
@@ -156,22 +159,23 @@ class BareDebian:
 
     # -- TARNE ------------------------------------------------------------------------------
 
-    def desktop_entry(self):
-        """The keys of the installed entry in the desktop's menu."""
-        text = (self.root / "usr/share/applications/com.tarne.app.desktop").read_text()
+    def desktop_entry(self, path="usr/share/applications/com.tarne.app.desktop"):
+        """The keys of an installed entry, unless told the one in the desktop's menu."""
+        text = (self.root / path).read_text()
         return dict(line.split("=", 1) for line in text.splitlines() if "=" in line)
 
-    def start_from_the_menu(self, **how):
-        return self.start_as_person(*shlex.split(self.desktop_entry()["Exec"]), **how)
+    def start_from_the_menu(self):
+        return self.start_as_person(*shlex.split(self.desktop_entry()["Exec"]))
 
     def start_by_the_bus(self, name):
         self.run_as_person("dbus-send", "--session", "--print-reply", "--reply-timeout=60000",
                            "--dest=org.freedesktop.DBus", "/org/freedesktop/DBus",
                            "org.freedesktop.DBus.StartServiceByName", f"string:{name}", "uint32:0")
 
-    def start_and_show(self, **how):
-        launcher = self.start_from_the_menu(**how)
-        eventually(window, lambda: f"the window is up; it runs: {tarnes_processes()}")
+    def start_and_show(self):
+        launcher = self.start_from_the_menu()
+        eventually(window, lambda: f"the window is up; these run: {tarnes_processes()}, and this was"
+                                   f" told: {self.told.read_text()}")
         return launcher
 
     def quit(self, launcher):
@@ -204,11 +208,9 @@ class AFreshInstallation(PackagesTestCase):
         self.debian.log_in()
 
     def test_starts_from_the_menu_raises_at_a_second_start_and_leaves_no_process_when_it_quits(self):
-        told = self.debian.root / "home/person/errors"
-        with open(told, "wb") as errors:
-            first = self.debian.start_and_show(errors=errors)
+        first = self.debian.start_and_show()
         eventually(lambda: colours() > 8, "the window is drawn")
-        self.assertEqual(told.read_text(), "")
+        self.assertEqual(self.debian.told.read_text(), "")
         named = ask("xprop", "-id", window(), "WM_CLASS")
         self.assertTrue(named.endswith(f'"{self.debian.desktop_entry()["StartupWMClass"]}"'), named)
 
@@ -286,7 +288,7 @@ class AnOlderInstallation(PackagesTestCase):
         self.assertEqual(left, ["etc/chromium/native-messaging-hosts/com.tarne.bridge.json",
                                 autostart])
         # So what stays of the system's settings starts nothing at login.
-        tried = (self.debian.root / autostart).read_text().split("TryExec=")[1].split("\n")[0]
+        tried = self.debian.desktop_entry(autostart).get("TryExec", "/")
         self.assertFalse((self.debian.root / tried[1:]).exists())
 
         self.debian.run(*APT, "purge", "tarne", "tarne-companion")
