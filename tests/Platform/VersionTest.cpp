@@ -20,8 +20,9 @@ QString firstIn(const QString &path, const QString &pattern) {
 
 TEST(Version, IsTheNewestReleaseThatIsTold) {
     EXPECT_EQ(
-        firstIn(u"packaging/com.tarne.app.metainfo.xml"_s, u"<release version=\"([^\"]+)\""_s),
+        firstIn(u"packaging/com.tarne.app.metainfo.xml.in"_s, u"<release version=\"([^\"]+)\""_s),
         programVersion());
+    EXPECT_EQ(firstIn(u"debian/changelog"_s, u"^tarne \\(([^)]+)\\)"_s), programVersion());
     EXPECT_EQ(firstIn(u"CHANGELOG.md"_s, u"^## \\[(\\d[^\\]]*)\\]"_s), programVersion());
 }
 

@@ -3,7 +3,6 @@
 import base64
 import os
 import pathlib
-import shutil
 import signal
 import subprocess
 
@@ -65,18 +64,16 @@ class Firefox:
             start_new_session=True)
         self._wire = None
         try:
-            self._begin(folder, extension)
+            self._begin(extension)
         except BaseException:
             self.close()
             raise
 
-    def _begin(self, folder, extension):
+    def _begin(self, extension):
         self._wire = Marionette(PORT, START_SECONDS)
         self._wire.call("WebDriver:NewSession", capabilities={"alwaysMatch": {
             "pageLoadStrategy": "none", "timeouts": {"pageLoad": 20000, "script": 20000}}})
-        archive = shutil.make_archive(str(folder / "extension"), "zip", extension / "firefox")
-        package = pathlib.Path(archive).rename(folder / "extension.xpi")
-        self._wire.call("Addon:Install", path=str(package), temporary=True)
+        self._wire.call("Addon:Install", path=str(extension / "tarne-companion.xpi"), temporary=True)
         host = self._privileged("return WebExtensionPolicy.getByID(arguments[0]).mozExtensionHostname",
                                 FIREFOX_ID)
         self.own_address = f"moz-extension://{host}/"

@@ -1,11 +1,15 @@
 """TARNE as it is installed: under a prefix, started by its launcher or by the bus."""
 
+import base64
+import hashlib
+import json
 import os
 import pathlib
 import pty
 import shutil
 import signal
 import subprocess
+import zipfile
 
 from gi.repository import Gio, GLib
 
@@ -76,6 +80,27 @@ class AnInstalledTARNE(LauncherTestCase):
                            timeout=60, capture_output=True, env=os.environ | {"DESTDIR": str(root)})
             entry = root / "etc/xdg/autostart/com.tarne.app.Notifier.desktop"
             self.assertIn(f'Exec="{prefix}/lib/tarne/bin/tarne-notifier"', entry.read_text())
+            services = root / prefix[1:] / "share/dbus-1/services"
+            self.assertIn(f'Exec="{prefix}/bin/tarne"',
+                          (services / "com.tarne.app.service").read_text())
+            chromium = root / "etc/chromium/native-messaging-hosts/com.tarne.bridge.json"
+            self.assertEqual(json.loads(chromium.read_text())["path"],
+                             f"{prefix}/lib/tarne/bin/tarne-bridge")
+
+    def test_tells_both_browsers_of_its_bridge_and_has_the_extension_for_them(self):
+        extension = self.prefix / "share/tarne-companion"
+        hosts = [json.loads((self.prefix / folder / "native-messaging-hosts/com.tarne.bridge.json")
+                            .read_text()) for folder in ("etc/chromium", "lib/mozilla")]
+        for host in hosts:
+            self.assertTrue(os.access(host["path"], os.X_OK), host["path"])
+        key = json.loads((extension / "chromium/manifest.json").read_text())["key"]
+        digits = hashlib.sha256(base64.b64decode(key)).hexdigest()[:32]
+        name = "".join("abcdefghijklmnop"[int(digit, 16)] for digit in digits)
+        self.assertEqual(hosts[0]["allowed_origins"], [f"chrome-extension://{name}/"])
+        with zipfile.ZipFile(extension / "tarne-companion.xpi") as packed:
+            manifest = json.loads(packed.read("manifest.json"))
+        self.assertEqual(hosts[1]["allowed_extensions"],
+                         [manifest["browser_specific_settings"]["gecko"]["id"]])
 
     def test_typed_in_a_folder_it_does_not_start_that_folders_server(self):
         # The one that was installed would be found first.

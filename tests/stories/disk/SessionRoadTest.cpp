@@ -7,6 +7,10 @@
 #include "StoredKeys.h"
 #include "StoredUserDefaults.h"
 
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QProcess>
 #include <QTemporaryDir>
 #include <QTimeZone>
 
@@ -23,12 +27,13 @@ namespace {
 class SessionOnDisk : public testing::Test {
 protected:
     SessionOnDisk() {
-        EXPECT_TRUE(m_folder.isValid());
+        EXPECT_TRUE(m_data.isValid());
         launch();
     }
 
     void launch() {
-        m_store.emplace(m_folder.path(), StoredUserDefaults::Keys{}, time, time);
+        m_store.emplace(m_data.filePath(u"com.tarne.app"_s), StoredUserDefaults::Keys{}, time,
+                        time);
         m_controller.emplace(
             SessionPlatform{.clock = time,
                             .runLoop = time,
@@ -51,12 +56,13 @@ protected:
 
     SessionViewModel &controller() { return *m_controller; }
     UserDefaults &store() { return *m_store; }
+    QString dataHome() const { return m_data.path(); }
 
     test::ManualTime time;
     test::RecordingLog log;
 
 private:
-    QTemporaryDir m_folder;
+    QTemporaryDir m_data;
     NotificationCenter m_center;
     test::RecordingUserNotifications m_userNotifications;
     test::RecordingBackgroundActivities m_activities;
@@ -152,6 +158,48 @@ TEST_F(LargeDocuments, AHistoryOf50MegabytesIsSavedAndLoadedAndGrows) {
     ASSERT_EQ(history.size(), 2u);
     EXPECT_TRUE(history[0].overallAssessment == text);
     EXPECT_EQ(history[1].goals.at(0).text, u"Review"_s);
+}
+
+class TheExampleThatPrintsTheHistory : public SessionOnDisk {
+protected:
+    QJsonArray printed() const {
+        QProcess reader;
+        QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+        environment.insert(u"XDG_DATA_HOME"_s, dataHome());
+        environment.insert(u"TZ"_s, u"UTC"_s);
+        reader.setProcessEnvironment(environment);
+        reader.start(QStringLiteral(TARNE_HISTORY_READER), {u"json"_s});
+        EXPECT_TRUE(reader.waitForFinished(20'000));
+        EXPECT_EQ(reader.exitCode(), 0) << reader.readAllStandardError().constData();
+        return QJsonDocument::fromJson(reader.readAllStandardOutput()).array();
+    }
+};
+
+TEST_F(TheExampleThatPrintsTheHistory, ReadsWhatIsStoredWhileTheStoreIsOpen) {
+    const QString text = u"\"one\"\ntwo \u2028 e\u0301 👩‍💻 \u0001"_s;
+    controller().saveSessionHistory(
+        {{.sessionDate = Date::fromReferenceSeconds(1.0),
+          .goals = {{.text = text, .status = GoalStatus::partiallyCompleted}, {.text = u"b"_s}},
+          .duration = 300.5,
+          .overallAssessment = u"o"_s,
+          .patternsObserved = u"p"_s,
+          .suggestions = u"s"_s,
+          .motivation = u"m"_s,
+          .reflection = text}});
+    // What is written is on the disk, and the store is open again.
+    relaunch();
+    const QString id = controller().loadSessionHistory().at(0).id.toString(QUuid::WithoutBraces);
+    const QJsonObject rated{{u"text"_s, text}, {u"status"_s, u"partially_completed"_s}};
+    const QJsonObject unrated{{u"text"_s, u"b"_s}, {u"status"_s, QJsonValue()}};
+    EXPECT_EQ(printed(), (QJsonArray{QJsonObject{{u"id"_s, id.toUpper()},
+                                                 {u"date"_s, u"2001-01-01T00:00:01+00:00"_s},
+                                                 {u"duration"_s, 300.5},
+                                                 {u"goals"_s, QJsonArray{rated, unrated}},
+                                                 {u"overallAssessment"_s, u"o"_s},
+                                                 {u"patternsObserved"_s, u"p"_s},
+                                                 {u"suggestions"_s, u"s"_s},
+                                                 {u"motivation"_s, u"m"_s},
+                                                 {u"reflection"_s, text}}}));
 }
 
 } // namespace

@@ -1,0 +1,21 @@
+# tarne_write_metainfo(<file>): writes what software centres are told of TARNE. The sources name no
+# host, so a homepage and pictures are told where the build was given their addresses.
+function(tarne_write_metainfo file)
+  set(TARNE_METAINFO_LINKS "")
+  if(TARNE_HOMEPAGE_URL)
+    string(REPLACE "&" "&amp;" address "${TARNE_HOMEPAGE_URL}")
+    string(APPEND TARNE_METAINFO_LINKS "  <url type=\"homepage\">${address}</url>\n")
+  endif()
+  if(TARNE_SCREENSHOT_URLS)
+    string(APPEND TARNE_METAINFO_LINKS "  <screenshots>\n")
+    set(type " type=\"default\"")
+    foreach(address IN LISTS TARNE_SCREENSHOT_URLS)
+      string(REPLACE "&" "&amp;" address "${address}")
+      string(APPEND TARNE_METAINFO_LINKS
+        "    <screenshot${type}><image>${address}</image></screenshot>\n")
+      set(type "")
+    endforeach()
+    string(APPEND TARNE_METAINFO_LINKS "  </screenshots>\n")
+  endif()
+  configure_file(${CMAKE_CURRENT_FUNCTION_LIST_DIR}/com.tarne.app.metainfo.xml.in ${file} @ONLY)
+endfunction()

@@ -1,0 +1,309 @@
+"""The packages on a Debian 12 that has nothing else: installed, started, upgraded, removed.
+
+Works with what prepare-bare-debian made. Ends with 77, which means skipped, for who is not root. It
+runs in a box: own processes, no network, own /tmp.
+"""
+
+import contextlib
+import json
+import os
+import pathlib
+import shlex
+import shutil
+import subprocess
+import sys
+import tempfile
+import unittest
+
+ROOT = pathlib.Path(__file__).resolve().parents[2]
+sys.dont_write_bytecode = True
+sys.path.insert(0, str(ROOT / "tests/e2e"))
+
+import box  # noqa: E402
+from store import PREFERENCES, Store  # noqa: E402
+from waiting import eventually  # noqa: E402
+
+PACKAGES = ROOT / "build/package"
+DEBIAN = ROOT / "build/bare-debian"
+DISPLAY = ":1"
+PERSON = 1000
+PROGRAMS = "/usr/lib/tarne/"
+APT = ("env", "DEBIAN_FRONTEND=noninteractive", "apt-get", "-y", "--no-install-recommends",
+       "-o", "APT::Sandbox::User=root", "-o", "Dpkg::Use-Pty=0")
+
+
+def ask(*command):
+    """What a program of the desktop prints; nothing where it fails."""
+    done = subprocess.run(list(map(str, command)), timeout=30, text=True, check=False,
+                          capture_output=True, env=dict(os.environ, DISPLAY=DISPLAY))
+    return done.stdout.strip() if done.returncode == 0 else ""
+
+
+def xdotool(*arguments):
+    return ask("xdotool", *arguments)
+
+
+def window():
+    return xdotool("search", "--onlyvisible", "--name", "^TARNE$").split("\n")[0]
+
+
+def colours():
+    """How many colours the window shows; an empty one has a few."""
+    picture = subprocess.run(["import", "-display", DISPLAY, "-window", window() or "root", "png:-"],
+                             timeout=30, check=False, capture_output=True).stdout
+    told = subprocess.run(["identify", "-format", "%k", "png:-"], input=picture, timeout=30,
+                          check=False, capture_output=True).stdout
+    return int(told or 0)
+
+
+def processes():
+    return [process for process in pathlib.Path("/proc").iterdir() if process.name.isdigit()]
+
+
+def programs():
+    """The folders in /proc of the processes that are the program itself."""
+    found = []
+    for process in processes():
+        with contextlib.suppress(OSError):
+            if os.readlink(process / "exe").endswith(f"{PROGRAMS}bin/tarne"):
+                found.append(process)
+    return found
+
+
+def tarnes_processes():
+    """The command lines of all processes of TARNE: launcher, namespace, program, server, notifier."""
+    lines = []
+    for process in processes():
+        with contextlib.suppress(OSError):
+            line = (process / "cmdline").read_bytes().replace(b"\0", b" ").decode()
+            lines += [line] * (PROGRAMS in line)
+    return lines
+
+
+class BareDebian:
+    """A machine of one person, with a bus, a display and a window manager, and nothing else."""
+
+    def __init__(self, test):
+        self.root = pathlib.Path(tempfile.mkdtemp(prefix="root.", dir=DEBIAN))
+        test.addCleanup(shutil.rmtree, self.root, ignore_errors=True)
+        subprocess.run(["tar", "--directory", self.root, "--extract", "--preserve-permissions",
+                        "--file", DEBIAN / "root.tar"], check=True, timeout=300)
+        self._test = test
+        # What the person's programs write to standard error.
+        self.told = self.root / "told"
+        self.run("useradd", "--create-home", "--shell", "/bin/sh", "--uid", PERSON, "person")
+        self.run("install", "-d", "-m", "700", "-o", PERSON, "-g", PERSON, f"/run/user/{PERSON}")
+        self.store = Store(self.root / "home/person/.local/share")
+
+    def _command(self, *command):
+        return ["bwrap", "--bind", self.root, "/", "--dev", "/dev", "--perms", "1777",
+                "--tmpfs", "/tmp", "--ro-bind", "/tmp/.X11-unix", "/tmp/.X11-unix",
+                "--ro-bind", PACKAGES, "/mnt",
+                "--bind", DEBIAN / "archives", "/var/cache/apt/archives", "--die-with-parent",
+                "--clearenv", "--setenv", "PATH", "/usr/sbin:/usr/bin:/sbin:/bin",
+                # A whole one, since TARNE makes a namespace in it that has its own.
+                "sh", "-c", 'mount -t proc proc /proc && exec "$@"', "sh", *map(str, command)]
+
+    def _as_person(self, *command):
+        environment = {"HOME": "/home/person", "USER": "person", "LANG": "C.UTF-8", "TZ": "UTC",
+                       "PATH": "/usr/bin:/bin", "DISPLAY": DISPLAY,
+                       "XDG_RUNTIME_DIR": f"/run/user/{PERSON}",
+                       "DBUS_SESSION_BUS_ADDRESS": f"unix:path=/run/user/{PERSON}/bus"}
+        return self._command("setpriv", "--reuid", PERSON, "--regid", PERSON, "--clear-groups",
+                             "env", "-i", "-C", "/home/person",
+                             *(f"{name}={value}" for name, value in environment.items()), *command)
+
+    def run(self, *command):
+        """What a command of root's prints; fails the test when it fails."""
+        return self._finish(self._command(*command))
+
+    def run_as_person(self, *command):
+        return self._finish(self._as_person(*command))
+
+    def _finish(self, command):
+        done = subprocess.run(command, timeout=900, stdin=subprocess.DEVNULL, capture_output=True,
+                              text=True, check=False)
+        self._test.assertEqual(done.returncode, 0, f"{command}\n{done.stdout}{done.stderr}")
+        return done.stdout
+
+    def start_as_person(self, *command):
+        with open(self.told, "ab") as told:
+            process = subprocess.Popen(self._as_person(*command), stdin=subprocess.DEVNULL,
+                                       stdout=subprocess.DEVNULL, stderr=told)
+        self._test.addCleanup(process.wait)
+        self._test.addCleanup(process.kill)
+        return process
+
+    def log_in(self):
+        bus = self.root / f"run/user/{PERSON}/bus"
+        self.start_as_person("dbus-daemon", "--session", "--nofork",
+                             f"--address=unix:path=/run/user/{PERSON}/bus")
+        eventually(bus.exists, "the session's bus is there")
+
+    # -- packages ---------------------------------------------------------------------------
+
+    def install(self, folder="."):
+        debs = [deb for name in ("tarne_*.deb", "tarne-companion_*.deb")
+                for deb in (PACKAGES / folder).glob(name)]
+        self.run(*APT, "install", *(f"/mnt/{deb.relative_to(PACKAGES)}" for deb in debs))
+
+    def version_of(self, package):
+        return self.run("dpkg-query", "--show", "--showformat", "${Version}", package)
+
+    def files_named_after_tarne(self):
+        """Outside the person's home, what bears TARNE's name; not what apt itself remembers."""
+        apt = ("var/lib/apt/", "var/cache/apt/", "var/log/")
+        names = (str(path.relative_to(self.root)) for top in ("etc", "usr", "var")
+                 for path in (self.root / top).rglob("*tarne*"))
+        return sorted(name for name in names if not name.startswith(apt))
+
+    # -- TARNE ------------------------------------------------------------------------------
+
+    def desktop_entry(self, path="usr/share/applications/com.tarne.app.desktop"):
+        """The keys of an installed entry, unless told the one in the desktop's menu."""
+        text = (self.root / path).read_text()
+        return dict(line.split("=", 1) for line in text.splitlines() if "=" in line)
+
+    def start_from_the_menu(self):
+        return self.start_as_person(*shlex.split(self.desktop_entry()["Exec"]))
+
+    def start_by_the_bus(self, name):
+        self.run_as_person("dbus-send", "--session", "--print-reply", "--reply-timeout=60000",
+                           "--dest=org.freedesktop.DBus", "/org/freedesktop/DBus",
+                           "org.freedesktop.DBus.StartServiceByName", f"string:{name}", "uint32:0")
+
+    def start_and_show(self):
+        launcher = self.start_from_the_menu()
+        eventually(window, lambda: f"the window is up; these run: {tarnes_processes()}, and this was"
+                                   f" told: {self.told.read_text()}")
+        return launcher
+
+    def quit(self, launcher):
+        xdotool("windowactivate", "--sync", window())
+        xdotool("key", "ctrl+q")
+        self._test.assertEqual(launcher.wait(60), 0)
+
+
+class PackagesTestCase(unittest.TestCase):
+    def setUp(self):
+        self.start("Xvfb", DISPLAY, "-screen", "0", "1280x900x24", "-nolisten", "tcp", "-noreset")
+        eventually(lambda: xdotool("getdisplaygeometry"), "the display answers")
+        self.start("openbox", "--config-file", "/etc/xdg/openbox/rc.xml")
+        eventually(lambda: "window id" in ask("xprop", "-root", "_NET_SUPPORTING_WM_CHECK"),
+                   "a window manager manages")
+        self.debian = BareDebian(self)
+
+    def start(self, *command):
+        process = subprocess.Popen(command, stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL,
+                                   env={"PATH": os.environ["PATH"], "HOME": "/tmp",
+                                        "DISPLAY": DISPLAY})
+        self.addCleanup(process.wait)
+        self.addCleanup(process.kill)
+
+
+class AFreshInstallation(PackagesTestCase):
+    def setUp(self):
+        super().setUp()
+        self.debian.install()
+        self.debian.log_in()
+
+    def test_starts_from_the_menu_raises_at_a_second_start_and_leaves_no_process_when_it_quits(self):
+        first = self.debian.start_and_show()
+        eventually(lambda: colours() > 8, "the window is drawn")
+        self.assertEqual(self.debian.told.read_text(), "")
+        named = ask("xprop", "-id", window(), "WM_CLASS")
+        self.assertTrue(named.endswith(f'"{self.debian.desktop_entry()["StartupWMClass"]}"'), named)
+
+        xdotool("windowminimize", window())
+        eventually(lambda: not window(), "the window is minimized")
+        self.assertEqual(self.debian.start_from_the_menu().wait(60), 0)
+        eventually(lambda: window() and window() == xdotool("getactivewindow"),
+                   "the second start brings the first one's window to the front")
+        self.assertEqual(len(programs()), 1, tarnes_processes())
+        self.assertIsNone(first.poll())
+
+        self.debian.quit(first)
+        eventually(lambda: not tarnes_processes(),
+                   lambda: f"nothing of TARNE runs: {tarnes_processes()}")
+
+    def test_is_started_by_the_bus_in_a_process_namespace_of_its_own(self):
+        self.debian.start_by_the_bus("com.tarne.app")
+        eventually(window, "the window is up")
+        program, = programs()
+        self.assertNotEqual(os.readlink(program / "ns/pid"), os.readlink("/proc/self/ns/pid"))
+
+    def test_has_its_notifier_started_by_the_bus(self):
+        self.debian.start_by_the_bus("com.tarne.app.Notifier1")
+
+    def test_tells_the_browsers_of_a_bridge_that_answers(self):
+        for folder in ("etc/chromium", "usr/lib/mozilla"):
+            manifest = self.debian.root / folder / "native-messaging-hosts/com.tarne.bridge.json"
+            bridge = json.loads(manifest.read_text())["path"]
+            # It ends with its standard input.
+            self.debian.run_as_person(bridge, "companion@tarne.app")
+        extension = self.debian.root / "usr/share/tarne-companion"
+        self.assertTrue((extension / "chromium/manifest.json").is_file())
+        self.assertTrue((extension / "tarne-companion.xpi").is_file())
+
+    def test_is_told_in_a_manual_page_and_a_page_for_users(self):
+        for page in ("man/man1/tarne.1.gz", "doc/tarne/users.md",
+                     "doc/tarne-companion/README.Debian"):
+            self.assertTrue((self.debian.root / "usr/share" / page).is_file(), page)
+
+
+class AnOlderInstallation(PackagesTestCase):
+    def setUp(self):
+        super().setUp()
+        self.debian.install("older")
+        self.debian.log_in()
+        self.debian.store.plant("UserPreferences", PREFERENCES)
+        self.debian.store.plant("SessionHistory", [{
+            "id": "0F8FAD5B-D9CB-469F-A165-70867728950E", "sessionDate": 788_918_400.0, "goals": [],
+            "duration": 1500, "overallAssessment": "", "patternsObserved": "", "suggestions": "",
+            "motivation": "", "reflection": "mine"}])
+        self.debian.run("chown", "-R", f"{PERSON}:{PERSON}", "/home/person")
+
+    def run_tarne_once(self):
+        launcher = self.debian.start_and_show()
+        eventually(lambda: colours() > 8, "the window is drawn")
+        self.debian.quit(launcher)
+        eventually(lambda: not tarnes_processes(), "nothing of TARNE runs")
+
+    def assert_history_is_there(self):
+        self.assertEqual([entry["reflection"] for entry in self.debian.store.history()], ["mine"])
+
+    def test_is_upgraded_removed_and_purged_and_the_persons_data_stay(self):
+        older = self.debian.version_of("tarne")
+        self.run_tarne_once()
+        self.debian.install()
+        for package in ("tarne", "tarne-companion"):
+            self.debian.run("dpkg", "--compare-versions", self.debian.version_of(package), "gt", older)
+        self.run_tarne_once()
+        self.assert_history_is_there()
+
+        self.debian.run(*APT, "remove", "tarne", "tarne-companion")
+        left = [name for name in self.debian.files_named_after_tarne()
+                if not name.startswith("var/lib/dpkg/")]
+        autostart = "etc/xdg/autostart/com.tarne.app.Notifier.desktop"
+        self.assertEqual(left, ["etc/chromium/native-messaging-hosts/com.tarne.bridge.json",
+                                autostart])
+        # So what stays of the system's settings starts nothing at login.
+        tried = self.debian.desktop_entry(autostart).get("TryExec", "/")
+        self.assertFalse((self.debian.root / tried[1:]).exists())
+
+        self.debian.run(*APT, "purge", "tarne", "tarne-companion")
+        self.assertEqual(self.debian.files_named_after_tarne(), [])
+        self.assert_history_is_there()
+
+
+def main():
+    if os.getuid() != 0:
+        print("Only root can install packages in a Debian of its own.")
+        sys.exit(77)
+    box.enter(__file__, program=PACKAGES)
+    os.makedirs("/tmp/.X11-unix", mode=0o1777, exist_ok=True)
+    unittest.main(verbosity=2, catchbreak=False)
+
+
+if __name__ == "__main__":
+    main()
