@@ -10,6 +10,7 @@ import os
 import pathlib
 import shlex
 import shutil
+import struct
 import subprocess
 import sys
 import tempfile
@@ -126,6 +127,16 @@ class BareDebian:
         self._test.assertEqual(done.returncode, 0, f"{command}\n{done.stdout}{done.stderr}")
         return done.stdout
 
+    def first_answer(self, host, message):
+        """What a browser is answered by a program that it has started for its extension."""
+        text = json.dumps(message).encode()
+        with subprocess.Popen(self._as_person("timeout", "60", host, "manifest.json", "extension"),
+                              stdin=subprocess.PIPE, stdout=subprocess.PIPE) as process:
+            process.stdin.write(struct.pack("=I", len(text)) + text)
+            process.stdin.flush()
+            length, = struct.unpack("=I", process.stdout.read(4))
+            return json.loads(process.stdout.read(length))
+
     def start_as_person(self, *command):
         with open(self.told, "ab") as told:
             process = subprocess.Popen(self._as_person(*command), stdin=subprocess.DEVNULL,
@@ -136,8 +147,9 @@ class BareDebian:
 
     def log_in(self):
         bus = self.root / f"run/user/{PERSON}/bus"
-        self.start_as_person("dbus-daemon", "--session", "--nofork",
-                             f"--address=unix:path=/run/user/{PERSON}/bus")
+        # It tells of each program that it starts.
+        self.start_as_person("sh", "-c", 'exec "$@" 2>/dev/null', "sh", "dbus-daemon", "--session",
+                             "--nofork", f"--address=unix:path=/run/user/{PERSON}/bus")
         eventually(bus.exists, "the session's bus is there")
 
     # -- packages ---------------------------------------------------------------------------
@@ -239,8 +251,10 @@ class AFreshInstallation(PackagesTestCase):
         for folder in ("etc/chromium", "usr/lib/mozilla"):
             manifest = self.debian.root / folder / "native-messaging-hosts/com.tarne.bridge.json"
             bridge = json.loads(manifest.read_text())["path"]
-            # It ends with its standard input.
-            self.debian.run_as_person(bridge, "companion@tarne.app")
+            answer = self.debian.first_answer(
+                bridge, {"v": 1, "type": "hello", "browser": "test", "version": "1"})
+            # TARNE has not run yet.
+            self.assertEqual((answer["type"], answer["state"]), ("session", "unavailable"))
         extension = self.debian.root / "usr/share/tarne-companion"
         self.assertTrue((extension / "chromium/manifest.json").is_file())
         self.assertTrue((extension / "tarne-companion.xpi").is_file())
