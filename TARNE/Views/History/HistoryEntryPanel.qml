@@ -19,7 +19,7 @@ Card {
     outlineWidth: 1
     spacing: 16
     Accessible.role: Accessible.ListItem
-    Accessible.name: panel.card.time
+    Accessible.name: panel.card.name
 
     Item {
         width: parent.width
