@@ -158,6 +158,44 @@ TEST_F(ShellAccessibility, AnErrorIsAnnouncedAndDescribesItsField) {
                                           std::pair(QAccessible::DescriptionChanged, u"5-180"_s)}));
 }
 
+TEST_F(ShellAccessibility, AFieldIsWrittenInByAssistiveTools) {
+    openDurationSheet();
+    ASSERT_TRUE(act(u"Custom Duration"_s));
+    ASSERT_TRUE(ui().waitUntil([&] { return isCustomRowOpen(); }));
+    QAccessibleEditableTextInterface *const field =
+        ui().accessible(u"5-180"_s)->editableTextInterface();
+    ASSERT_TRUE(field);
+    toldEvents.clear();
+    const auto former = QAccessible::installUpdateHandler(recordEvent);
+    field->insertText(0, u"90"_s);
+    field->replaceText(1, 2, u"5"_s);
+    EXPECT_EQ(ui().accessible(u"5-180"_s)->text(QAccessible::Value), u"95"_s);
+    field->deleteText(0, 1);
+    QAccessible::installUpdateHandler(former);
+    EXPECT_THAT(toldEvents, IsSupersetOf({std::pair(QAccessible::TextInserted, u"5-180"_s),
+                                          std::pair(QAccessible::TextRemoved, u"5-180"_s)}));
+    EXPECT_EQ(ui().accessible(u"5-180"_s)->text(QAccessible::Value), u"5"_s);
+    EXPECT_FALSE(ui().accessible(u"Set"_s)->editableTextInterface());
+}
+
+TEST_F(ShellAccessibility, OneActionPressesAndATextTakesNoFocus) {
+    EXPECT_EQ(ui().accessible(u"Start Session"_s)
+                  ->actionInterface()
+                  ->actionNames()
+                  .count(QAccessibleActionInterface::pressAction()),
+              1);
+    EXPECT_FALSE(state(u"00:25:00"_s).focusable);
+}
+
+TEST_F(ShellAccessibility, ASheetIsModalAndWhatOpensSaysWhetherItIsOpen) {
+    openDurationSheet();
+    EXPECT_TRUE(state(u"Select Session Duration"_s).modal);
+    EXPECT_TRUE(state(u"Custom Duration"_s).collapsed);
+    ASSERT_TRUE(act(u"Custom Duration"_s));
+    EXPECT_TRUE(state(u"Custom Duration"_s).expanded);
+    EXPECT_FALSE(state(u"Continue"_s).expandable);
+}
+
 TEST_F(ShellAccessibility, TitlesAreHeadings) {
     EXPECT_THAT(headings(), ElementsAre(u"Session Setup"_s));
     openDurationSheet();

@@ -10,8 +10,12 @@ CALL_TIMEOUT_MS = 20_000
 SCREEN_COORDINATES = 0
 
 # Bits of AtspiStateType.
-STATES = {"active": 1, "checked": 4, "editable": 7, "enabled": 8, "focusable": 11, "focused": 12,
-          "selected": 23, "sensitive": 24, "showing": 25, "visible": 30}
+STATES = {"active": 1, "checked": 4, "collapsed": 5, "editable": 7, "enabled": 8, "expandable": 9,
+          "expanded": 10, "focusable": 11, "focused": 12, "modal": 16, "multi line": 17,
+          "pressed": 20, "selectable": 22, "selected": 23, "sensitive": 24, "showing": 25,
+          "visible": 30, "checkable": 41, "read only": 43}
+# What presses a control, by the names of the actions.
+PRESSES = ("Press", "Toggle")
 
 
 class AccessibilityBus:
@@ -35,6 +39,25 @@ class AccessibilityBus:
                                    Gio.DBusSignalFlags.NONE, keep)
         self.call("org.a11y.atspi.Registry", "/org/a11y/atspi/registry", "org.a11y.atspi.Registry",
                   "RegisterEvent", GLib.Variant("(sass)", (event, [], "")))
+        return heard
+
+    def hear_everything(self):
+        """Asks every application for all it can tell, and collects it: the kind of event, its
+        detail, its number and whom it is of."""
+        heard = []
+
+        def keep(_bus, owner, path, interface, signal, arguments):
+            detail, number = arguments.unpack()[:2]
+            heard.append((f"{interface.rpartition('.')[2]}:{signal}", detail, number,
+                          Node(self, owner, path)))
+
+        self._bus.signal_subscribe(None, None, None, None, None, Gio.DBusSignalFlags.NONE,
+                                   lambda *told: told[3].startswith("org.a11y.atspi.Event.")
+                                   and keep(*told))
+        for kind in ("object:", "window:", "focus:"):
+            self.call("org.a11y.atspi.Registry", "/org/a11y/atspi/registry",
+                      "org.a11y.atspi.Registry", "RegisterEvent",
+                      GLib.Variant("(sass)", (kind, [], "")))
         return heard
 
     def application(self, process):
@@ -62,6 +85,12 @@ class Node:
         self._owner = name
         self._path = path
 
+    def __eq__(self, other):
+        return (self._owner, self._path) == (other._owner, other._path)
+
+    def __hash__(self):
+        return hash((self._owner, self._path))
+
     def _call(self, interface, method, arguments=None):
         return self._bus.call(self._owner, self._path, interface, method, arguments)
 
@@ -78,12 +107,32 @@ class Node:
         return self._call(ACCESSIBLE, "GetRoleName")[0]
 
     @property
+    def role_number(self):
+        """Its AtspiRole, which is finer than the name."""
+        return self._call(ACCESSIBLE, "GetRole")[0]
+
+    @property
     def children(self):
         return [Node(self._bus, *child) for child in self._call(ACCESSIBLE, "GetChildren")[0]]
 
     def has(self, state):
+        return state in self.states
+
+    @property
+    def states(self):
+        """Those of STATES that it has."""
         low, high = self._call(ACCESSIBLE, "GetState")[0]
-        return bool((high << 32 | low) >> STATES[state] & 1)
+        return {name for name, bit in STATES.items() if (high << 32 | low) >> bit & 1}
+
+    @property
+    def interfaces(self):
+        """The short names of what can be asked of it, such as "Action" or "EditableText"."""
+        return {name.rpartition(".")[2] for name in self._call(ACCESSIBLE, "GetInterfaces")[0]}
+
+    @property
+    def actions(self):
+        """The names of what can be done with it."""
+        return [name for name, *_ in self._call("org.a11y.atspi.Action", "GetActions")[0]]
 
     @property
     def description(self):
@@ -100,10 +149,12 @@ class Node:
                           GLib.Variant("(u)", (SCREEN_COORDINATES,)))[0]
 
     def press(self):
-        actions = self._call("org.a11y.atspi.Action", "GetActions")[0]
-        names = [action[0] for action in actions]
-        wanted = next(i for i, name in enumerate(names) if name in ("Press", "Toggle"))
+        wanted = next(i for i, name in enumerate(self.actions) if name in PRESSES)
         return self._call("org.a11y.atspi.Action", "DoAction", GLib.Variant("(i)", (wanted,)))[0]
+
+    def act(self, name):
+        self._call("org.a11y.atspi.Action", "DoAction",
+                   GLib.Variant("(i)", (self.actions.index(name),)))
 
     def write(self, text):
         """Replaces what a field holds, as a screen reader or a dictation does."""

@@ -224,6 +224,22 @@ class Desktop:
         self._dialog.stdin.write(b"unlock password\n")
         self._dialog.stdin.flush()
 
+    def open_pages(self):
+        """From now on a portal opens pages, in a browser that nobody sees."""
+        name, path = "org.freedesktop.portal.Desktop", "/org/freedesktop/portal/desktop"
+        interface = "org.freedesktop.portal.OpenURI"
+        self._page_log = self.folder / "pages.log"
+        self._start(*MOCK, "--session", name, path, interface, "--logfile", str(self._page_log),
+                    **self.environment)
+        eventually(lambda: self.owns(name), "a portal is on the bus")
+        self.call(name, path, "org.freedesktop.DBus.Mock", "AddMethod",
+                  GLib.Variant("(sssss)", (interface, "OpenURI", "ssa{sv}", "o", "ret = '/'")))
+
+    def pages(self):
+        """The addresses of the pages that were opened so far."""
+        calls = (line.partition(" OpenURI ")[2] for line in self._page_log.read_text().splitlines())
+        return [call.split('"')[3] for call in calls if call]
+
     def start_window_manager(self):
         self._start("openbox", "--config-file", "/etc/xdg/openbox/rc.xml", **self.environment)
         eventually(lambda: "window id" in self.ask("xprop", "-root", "_NET_SUPPORTING_WM_CHECK"),

@@ -208,6 +208,7 @@ class OnASmallScreen:
         self.assertTrue(self.is_on_the_screen(self.place(field)), self.place(field))
         self.desktop.xdotool("type", "--delay", "5", "key")
         self.eventually(lambda: self.node("Start Focusing").has("enabled"), "the key is there")
+        self.expect_error("the key is not kept")
         self.click("Start Focusing")
         self.click("Start Using TARNE")
         self.assert_shown("Session Setup")

@@ -1,5 +1,6 @@
 #include "SecretServiceKeychain.h"
 
+#include "DesktopLog.h"
 #include "SecretServiceSession.h"
 
 #include <gio/gio.h>
@@ -155,6 +156,10 @@ bool SecretServiceKeychain::add(const QString &service, const QString &account,
         {service, account},
         [=](SecretServiceSession &session) { *added = session.add(service, account, secret); },
         m_limit);
+    // No screen tells that a key was not stored, so standard error does.
+    if (done && !*added)
+        qCWarning(desktopLog, "the key is not kept: unlock the key store, or install one such as "
+                              "gnome-keyring, and save the key again");
     return done && *added;
 }
 

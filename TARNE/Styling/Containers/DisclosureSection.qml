@@ -21,11 +21,11 @@ Column {
     PlainButton {
         id: row
 
+        readonly property bool accessibleExpanded: section.isExpanded
+
         width: section.width
         text: section.title
         onClicked: section.isExpanded = !section.isExpanded
-        Accessible.checkable: true
-        Accessible.checked: section.isExpanded
 
         contentItem: Item {
             implicitHeight: Math.ceil(line.height)

@@ -1,5 +1,7 @@
 #include "AccessibleItem.h"
 
+#include "AccessibleNews.h"
+#include "AccessibleTyping.h"
 #include "AccessibleWindow.h"
 #include "SecretGuard.h"
 
@@ -25,6 +27,7 @@ QAccessibleInterface *makeInterface(const QString &, QObject *object) {
 
 void installInterfaces() {
     QAccessible::installFactory(makeInterface);
+    new AccessibleNews(QCoreApplication::instance());
 }
 Q_COREAPP_STARTUP_FUNCTION(installInterfaces)
 
@@ -38,6 +41,7 @@ AccessibleItem::AccessibleItem(QQuickItem *item) : QAccessibleQuickItem(item) {
         QAccessibleStateChangeEvent event(item, changed);
         QAccessible::updateAccessibility(&event);
     });
+    AccessibleTyping::follow(*item);
 }
 
 QAccessible::Role AccessibleItem::role() const {
@@ -54,6 +58,24 @@ QAccessible::State AccessibleItem::state() const {
     }
     // The stock one tells it of all that is around the focus as well.
     state.focused = item()->window() && item()->window()->activeFocusItem() == item();
+    switch (role()) {
+    case QAccessible::StaticText:
+        state.focusable = state.focused;
+        break;
+    case QAccessible::Dialog:
+    case QAccessible::AlertMessage:
+        // What is presented lies over all else, and has the focus until Tab leads into it.
+        state.modal = true;
+        state.focusable = state.focused;
+        break;
+    default:
+        break;
+    }
+    if (const QVariant expanded = item()->property("accessibleExpanded"); expanded.isValid()) {
+        state.expandable = true;
+        state.expanded = expanded.toBool();
+        state.collapsed = !expanded.toBool();
+    }
     return state;
 }
 
@@ -64,9 +86,35 @@ QString AccessibleItem::text(QAccessible::Text kind) const {
                                                                                      : text;
 }
 
+QStringList AccessibleItem::actionNames() const {
+    QStringList names = QAccessibleQuickItem::actionNames();
+    names.removeDuplicates();
+    return names;
+}
+
 void AccessibleItem::doAction(const QString &name) {
     if (item()->isEnabled())
         QAccessibleQuickItem::doAction(name);
+}
+
+void *AccessibleItem::interface_cast(QAccessible::InterfaceType type) {
+    if (type == QAccessible::EditableTextInterface && role() == QAccessible::EditableText &&
+        item()->isEnabled() && !item()->property("readOnly").toBool())
+        return static_cast<QAccessibleEditableTextInterface *>(this);
+    return QAccessibleQuickItem::interface_cast(type);
+}
+
+void AccessibleItem::insertText(int offset, const QString &text) {
+    QMetaObject::invokeMethod(item(), "insert", Q_ARG(int, offset), Q_ARG(QString, text));
+}
+
+void AccessibleItem::deleteText(int startOffset, int endOffset) {
+    QMetaObject::invokeMethod(item(), "remove", Q_ARG(int, startOffset), Q_ARG(int, endOffset));
+}
+
+void AccessibleItem::replaceText(int startOffset, int endOffset, const QString &text) {
+    deleteText(startOffset, endOffset);
+    insertText(startOffset, text);
 }
 
 } // namespace tarne

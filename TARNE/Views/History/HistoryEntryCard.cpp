@@ -38,6 +38,11 @@ QVariantList feedbackRows(const SessionHistoryEntry &entry) {
     return rows;
 }
 
+QString nameOf(const QString &time, const std::vector<SessionGoal> &goals) {
+    constexpr qsizetype enoughToTellApart = 100;
+    return goals.empty() ? time : u"%1, %2"_s.arg(time, goals.front().text.left(enoughToTellApart));
+}
+
 /// The verdict on a session as a whole. A partially completed goal counts as not completed.
 GoalStatus summaryOf(qsizetype completed, qsizetype all) {
     if (completed == all)
@@ -48,7 +53,8 @@ GoalStatus summaryOf(qsizetype completed, qsizetype all) {
 } // namespace
 
 HistoryEntryCard::HistoryEntryCard(const SessionHistoryEntry &entry, const Calendar &calendar)
-    : time(formatTime(entry.sessionDate, calendar)),
+    : name(nameOf(formatTime(entry.sessionDate, calendar), entry.goals)),
+      time(formatTime(entry.sessionDate, calendar)),
       duration(formatDuration(entry.duration)),
       hasSummary(!entry.goals.empty()),
       goals(goalRows(entry.goals)),

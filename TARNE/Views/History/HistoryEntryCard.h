@@ -45,6 +45,7 @@ public:
 struct HistoryEntryCard {
     Q_GADGET
     QML_VALUE_TYPE(historyEntryCard)
+    Q_PROPERTY(QString name MEMBER name CONSTANT FINAL)
     Q_PROPERTY(QString time MEMBER time CONSTANT FINAL)
     Q_PROPERTY(QString duration MEMBER duration CONSTANT FINAL)
     Q_PROPERTY(bool hasSummary MEMBER hasSummary CONSTANT FINAL)
@@ -68,6 +69,8 @@ public:
     [[nodiscard]] static QString statusIcon(std::optional<GoalStatus> status);
     [[nodiscard]] static QColor statusColor(std::optional<GoalStatus> status);
 
+    /// What assistive tools call it: its time and the beginning of its first goal, "3:30 PM, Read".
+    QString name;
     QString time;
     QString duration;
     bool hasSummary = false; ///< Whether the entry has goals.

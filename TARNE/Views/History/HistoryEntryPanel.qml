@@ -18,6 +18,8 @@ Card {
     outlineColor: Colors.withOpacity(Colors.separator, 0.3)
     outlineWidth: 1
     spacing: 16
+    Accessible.role: Accessible.ListItem
+    Accessible.name: panel.card.name
 
     Item {
         width: parent.width

@@ -20,6 +20,7 @@ Column {
 
     bottomPadding: endsSection ? 24 : 12
     spacing: 16
+    Component.onCompleted: HistoryRowOrder.put(row, row.index)
 
     Item {
         visible: row.sectionLabel.length > 0

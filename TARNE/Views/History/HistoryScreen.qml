@@ -91,7 +91,7 @@ Rectangle {
 
         onFocusedItemChanged: {
             for (let item = focusedItem; item; item = item.parent) {
-                if (item === list.contentItem) {
+                if (item === list.contentItem || item === below) {
                     list.reveal(focusedItem);
                     break;
                 }
@@ -132,11 +132,12 @@ Rectangle {
                 visible: screen.view.isEmpty
             }
         }
+        // Beside the rows and not among them: Tab and assistive tools come to it after the last one.
         Item {
             id: below
 
-            parent: list.contentItem
-            y: list.originY + list.contentHeight
+            parent: list
+            y: list.originY + list.contentHeight - list.contentY
             width: list.width
             height: Layout.spacingMedium + (more.visible ? more.height + 40 : 0)
 

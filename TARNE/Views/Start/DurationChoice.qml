@@ -47,6 +47,8 @@ Column {
         SecondaryButton {
             id: customButton
 
+            readonly property bool accessibleExpanded: choice.view.showCustomInput
+
             anchors.horizontalCenter: parent.horizontalCenter
             width: Math.min(implicitWidth, 200)
             symbol: "pencil"

@@ -48,6 +48,13 @@ Item {
             }
         }
     }
+    // That the coaching has come is only seen: nothing that has the focus changes.
+    Item {
+        anchors.fill: titles
+        visible: header.view.panel === SessionFeedbackView.Sections
+        Accessible.role: Accessible.Notification
+        Accessible.name: "Your feedback is ready."
+    }
     SheetCloseButton {
         id: closeButton
 

@@ -16,6 +16,9 @@ Column {
     signal statusChange(status: int)
 
     spacing: 18
+    // Else the same three verdicts would stand there for each goal, and nothing would tell them apart.
+    Accessible.role: Accessible.Grouping
+    Accessible.name: row.goalText.slice(0, 200)
 
     LongText {
         width: parent.width

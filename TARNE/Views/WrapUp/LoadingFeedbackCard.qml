@@ -17,5 +17,6 @@ FeedbackCard {
         text: "Generating personalized feedback..."
         font: Typography.system(14)
         color: Colors.secondaryLabel
+        Accessible.role: Accessible.Notification
     }
 }

@@ -4,6 +4,7 @@
 
 #include "EventLoop.h"
 #include "GnomeKeyring.h"
+#include "TestMain.h"
 
 #include <QDir>
 #include <QProcess>
@@ -19,6 +20,8 @@ namespace tarne::test {
 namespace {
 
 constexpr int toolTimeout = 20'000;
+
+const QString notKept = u"the key is not kept"_s;
 
 /// Another program that uses the same key store.
 QByteArray secretTool(const QStringList &arguments, const QByteArray &input = {}) {
@@ -73,6 +76,7 @@ TEST_F(SecretServiceKeychainTest, AddsFindsAndRemovesASecret) {
 TEST_F(SecretServiceKeychainTest, AddsNoDuplicate) {
     keyring.start(true);
     ASSERT_TRUE(add("first"));
+    const ExpectedWarning told(notKept);
     EXPECT_FALSE(add("second"));
     EXPECT_EQ(copy(), "first");
 }
@@ -157,6 +161,7 @@ TEST_F(SecretServiceKeychainTest, ALockedKeyringThatCannotAskAnybodyAnswersAbsen
     lockAway("key");
     EXPECT_EQ(copy(), std::nullopt);
     EXPECT_NE(remove(), Removal::Removed);
+    const ExpectedWarning told(notKept);
     EXPECT_FALSE(add("other"));
 }
 
@@ -185,8 +190,9 @@ TEST_F(SecretServiceKeychainTest, ALockedKeyringThatNobodyUnlocksAnswersAbsentIn
     EXPECT_TRUE(serveUntil([&] { return impatient.copy(service, account).has_value(); }));
 }
 
-TEST_F(SecretServiceKeychainTest, WithoutAKeyStoreEverythingFailsAtOnce) {
+TEST_F(SecretServiceKeychainTest, WithoutAKeyStoreEverythingFailsAtOnceAndASaveSaysSo) {
     EXPECT_EQ(copy(), std::nullopt);
+    const ExpectedWarning told(notKept);
     EXPECT_FALSE(add("key"));
     EXPECT_EQ(remove(), Removal::Failed);
 }
@@ -194,6 +200,7 @@ TEST_F(SecretServiceKeychainTest, WithoutAKeyStoreEverythingFailsAtOnce) {
 TEST_F(SecretServiceKeychainTest, WithoutABusEverythingFailsAtOnce) {
     bus.stop();
     EXPECT_EQ(copy(), std::nullopt);
+    const ExpectedWarning told(notKept);
     EXPECT_FALSE(add("key"));
     EXPECT_EQ(remove(), Removal::Failed);
 }
@@ -204,6 +211,7 @@ TEST_F(SecretServiceKeychainTest, AKilledKeyStoreAnswersAbsentAndWorksAgainOnceI
     keyring.kill();
     EXPECT_EQ(copy(), std::nullopt);
     EXPECT_EQ(remove(), Removal::Failed);
+    const ExpectedWarning told(notKept);
     EXPECT_FALSE(add("other"));
     keyring.start(true);
     EXPECT_EQ(copy(), "key");

@@ -4,6 +4,7 @@
 
 #include "EventLoop.h"
 #include "GnomeKeyring.h"
+#include "TestMain.h"
 
 #include <gtest/gtest.h>
 
@@ -119,6 +120,7 @@ TEST_F(SecretServiceUnlockTest, ARefusedSaveLeavesTheOldKeyAndAsksNoSecondTime) 
     dialog.refuse();
     SecretServiceKeychain other(20s);
     std::optional<QByteArray> found;
+    const ExpectedWarning told(u"the key is not kept"_s);
     EXPECT_FALSE(other.add(service, account, "third")) << "there is a key";
     EXPECT_EQ(dialog.timesUp(), 1);
 }

@@ -31,6 +31,15 @@ constexpr auto notCompleted = GoalStatus::notCompleted;
 
 } // namespace
 
+TEST(HistoryEntryCard, IsNamedByItsTimeAndTheBeginningOfItsFirstGoal) {
+    EXPECT_EQ(cardOf({}).name, u"3:30 PM"_s);
+    EXPECT_EQ(cardOf({completed, partial}).name, u"3:30 PM, goal"_s);
+    const SessionHistoryEntry entry{.sessionDate = *calendar().date({2026, 3, 4, 15, 30}),
+                                    .goals = {{.text = QString(1000, u'a')}},
+                                    .duration = 1500};
+    EXPECT_EQ(HistoryEntryCard(entry, calendar()).name, u"3:30 PM, "_s + QString(100, u'a'));
+}
+
 TEST(HistoryEntryCard, TheDurationIsWholeMinutes) {
     EXPECT_EQ(HistoryEntryCard::formatDuration(1500.0), u"25 min"_s);
     EXPECT_EQ(HistoryEntryCard::formatDuration(89.0), u"1 min"_s);

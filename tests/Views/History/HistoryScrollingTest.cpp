@@ -67,6 +67,44 @@ TEST_F(HistoryScrolling, TheKeyboardReachesEveryCoachingTextInEveryRound) {
     }
 }
 
+TEST_F(HistoryScrolling, TheKeyboardComesToLoadMoreBehindTheCoachingTexts) {
+    std::vector<SessionHistoryEntry> entries;
+    for (int i = 0; i < 10; ++i)
+        entries.push_back({.sessionDate = time.now() - i * 60.0,
+                           .goals = {},
+                           .duration = 0,
+                           .motivation = i < 2 ? u"Go on."_s : u""_s});
+    controller().saveSessionHistory(entries);
+    view().appear();
+    ASSERT_EQ(screen().focusedName(), u"Session History"_s);
+    for (const QString &name : {u"Motivation"_s, u"Motivation"_s, u"Load More"_s}) {
+        screen().tab();
+        EXPECT_EQ(screen().focusedName(), name);
+    }
+}
+
+TEST_F(HistoryScrolling, AfterTheWayBackUpTheRowsAreReadFromTheFirstToTheLast) {
+    store(60);
+    view().appear();
+    list()->forceActiveFocus();
+    screen().key(Qt::Key_End);
+    for (int page = 0; page < 3; ++page)
+        screen().key(Qt::Key_PageUp);
+    const QQuickItem *last = nullptr;
+    int rows = 0;
+    for (const QQuickItem *row :
+         list()->property("contentItem").value<QQuickItem *>()->childItems()) {
+        if (!row->property("index").isValid() || !row->isVisible())
+            continue;
+        if (last) {
+            EXPECT_GT(row->y(), last->y());
+        }
+        last = row;
+        ++rows;
+    }
+    EXPECT_GT(rows, 3);
+}
+
 TEST_F(HistoryScrolling, TheKeysAndTheWheelScroll) {
     store(60);
     view().appear();
