@@ -40,6 +40,7 @@
 #include "SystemProcessTools.h"
 #include "UnixSignals.h"
 #include "Version.h"
+#include "WindowProcess.h"
 
 #include <QDBusConnection>
 #include <QGuiApplication>
@@ -196,6 +197,7 @@ int main(int argc, char **argv) {
     QQmlEngine engine;
     engine.addImportPath(u"qrc:/qt/qml"_s);
     MainWindow window(&engine);
+    const WindowProcess windowProcess(window, QDBusConnection::sessionBus());
     RemoteControl remoteControl(app, [&window](const QString &activationToken) {
         // Where Qt looks for it when a window is to come to the front.
         if (!activationToken.isEmpty())

@@ -152,6 +152,24 @@ class TheWindow(WindowTestCase):
         self.launch()
         self.assertIn(f'"{entry["Desktop Entry"]["StartupWMClass"]}"', self.property("WM_CLASS"))
 
+    def test_names_the_process_that_it_has_outside_its_namespace(self):
+        self.launch()
+        told = f"_NET_WM_PID(CARDINAL) = {self.program.pid}"
+        self.eventually(lambda: told in self.property("_NET_WM_PID"), "the process is named")
+        self.press("Close window")
+        self.eventually(lambda: not self.window_id(), "the window is closed")
+        self.act("show")
+        self.eventually(self.window_id, "the window is back")
+        self.assertIn(told, self.property("_NET_WM_PID"))
+
+
+class TheWindowWithoutABus(WindowTestCase):
+    has_session_bus = False
+
+    def test_names_no_process(self):
+        self.launch()
+        self.assertIn("not found", self.property("_NET_WM_PID"))
+
 
 class PanelTestCase(ControlTestCase):
     def start_watcher(self):
