@@ -206,6 +206,8 @@ int main(int argc, char **argv) {
         qunsetenv("XDG_ACTIVATION_TOKEN"); // No child is to inherit it.
     });
     perform = std::bind_front(&RemoteControl::perform, &remoteControl);
+    QObject::connect(&userNotifications, &NotifierUserNotificationCenter::activated, &remoteControl,
+                     &RemoteControl::answerNotice);
     const DesktopPresence presence(instance, SingleInstance::path, QDBusConnection::sessionBus(),
                                    remoteControl);
     QObject::connect(&window, &MainWindow::shown, &app, &TARNEApp::windowShown);

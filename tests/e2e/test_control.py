@@ -9,6 +9,7 @@ from gi.repository import GLib
 
 import box
 from fixture import TarneTestCase
+from test_notifier import IMMEDIATE, NotifierTestCase
 
 NAME = "com.tarne.app"
 OBJECT = "/com/tarne/app"
@@ -304,3 +305,31 @@ class TheExampleForAStatusBar(ControlTestCase):
         self.eventually(lambda: lines[-1] == "■ 00:00\n", lambda: f"it is over: {lines}")
         self.program.terminate()
         self.eventually(lambda: lines[-1] == "\n", lambda: f"nothing is shown: {lines}")
+
+
+class AClickOnTheNoticeOfARunOut(NotifierTestCase):
+    def test_shows_the_window_with_the_reflection(self):
+        self.start_short_session()
+        self.press("Close window")
+        self.eventually(lambda: not self.window_id(), "the window is closed")
+        self.clock.advance(300)
+        self.eventually(lambda: IMMEDIATE in self.desktop.notifications(), "the notice comes")
+        self.desktop.click_notification(self.desktop.notifications().index(IMMEDIATE) + 1, "token")
+        self.eventually(self.window_id, "the window is back")
+        self.assert_shown("How did you do with your goals?")
+
+    def test_shows_the_window_alone_once_the_session_is_wrapped_up(self):
+        self.start_short_session()
+        self.press("Close window")
+        self.eventually(lambda: not self.window_id(), "the window is closed")
+        self.program.kill()
+        self.clock.advance(300)
+        self.launch()
+        self.await_history(1)
+        self.eventually(self.desktop.notifications, "the notice comes")
+        self.press("Close window")
+        self.eventually(lambda: not self.window_id(), "the window is closed")
+        self.desktop.click_notification(1, "token")
+        self.eventually(self.window_id, "the window is back")
+        self.assert_shown("Start Session", "Session Setup")
+        self.assertIsNone(self.find("How did you do with your goals?"))
