@@ -34,7 +34,8 @@ SessionOnBus onBus(const RemoteControl::Status &status) {
 } // namespace
 
 DesktopPresence::DesktopPresence(QObject &applicationObject, const QString &path,
-                                 const QDBusConnection &sessionBus, RemoteControl &control)
+                                 const QDBusConnection &sessionBus, UserDefaults &defaults,
+                                 RemoteControl &control)
     : m_control(control),
       m_session(new SessionInterface(
           &applicationObject, sessionBus, path,
@@ -45,19 +46,22 @@ DesktopPresence::DesktopPresence(QObject &applicationObject, const QString &path
       m_item(sessionBus, {.id = u"com.tarne.app"_s, .iconName = u"com.tarne.app"_s},
              {.activated = [&control](const QString &token) { control.show(token); },
               .chosen = [&control](int entry,
-                                   const QString &token) { control.trigger(entry, token); }}) {
+                                   const QString &token) { control.trigger(entry, token); }}),
+      m_quiet(sessionBus, defaults) {
     connect(&control, &RemoteControl::changed, this, [this] {
         m_session->publish();
         showInPanel();
     });
     connect(&control, &RemoteControl::secondsLeftChanged, this, &DesktopPresence::showInPanel);
+    connect(&control, &RemoteControl::wantsQuietChanged, &m_quiet, &DesktopQuiet::setQuiet);
+    connect(&m_quiet, &DesktopQuiet::possibleChanged, &control, &RemoteControl::setQuietPossible);
     showInPanel();
 }
 
 void DesktopPresence::showInPanel() {
     std::vector<PanelMenuEntry> entries;
     for (const RemoteControl::Entry &entry : m_control.entries())
-        entries.push_back({entry.id, entry.label});
+        entries.push_back({entry.id, entry.label, entry.isChecked});
     m_item.setContent({.title = m_control.title(),
                        .toolTip = m_control.summary(),
                        .toolTipHead = u"TARNE"_s,

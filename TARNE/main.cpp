@@ -198,7 +198,7 @@ int main(int argc, char **argv) {
     engine.addImportPath(u"qrc:/qt/qml"_s);
     MainWindow window(&engine);
     const WindowProcess windowProcess(window, QDBusConnection::sessionBus());
-    RemoteControl remoteControl(app, [&window](const QString &activationToken) {
+    RemoteControl remoteControl(app, defaults, [&window](const QString &activationToken) {
         // Where Qt looks for it when a window is to come to the front.
         if (!activationToken.isEmpty())
             qputenv("XDG_ACTIVATION_TOKEN", activationToken.toUtf8());
@@ -209,7 +209,7 @@ int main(int argc, char **argv) {
     QObject::connect(&userNotifications, &NotifierUserNotificationCenter::activated, &remoteControl,
                      &RemoteControl::answerNotice);
     const DesktopPresence presence(instance, SingleInstance::path, QDBusConnection::sessionBus(),
-                                   remoteControl);
+                                   defaults, remoteControl);
     QObject::connect(&window, &MainWindow::shown, &app, &TARNEApp::windowShown);
     QObject::connect(&window, &MainWindow::closed, &app, &TARNEApp::windowClosed);
     QObject::connect(&app, &TARNEApp::quitRequested, &application, &QGuiApplication::quit,

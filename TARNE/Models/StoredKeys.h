@@ -25,4 +25,7 @@ inline constexpr QLatin1StringView sessionDuration{"SessionDuration"};
 inline constexpr QLatin1StringView sessionProgress{"SessionProgress"};
 inline constexpr QLatin1StringView lastUpdate{"LastUpdate"};
 
+/// Whether the desktop is to keep other notifications away while a session runs.
+inline constexpr QLatin1StringView quietDuringSessions{"QuietDuringSessions"};
+
 } // namespace tarne::keys

@@ -3,8 +3,10 @@
 #include "ContentView.h"
 #include "DurationText.h"
 #include "SessionViewModel.h"
+#include "StoredKeys.h"
 #include "TARNEApp.h"
 #include "TimerView.h"
+#include "UserDefaults.h"
 
 #include <algorithm>
 #include <cmath>
@@ -18,7 +20,10 @@ namespace {
 
 constexpr int timerTab = 0;
 
-enum EntryId { Show = 1, Pause, Resume, Stop, Quit };
+enum EntryId { Show = 1, Pause, Resume, Stop, Quit, Quiet };
+
+/// The notice of a session's end may come a second before the last tick.
+constexpr qint64 lastSeconds = 2;
 
 /// A stored length may be any number.
 qint64 wholeSeconds(double seconds) {
@@ -39,8 +44,8 @@ RemoteControl::State stateOf(const SessionViewModel &controller) {
 
 } // namespace
 
-RemoteControl::RemoteControl(TARNEApp &app, ShowWindow showWindow)
-    : m_app(app), m_showWindow(std::move(showWindow)) {
+RemoteControl::RemoteControl(TARNEApp &app, UserDefaults &defaults, ShowWindow showWindow)
+    : m_app(app), m_defaults(defaults), m_showWindow(std::move(showWindow)) {
     connect(&m_app, &TARNEApp::gateChanged, this, &RemoteControl::followController);
     followController();
     m_told = status();
@@ -74,7 +79,7 @@ void RemoteControl::tellSoon() {
 
 void RemoteControl::tell() {
     m_isTellingSoon = false;
-    Status now = status();
+    const Status now = status();
     Status sameSecond = now;
     sameSecond.secondsLeft = m_told.secondsLeft;
     const bool isAnother = sameSecond != m_told;
@@ -84,6 +89,32 @@ void RemoteControl::tell() {
         Q_EMIT changed();
     else if (isTick)
         Q_EMIT secondsLeftChanged();
+    tellQuiet();
+}
+
+void RemoteControl::tellQuiet() {
+    const bool wanted = wantsQuiet();
+    if (std::exchange(m_toldQuiet, wanted) != wanted)
+        Q_EMIT wantsQuietChanged(wanted);
+}
+
+void RemoteControl::setQuietPossible(bool possible) {
+    if (std::exchange(m_isQuietPossible, possible) != possible)
+        Q_EMIT changed();
+}
+
+bool RemoteControl::wantsQuiet() const {
+    const Status now = status();
+    return now.state == State::Running && now.secondsLeft > lastSeconds &&
+           m_defaults.boolForKey(keys::quietDuringSessions);
+}
+
+void RemoteControl::toggleQuiet() {
+    m_defaults.setObject(keys::quietDuringSessions,
+                         !m_defaults.boolForKey(keys::quietDuringSessions));
+    m_defaults.synchronize();
+    tellQuiet();
+    Q_EMIT changed();
 }
 
 RemoteControl::Status RemoteControl::status() const {
@@ -132,6 +163,9 @@ std::vector<RemoteControl::Entry> RemoteControl::entries() const {
         entries.push_back({Resume, u"Resume"_s});
     if (state != State::None && state != State::Setup)
         entries.push_back({Stop, u"Stop"_s});
+    if (state != State::None && m_isQuietPossible)
+        entries.push_back({Quiet, u"Do not disturb during sessions"_s,
+                           m_defaults.boolForKey(keys::quietDuringSessions)});
     entries.push_back({Quit, u"Quit TARNE"_s});
     return entries;
 }
@@ -151,6 +185,8 @@ void RemoteControl::trigger(int entry, const QString &activationToken) {
         return;
     case Stop:
         return stop(activationToken);
+    case Quiet:
+        return toggleQuiet();
     case Quit:
         return quit();
     default:

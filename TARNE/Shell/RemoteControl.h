@@ -5,12 +5,14 @@
 
 #include <functional>
 #include <memory>
+#include <optional>
 #include <vector>
 
 namespace tarne {
 
 class SessionViewModel;
 class TARNEApp;
+class UserDefaults;
 
 /// What the program can be asked and told from outside its window: by a panel's item, by another
 /// program on the bus, by a click on a notification. It decides; how one reaches it is others'
@@ -44,13 +46,14 @@ public:
     struct Entry {
         int id = 0;
         QString label;
+        std::optional<bool> isChecked = {}; ///< None: the entry is no choice of yes or no.
     };
 
     /// Brings the window to the front. The token lets it come there; it may be empty.
     using ShowWindow = std::function<void(const QString &activationToken)>;
 
-    /// `app` outlives the object.
-    RemoteControl(TARNEApp &app, ShowWindow showWindow);
+    /// `app` and `defaults` outlive the object.
+    RemoteControl(TARNEApp &app, UserDefaults &defaults, ShowWindow showWindow);
     ~RemoteControl() override;
 
     [[nodiscard]] Status status() const;
@@ -61,6 +64,12 @@ public:
     [[nodiscard]] std::vector<Entry> entries() const;
     /// Does what the entry says. An id without an entry now does nothing.
     void trigger(int entry, const QString &activationToken = {});
+
+    /// Whether the desktop can keep other notifications away; the choice is offered only there.
+    void setQuietPossible(bool possible);
+    /// Whether it should now: where the user has chosen so, while a session runs, and not in its
+    /// last seconds, so that the notices of its end are seen. Off unless chosen.
+    [[nodiscard]] bool wantsQuiet() const;
 
     /// Does what "Pause" on the timer screen does; false, and nothing, where no session runs.
     bool pause();
@@ -79,23 +88,29 @@ public:
     void perform(const QString &action, const QString &activationToken);
 
 Q_SIGNALS:
-    /// The state, the duration or the end is another one. What changes within one turn of the event
-    /// loop is told once.
+    /// The state, the duration, the end or an entry is another one. What changes within one turn of
+    /// the event loop is told once.
     void changed();
     /// Another second is left. Nothing else has changed.
     void secondsLeftChanged();
+    void wantsQuietChanged(bool wanted);
 
 private:
     [[nodiscard]] SessionViewModel *controller() const;
     void followController();
     void tellSoon();
     void tell();
+    void tellQuiet();
     void toggleTimer();
+    void toggleQuiet();
 
     TARNEApp &m_app;
+    UserDefaults &m_defaults;
     ShowWindow m_showWindow;
     Status m_told;
     bool m_isTellingSoon = false;
+    bool m_isQuietPossible = false;
+    bool m_toldQuiet = false;
     std::unique_ptr<QObject> m_following; ///< The subscriptions' context; none in onboarding.
 };
 

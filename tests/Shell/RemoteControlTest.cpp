@@ -20,10 +20,11 @@ protected:
     RemoteControl &remote() {
         if (!m_remote) {
             app().windowShown();
-            m_remote = std::make_unique<RemoteControl>(app(), [this](const QString &token) {
-                shown += token;
-                app().windowShown();
-            });
+            m_remote =
+                std::make_unique<RemoteControl>(app(), defaults, [this](const QString &token) {
+                    shown += token;
+                    app().windowShown();
+                });
         }
         return *m_remote;
     }
@@ -292,6 +293,85 @@ TEST_F(TheRemoteControl, AnEntryOfAMenuThatWasOpenedBeforeAChangeDoesNothingElse
     EXPECT_TRUE(shown.isEmpty());
     remote().trigger(4711);
     EXPECT_TRUE(shown.isEmpty());
+}
+
+const QString quietLabel = u"Do not disturb during sessions"_s;
+
+class TheRemoteControlOfAQuietDesktop : public TheRemoteControl {
+protected:
+    void SetUp() override {
+        TheRemoteControl::SetUp();
+        QObject::connect(&remote(), &RemoteControl::wantsQuietChanged,
+                         [this](bool wanted) { told += wanted; });
+        remote().setQuietPossible(true);
+    }
+
+    void passSeconds(int seconds) {
+        for (int second = 0; second < seconds; ++second) {
+            pass(1);
+            QCoreApplication::processEvents();
+        }
+    }
+    std::optional<bool> isChecked() {
+        for (const RemoteControl::Entry &entry : remote().entries()) {
+            if (entry.label == quietLabel)
+                return entry.isChecked;
+        }
+        return std::nullopt;
+    }
+
+    QList<bool> told;
+};
+
+TEST_F(TheRemoteControlOfAQuietDesktop, OffersQuietWhereItIsPossibleAndTheTabsAreThere) {
+    EXPECT_EQ(isChecked(), false);
+    EXPECT_EQ(labels().constLast(), u"Quit TARNE"_s);
+    remote().setQuietPossible(false);
+    EXPECT_EQ(isChecked(), std::nullopt);
+    remote().setQuietPossible(true);
+    app().mainAppView()->setOnboardingComplete(false);
+    EXPECT_EQ(isChecked(), std::nullopt);
+}
+
+TEST_F(TheRemoteControlOfAQuietDesktop, WantsNoneUnlessItWasChosen) {
+    startSession(600);
+    passSeconds(3);
+    EXPECT_TRUE(told.isEmpty());
+}
+
+TEST_F(TheRemoteControlOfAQuietDesktop, KeepsTheChoiceInTheStore) {
+    remote().trigger(idOf(quietLabel));
+    EXPECT_EQ(isChecked(), true);
+    EXPECT_TRUE(defaults.boolForKey(u"QuietDuringSessions"_s));
+    remote().trigger(idOf(quietLabel));
+    EXPECT_EQ(isChecked(), false);
+    EXPECT_FALSE(defaults.boolForKey(u"QuietDuringSessions"_s));
+}
+
+TEST_F(TheRemoteControlOfAQuietDesktop, WantsQuietWhileTheTimeRunsAndNotInItsLastSeconds) {
+    remote().trigger(idOf(quietLabel));
+    EXPECT_TRUE(told.isEmpty()) << "there is no session";
+    startSession(300);
+    EXPECT_EQ(told, (QList<bool>{true}));
+    remote().pause();
+    QCoreApplication::processEvents();
+    EXPECT_EQ(told, (QList<bool>{true, false}));
+    remote().resume();
+    passSeconds(297);
+    EXPECT_EQ(told, (QList<bool>{true, false, true}));
+    passSeconds(1);
+    EXPECT_EQ(remote().status().secondsLeft, 2);
+    EXPECT_EQ(told, (QList<bool>{true, false, true, false}));
+    passSeconds(10);
+    EXPECT_EQ(told.size(), 4);
+}
+
+TEST_F(TheRemoteControlOfAQuietDesktop, TakesAChoiceInTheSessionAtOnce) {
+    startSession(300);
+    remote().trigger(idOf(quietLabel));
+    EXPECT_EQ(told, (QList<bool>{true}));
+    remote().trigger(idOf(quietLabel));
+    EXPECT_EQ(told, (QList<bool>{true, false}));
 }
 
 } // namespace

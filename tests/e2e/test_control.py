@@ -275,6 +275,49 @@ class TheItemBeforeOnboardingIsDone(PanelTestCase):
         self.assertEqual(self.program.wait(), 0)
 
 
+class QuietDuringASession(PanelTestCase):
+    QUIET = "Do not disturb during sessions"
+
+    def setUp(self):
+        super().setUp()
+        self.desktop.stop_notifications()
+        self.desktop.start_notifications("body inhibitions")
+        for method, takes, gives, code in (("Inhibit", "ssa{sv}", "u", "ret = 7"),
+                                           ("UnInhibit", "u", "", "")):
+            self.desktop.call("org.freedesktop.Notifications", "/org/freedesktop/Notifications",
+                              "org.freedesktop.DBus.Mock", "AddMethod",
+                              GLib.Variant("(sssss)", ("org.freedesktop.Notifications", method,
+                                                       takes, gives, code)))
+        self.start_watcher()
+
+    def asked(self):
+        calls = [line.split()[1] for line in self.desktop.notification_log.read_text().splitlines()]
+        return [call for call in calls if call.endswith("nhibit")]
+
+    def await_asked(self, *calls):
+        self.eventually(lambda: self.asked() == list(calls),
+                        lambda: f"{calls} were asked for, not {self.asked()}")
+
+    def launch_with_item(self):
+        self.launch()
+        self.eventually(lambda: self.item("Title") and self.QUIET in self.entries(),
+                        "the choice is there")
+
+    def test_is_chosen_once_and_kept_by_the_desktop_while_the_time_runs(self):
+        self.launch_with_item()
+        self.choose(self.QUIET)
+        self.start_session(SECRET, minutes=5)
+        self.await_asked("Inhibit")
+        self.call("Pause")
+        self.await_asked("Inhibit", "UnInhibit")
+        self.assertEqual(self.program.terminate(), 0)
+        self.launch_with_item()
+        self.await_asked("Inhibit", "UnInhibit", "Inhibit")
+        self.act("quit")
+        self.assertEqual(self.program.wait(), 0)
+        self.await_asked("Inhibit", "UnInhibit", "Inhibit", "UnInhibit")
+
+
 class TheExampleForAStatusBar(ControlTestCase):
     def follow(self):
         # Its clock is the program's, which this test moves.

@@ -30,7 +30,12 @@ QVariantMap chosenFrom(const QVariantMap &all, const QStringList &names) {
 
 /// The protocol takes a single underscore for the mark of an access key.
 QVariantMap propertiesOf(const PanelMenuEntry &entry) {
-    return {{u"label"_s, QString(entry.label).replace(u'_', u"__"_s)}};
+    QVariantMap properties{{u"label"_s, QString(entry.label).replace(u'_', u"__"_s)}};
+    if (entry.isChecked) {
+        properties[u"toggle-type"_s] = u"checkmark"_s;
+        properties[u"toggle-state"_s] = *entry.isChecked ? 1 : 0;
+    }
+    return properties;
 }
 
 QVariantMap rootProperties() {

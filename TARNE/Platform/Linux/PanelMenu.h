@@ -5,6 +5,7 @@
 #include <QString>
 
 #include <functional>
+#include <optional>
 #include <vector>
 
 namespace tarne {
@@ -13,6 +14,7 @@ namespace tarne {
 struct PanelMenuEntry {
     int id = 0; ///< Above 0; the same entry keeps its number as long as the program runs.
     QString label;
+    std::optional<bool> isChecked = {}; ///< None: the entry is no choice of yes or no.
 
     friend bool operator==(const PanelMenuEntry &, const PanelMenuEntry &) = default;
 };

@@ -244,6 +244,18 @@ TEST_F(AnItemInThePanel, HasAMenuOfPlainLabels) {
     EXPECT_EQ(all.constFirst().id, 1);
 }
 
+TEST_F(AnItemInThePanel, ShowsAChoiceOfYesOrNoAsOne) {
+    startWatcher();
+    makeItem();
+    ASSERT_TRUE(isRegistered());
+    for (const bool isChecked : {true, false}) {
+        m_item->setContent({u"Title"_s, {}, {}, {{1, u"Show"_s}, {2, u"Choice"_s, isChecked}}});
+        EXPECT_EQ(layout(2).properties[u"toggle-type"_s], u"checkmark"_s);
+        EXPECT_EQ(layout(2).properties[u"toggle-state"_s], int(isChecked));
+    }
+    EXPECT_FALSE(layout(1).properties.contains(u"toggle-type"_s));
+}
+
 TEST_F(AnItemInThePanel, TellsTheEntryThatIsChosen) {
     startWatcher();
     makeItem();
