@@ -42,10 +42,10 @@ class SessionInterface final : public QDBusAbstractAdaptor {
                 " value=\"QVariantMap\"/>\n"
                 "    </method>\n"
                 "  </interface>\n")
-    Q_PROPERTY(QString State READ state)
-    Q_PROPERTY(qlonglong SecondsLeft READ secondsLeft)
-    Q_PROPERTY(qlonglong Duration READ duration)
-    Q_PROPERTY(qlonglong EndsAt READ endsAt)
+    Q_PROPERTY(QString State READ state FINAL)
+    Q_PROPERTY(qlonglong SecondsLeft READ secondsLeft FINAL)
+    Q_PROPERTY(qlonglong Duration READ duration FINAL)
+    Q_PROPERTY(qlonglong EndsAt READ endsAt FINAL)
 
 public:
     /// What stands behind the interface.
