@@ -154,6 +154,9 @@ TEST_F(TheRemoteControl, TellsASessionThatRanOutUntilItIsWrappedUp) {
     startSession(600);
     pass(601);
     EXPECT_EQ(remote().status().state, State::RunOut);
+    app().windowClosed();
+    app().windowShown(); // The screen closes its reflection and forgets that the time ran out.
+    EXPECT_EQ(remote().status().state, State::RunOut);
     EXPECT_EQ(remote().status().secondsLeft, 0);
     EXPECT_EQ(remote().title(), u"TARNE: session complete"_s);
     EXPECT_EQ(labels(), (QStringList{u"Show TARNE"_s, u"Stop"_s, u"Quit TARNE"_s}));

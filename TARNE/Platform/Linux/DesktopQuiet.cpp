@@ -1,5 +1,7 @@
 #include "DesktopQuiet.h"
 
+#include "NotificationBanners.h"
+
 #include <utility>
 
 using namespace Qt::StringLiterals;
@@ -12,7 +14,7 @@ const QString daemonName = u"org.freedesktop.Notifications"_s;
 
 } // namespace
 
-DesktopQuiet::DesktopQuiet(QDBusConnection sessionBus, UserDefaults &defaults)
+DesktopQuiet::DesktopQuiet(const QDBusConnection &sessionBus, UserDefaults &defaults)
     : m_defaults(defaults),
       m_daemon(sessionBus, {daemonName, u"/org/freedesktop/Notifications"_s, daemonName}),
       m_names(sessionBus,

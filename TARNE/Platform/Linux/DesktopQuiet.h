@@ -1,7 +1,6 @@
 #pragma once
 
 #include "DBusService.h"
-#include "NotificationBanners.h"
 
 #include <QDBusConnection>
 #include <QObject>
@@ -11,6 +10,7 @@
 
 namespace tarne {
 
+class NotificationBanners;
 class UserDefaults;
 
 /// Keeps other programs' notifications from the user, where the desktop can do so: by the
@@ -21,7 +21,7 @@ class DesktopQuiet final : public QObject {
     Q_OBJECT
 
 public:
-    DesktopQuiet(QDBusConnection sessionBus, UserDefaults &defaults);
+    DesktopQuiet(const QDBusConnection &sessionBus, UserDefaults &defaults);
     /// Gives back what was taken.
     ~DesktopQuiet() override;
 

@@ -4,8 +4,6 @@
 
 #include <chrono>
 
-#include <gio/gio.h>
-
 using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
 
@@ -61,7 +59,9 @@ NotificationBanners::NotificationBanners(GSettings *settings, UserDefaults &defa
                      [this] { g_settings_set_boolean(m_settings.get(), banners, FALSE); });
 }
 
-NotificationBanners::~NotificationBanners() = default;
+NotificationBanners::~NotificationBanners() {
+    g_settings_sync();
+}
 
 void NotificationBanners::hide() {
     if (isOwed(m_defaults) || !g_settings_get_boolean(m_settings.get(), banners))
@@ -85,7 +85,6 @@ void NotificationBanners::giveBack() {
             g_settings_reset(m_settings.get(), banners);
         else
             g_settings_set_boolean(m_settings.get(), banners, TRUE);
-        g_settings_sync();
     }
     m_defaults.removeObjectForKey(owed);
     m_defaults.synchronize();

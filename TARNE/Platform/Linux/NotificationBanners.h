@@ -4,7 +4,7 @@
 
 #include <memory>
 
-using GSettings = struct _GSettings;
+#include <gio/gio.h>
 
 namespace tarne {
 
@@ -21,13 +21,14 @@ public:
     /// Whether an earlier run has left the setting changed.
     [[nodiscard]] static bool isOwed(const UserDefaults &defaults);
 
+    /// Waits until the desktop knows what was set.
     ~NotificationBanners();
     NotificationBanners(const NotificationBanners &) = delete;
     NotificationBanners &operator=(const NotificationBanners &) = delete;
 
     /// Turns banners off a moment later, unless the user has them off anyway.
     void hide();
-    /// Puts the setting back, if it was changed, and waits until it is.
+    /// Puts the setting back, if it was changed.
     void giveBack();
 
 private:

@@ -126,7 +126,7 @@ private:
 
 } // namespace
 
-StatusNotifierItem::StatusNotifierItem(QDBusConnection sessionBus, Identity identity,
+StatusNotifierItem::StatusNotifierItem(const QDBusConnection &sessionBus, Identity identity,
                                        Handlers handlers)
     : m_bus(sessionBus),
       m_identity(std::move(identity)),

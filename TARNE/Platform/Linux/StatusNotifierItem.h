@@ -43,7 +43,7 @@ public:
         std::function<void(int entry, const QString &activationToken)> chosen;
     };
 
-    StatusNotifierItem(QDBusConnection sessionBus, Identity identity, Handlers handlers);
+    StatusNotifierItem(const QDBusConnection &sessionBus, Identity identity, Handlers handlers);
     ~StatusNotifierItem() override;
 
     /// Panels are told what differs from before.

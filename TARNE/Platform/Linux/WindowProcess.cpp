@@ -32,7 +32,7 @@ xcb_atom_t processAtom(xcb_connection_t *display) {
 
 } // namespace
 
-WindowProcess::WindowProcess(QWindow &window, QDBusConnection sessionBus)
+WindowProcess::WindowProcess(QWindow &window, const QDBusConnection &sessionBus)
     : m_window(window),
       m_bus(sessionBus,
             {u"org.freedesktop.DBus"_s, u"/org/freedesktop/DBus"_s, u"org.freedesktop.DBus"_s}) {

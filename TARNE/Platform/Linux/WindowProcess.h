@@ -20,7 +20,7 @@ class WindowProcess final : public QObject {
 
 public:
     /// To be made before the window's first appearance; the window outlives the object.
-    WindowProcess(QWindow &window, QDBusConnection sessionBus);
+    WindowProcess(QWindow &window, const QDBusConnection &sessionBus);
 
 protected:
     bool eventFilter(QObject *watched, QEvent *event) override;
