@@ -3,8 +3,10 @@
 
 #include "AppDelegate.h"
 #include "ContentView.h"
+#include "DesktopPresence.h"
 #include "MainAppView.h"
 #include "MainWindow.h"
+#include "RemoteControl.h"
 #include "TARNEApp.h"
 #include "UpdateCheck.h"
 #include "WrapUpSheets.h"
@@ -38,6 +40,7 @@
 #include "SystemProcessTools.h"
 #include "UnixSignals.h"
 #include "Version.h"
+#include "WindowProcess.h"
 
 #include <QDBusConnection>
 #include <QGuiApplication>
@@ -74,12 +77,13 @@ int main(int argc, char **argv) {
 
     // Before the store is opened and before anything is logged: a second start only shows the
     // first one's window.
-    std::function<void(const QString &)> showWindow = [](const QString &) {};
+    SingleInstance::Activated perform = [](const QString &, const QString &) {};
     DefaultsLock storeLock(StoredUserDefaults::standardFolder());
-    SingleInstance instance({.sessionBus = QDBusConnection::sessionBus(),
-                             .busAddress = SingleInstance::sessionBusAddress(),
-                             .lock = storeLock},
-                            [&showWindow](const QString &token) { showWindow(token); });
+    SingleInstance instance(
+        {.sessionBus = QDBusConnection::sessionBus(),
+         .busAddress = SingleInstance::sessionBusAddress(),
+         .lock = storeLock},
+        [&perform](const QString &action, const QString &token) { perform(action, token); });
     if (!instance.isFirst()) {
         instance.activateFirst();
         return 0;
@@ -195,13 +199,19 @@ int main(int argc, char **argv) {
     QQmlEngine engine;
     engine.addImportPath(u"qrc:/qt/qml"_s);
     MainWindow window(&engine);
-    showWindow = [&window](const QString &activationToken) {
+    const WindowProcess windowProcess(window, QDBusConnection::sessionBus());
+    RemoteControl remoteControl(app, defaults, [&window](const QString &activationToken) {
         // Where Qt looks for it when a window is to come to the front.
         if (!activationToken.isEmpty())
             qputenv("XDG_ACTIVATION_TOKEN", activationToken.toUtf8());
         window.present();
         qunsetenv("XDG_ACTIVATION_TOKEN"); // No child is to inherit it.
-    };
+    });
+    perform = std::bind_front(&RemoteControl::perform, &remoteControl);
+    QObject::connect(&userNotifications, &NotifierUserNotificationCenter::activated, &remoteControl,
+                     &RemoteControl::answerNotice);
+    const DesktopPresence presence(instance, SingleInstance::path, QDBusConnection::sessionBus(),
+                                   defaults, remoteControl);
     QObject::connect(&window, &MainWindow::shown, &app, &TARNEApp::windowShown);
     QObject::connect(&window, &MainWindow::closed, &app, &TARNEApp::windowClosed);
     QObject::connect(&app, &TARNEApp::quitRequested, &application, &QGuiApplication::quit,

@@ -29,4 +29,7 @@ inline constexpr QLatin1StringView lastUpdate{"LastUpdate"};
 inline constexpr std::array published{sessionActive,   sessionGoals,    sessionId, timeRemaining,
                                       sessionDuration, sessionProgress, lastUpdate};
 
+/// Whether the desktop is to keep other notifications away while a session runs.
+inline constexpr QLatin1StringView quietDuringSessions{"QuietDuringSessions"};
+
 } // namespace tarne::keys

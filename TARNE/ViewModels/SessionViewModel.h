@@ -75,6 +75,9 @@ public:
     /// The fraction left: 1.0 at the start, 0.0 at the end.
     [[nodiscard]] double progress() const { return m_progress; }
     [[nodiscard]] bool isTimerActive() const { return m_isTimerActive; }
+    /// When the count-down that was started last is over by the wall clock, or was; none after
+    /// `stopTimer`. A pause does not move it.
+    [[nodiscard]] std::optional<Date> countdownEnd() const;
     [[nodiscard]] bool isTimerComplete() const { return m_isTimerComplete; }
     /// For the timer screen, which lowers the flag when it appears.
     void setTimerComplete(bool complete);

@@ -39,6 +39,11 @@ double SessionViewModel::remainingByWallClock() const {
     return std::max(0.0, m_originalDuration - elapsed);
 }
 
+std::optional<Date> SessionViewModel::countdownEnd() const {
+    return m_sessionStartTime ? std::optional(*m_sessionStartTime + m_originalDuration)
+                              : std::nullopt;
+}
+
 void SessionViewModel::tick() {
     // A paused controller's timer goes on firing and does nothing.
     if (!m_isTimerActive || !m_sessionStartTime)

@@ -106,8 +106,9 @@ int main(int argc, char **argv) {
     QObject::connect(&notifier, &Notifier::activated, &app, [&](const QString &token) {
         const QVariantMap platformData{{u"activation-token"_s, token},
                                        {u"desktop-startup-id"_s, token}};
-        app.call(u"Activate"_s, {token.isEmpty() ? QVariantMap() : platformData}, &app,
-                 [](const QDBusMessage &) {});
+        app.call(u"ActivateAction"_s,
+                 {u"notice"_s, QVariantList(), token.isEmpty() ? QVariantMap() : platformData},
+                 &app, [](const QDBusMessage &) {});
     });
 
     // A bus that ends has been the user's session.

@@ -139,6 +139,12 @@ class Desktop:
         """The window in which dunst shows notifications; empty while it shows none."""
         return self.xdotool("search", "--onlyvisible", "--class", "Dunst").split("\n")[0]
 
+    def start_mock_of_template(self, template, name):
+        """Starts a service of python-dbusmock that a file describes; its process."""
+        mock = self._start(*MOCK, "--session", "--template", str(template), **self.environment)
+        eventually(lambda: self.owns(name), f"{name} is on the bus")
+        return mock
+
     def stop_notifications(self):
         self._notifications.kill()
         self._notifications.wait()

@@ -16,10 +16,12 @@ constexpr auto reviewInterval = 10s;
 FreedesktopUserNotificationCenter::FreedesktopUserNotificationCenter(QDBusConnection sessionBus,
                                                                      const Clock &clock,
                                                                      CurrentCalendar calendar)
-    : m_daemon(std::move(sessionBus), NotificationDaemon::Clicks::Ignored),
+    : m_daemon(std::move(sessionBus), NotificationDaemon::Clicks::Told),
       m_clock(clock),
       m_calendar(std::move(calendar)) {
     m_review.setInterval(reviewInterval);
+    connect(&m_daemon, &NotificationDaemon::activated, this,
+            &FreedesktopUserNotificationCenter::activated);
     connect(&m_review, &QTimer::timeout, this, &FreedesktopUserNotificationCenter::showWhatIsDue);
     connect(&m_alarm, &WallClockAlarm::rang, this,
             &FreedesktopUserNotificationCenter::showWhatIsDue);

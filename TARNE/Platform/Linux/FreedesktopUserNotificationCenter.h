@@ -38,6 +38,11 @@ public:
         return m_schedule.pending();
     }
 
+Q_SIGNALS:
+    /// The user has clicked on a notification. The token lets a window come to the front; it may be
+    /// empty.
+    void activated(const QString &activationToken);
+
 private:
     std::optional<QString> busError() const;
     void showWhatIsDue();

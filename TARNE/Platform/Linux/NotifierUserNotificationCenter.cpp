@@ -47,6 +47,8 @@ NotifierUserNotificationCenter::NotifierUserNotificationCenter(QDBusConnection s
       m_here(sessionBus, clock, m_calendar),
       m_notifier(std::move(sessionBus), {notifier::service, notifier::path, notifier::interface}) {
     notifier::registerComponents();
+    connect(&m_here, &FreedesktopUserNotificationCenter::activated, this,
+            &NotifierUserNotificationCenter::activated);
     connect(&m_notifier, &DBusService::appeared, this, &NotifierUserNotificationCenter::handOver);
     connect(&m_notifier, &DBusService::vanished, this,
             &NotifierUserNotificationCenter::lookAfterAccepted);

@@ -34,6 +34,12 @@ public:
     void removePendingNotificationRequests(const QStringList &identifiers) override;
     void removeAllPendingNotificationRequests() override;
 
+Q_SIGNALS:
+    /// The user has clicked on a notification that this process has shown. Of the notifier's own a
+    /// click arrives as an action of the application. The token lets a window come to the front; it
+    /// may be empty.
+    void activated(const QString &activationToken);
+
 private:
     using Number = quint64; ///< Calls are numbered in their order.
 

@@ -19,7 +19,6 @@ namespace {
 constexpr auto longestEnd = 30s;
 constexpr int busTimeoutMilliseconds = 2'000;
 constexpr QLatin1StringView name{"com.tarne.app"};
-constexpr QLatin1StringView path{"/com/tarne/app"};
 constexpr QLatin1StringView interface { "org.freedesktop.Application" };
 
 /// The interface by which desktops and further processes reach the running program.
@@ -32,17 +31,18 @@ public:
         : QDBusAbstractAdaptor(parent), m_activated(std::move(activated)) {}
 
 public Q_SLOTS:
-    void Activate(const QVariantMap &platformData) { show(platformData); }
+    void Activate(const QVariantMap &platformData) { perform({}, platformData); }
     /// There are no documents to open: the window is shown, as on any other start.
-    void Open(const QStringList &, const QVariantMap &platformData) { show(platformData); }
-    void ActivateAction(const QString &, const QVariantList &, const QVariantMap &platformData) {
-        show(platformData);
+    void Open(const QStringList &, const QVariantMap &platformData) { perform({}, platformData); }
+    void ActivateAction(const QString &action, const QVariantList &,
+                        const QVariantMap &platformData) {
+        perform(action, platformData);
     }
 
 private:
-    void show(const QVariantMap &platformData) {
+    void perform(const QString &action, const QVariantMap &platformData) {
         if (m_activated)
-            m_activated(platformData.value(u"activation-token"_s).toString());
+            m_activated(action, platformData.value(u"activation-token"_s).toString());
     }
 
     SingleInstance::Activated m_activated;
@@ -60,7 +60,8 @@ void sendActivate(QDBusConnection &bus) {
         platformData[u"activation-token"_s] = token;
     if (const auto id = qEnvironmentVariable("DESKTOP_STARTUP_ID"); !id.isEmpty())
         platformData[u"desktop-startup-id"_s] = id;
-    auto message = QDBusMessage::createMethodCall(name, path, interface, u"Activate"_s);
+    auto message =
+        QDBusMessage::createMethodCall(name, SingleInstance::path, interface, u"Activate"_s);
     // The bus itself would start one more program where nobody has the name.
     message.setAutoStartService(false);
     message << platformData;

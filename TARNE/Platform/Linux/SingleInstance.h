@@ -28,9 +28,13 @@ public:
         ProgramLock &lock;  ///< Of the store; outlives the object.
     };
 
-    /// Called in the first process when somebody starts the program again. The token lets a window
-    /// come to the front under Wayland; it may be empty.
-    using Activated = std::function<void(const QString &activationToken)>;
+    /// Called in the first process when somebody starts the program again, with an empty action, or
+    /// asks it for one of its actions. The token lets a window come to the front under Wayland; it
+    /// may be empty.
+    using Activated = std::function<void(const QString &action, const QString &activationToken)>;
+
+    /// Of the object on the bus that this one is.
+    static constexpr QLatin1StringView path{"/com/tarne/app"};
 
     SingleInstance(Place place, Activated activated);
     ~SingleInstance() override;

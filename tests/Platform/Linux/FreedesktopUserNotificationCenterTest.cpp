@@ -116,6 +116,20 @@ TEST_F(FreedesktopNotifications, ABodyOfAHundredKilobytesArrivesWhole) {
     EXPECT_EQ(shownBody(), body);
 }
 
+TEST_F(FreedesktopNotifications, AClickIsToldWithTheDaemonsToken) {
+    startDaemon(u"body actions"_s);
+    FreedesktopUserNotificationCenter clicked(m_connection, m_clock, utc);
+    QStringList tokens;
+    QObject::connect(&clicked, &FreedesktopUserNotificationCenter::activated,
+                     [&](const QString &token) { tokens += token; });
+    clicked.add({u"id"_s, {u"Title"_s, {}}, std::nullopt}, {});
+    EXPECT_EQ(shownTitle(), u"Title"_s);
+    m_daemon->emitSignal(notificationService, u"ActivationToken"_s, u"us"_s, {1u, u"token-7"_s});
+    m_daemon->emitSignal(notificationService, u"ActionInvoked"_s, u"us"_s, {1u, u"default"_s});
+    EXPECT_TRUE(serveUntil([&] { return !tokens.isEmpty(); }));
+    EXPECT_EQ(tokens, QStringList{u"token-7"_s});
+}
+
 TEST_F(FreedesktopNotifications, ATriggerIsShownWhenItsMomentComes) {
     startDaemon();
     const SystemClock clock;

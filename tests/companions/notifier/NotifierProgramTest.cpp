@@ -203,13 +203,13 @@ TEST_F(TheNotifierProgram, BringsTarneUpByAClick) {
     m_program.connection().unregisterService(u"com.tarne.app"_s);
     const auto tarne = MockService::bare(m_program.bus(), u"com.tarne.app"_s, u"/com/tarne/app"_s,
                                          u"org.freedesktop.Application"_s);
-    tarne->addMethod(u"Activate"_s, u"a{sv}"_s, {}, {});
+    tarne->addMethod(u"ActivateAction"_s, u"sava{sv}"_s, {}, {});
     m_daemon->emitSignal(notifications, u"ActivationToken"_s, u"us"_s, {1u, u"token-7"_s});
     m_daemon->emitSignal(notifications, u"ActionInvoked"_s, u"us"_s, {1u, u"default"_s});
-    EXPECT_TRUE(tarne->waitForCalls(u"Activate"_s, 1));
-    EXPECT_EQ(qdbus_cast<QVariantMap>(tarne->calls(u"Activate"_s).at(0).at(0))
-                  .value(u"activation-token"_s)
-                  .toString(),
+    ASSERT_TRUE(tarne->waitForCalls(u"ActivateAction"_s, 1));
+    const QVariantList call = tarne->calls(u"ActivateAction"_s).at(0);
+    EXPECT_EQ(call.at(0), QVariant(u"notice"_s));
+    EXPECT_EQ(qdbus_cast<QVariantMap>(call.at(2)).value(u"activation-token"_s).toString(),
               u"token-7"_s);
     m_daemon->emitSignal(notifications, u"NotificationClosed"_s, u"uu"_s, {1u, 2u});
     EXPECT_TRUE(m_program.hasEnded());
