@@ -23,6 +23,7 @@
 #include "NetworkHTTPClient.h"
 #include "NetworkHealthProbe.h"
 #include "NotifierUserNotificationCenter.h"
+#include "PortalWishes.h"
 #include "PortalWorkspace.h"
 #include "QProcessLauncher.h"
 #include "QtRunLoop.h"
@@ -34,6 +35,7 @@
 #include "StandardOutputLog.h"
 #include "StoredKeys.h"
 #include "StoredUserDefaults.h"
+#include "StyleWishes.h"
 #include "SystemClock.h"
 #include "SystemProcessTools.h"
 #include "UnixSignals.h"
@@ -192,6 +194,10 @@ int main(int argc, char **argv) {
     // The window.
     QQmlEngine engine;
     engine.addImportPath(u"qrc:/qt/qml"_s);
+    // Told from the event loop, when the window's document has been loaded.
+    const PortalWishes wishes(QDBusConnection::sessionBus(), [&engine](const DesktopWishes &now) {
+        StyleWishes::of(engine).setWishes(now);
+    });
     MainWindow window(&engine);
     showWindow = [&window](const QString &activationToken) {
         // Where Qt looks for it when a window is to come to the front.

@@ -48,7 +48,7 @@ Column {
             id: customButton
 
             anchors.horizontalCenter: parent.horizontalCenter
-            width: Math.min(implicitWidth, 200)
+            width: Math.min(implicitWidth, Typography.grown(200))
             symbol: "pencil"
             text: "Custom Duration"
             onClicked: choice.view.toggleCustomInput()
