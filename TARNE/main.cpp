@@ -25,6 +25,7 @@
 #include "NetworkHTTPClient.h"
 #include "NetworkHealthProbe.h"
 #include "NotifierUserNotificationCenter.h"
+#include "PortalWishes.h"
 #include "PortalWorkspace.h"
 #include "QProcessLauncher.h"
 #include "QtRunLoop.h"
@@ -36,6 +37,7 @@
 #include "StandardOutputLog.h"
 #include "StoredKeys.h"
 #include "StoredUserDefaults.h"
+#include "StyleWishes.h"
 #include "SystemClock.h"
 #include "SystemProcessTools.h"
 #include "UnixSignals.h"
@@ -198,6 +200,10 @@ int main(int argc, char **argv) {
     // The window.
     QQmlEngine engine;
     engine.addImportPath(u"qrc:/qt/qml"_s);
+    // Told from the event loop, when the window's document has been loaded.
+    const PortalWishes wishes(QDBusConnection::sessionBus(), [&engine](const DesktopWishes &now) {
+        StyleWishes::of(engine).setWishes(now);
+    });
     MainWindow window(&engine);
     const WindowProcess windowProcess(window, QDBusConnection::sessionBus());
     RemoteControl remoteControl(app, defaults, [&window](const QString &activationToken) {

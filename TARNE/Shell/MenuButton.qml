@@ -22,8 +22,8 @@ IconButton {
 
         property string keys
 
-        implicitWidth: 210
-        implicitHeight: 28
+        implicitWidth: menu.contentWidth
+        implicitHeight: Typography.grown(28)
         Accessible.name: text
         Accessible.onPressAction: clicked()
 
@@ -56,7 +56,7 @@ IconButton {
         y: button.height + 8
         implicitWidth: contentWidth + leftPadding + rightPadding
         implicitHeight: contentHeight + topPadding + bottomPadding
-        contentWidth: 210
+        contentWidth: Typography.grown(210)
         padding: 5
         margins: 4
         // A press on the button closes it by way of the button, not before.

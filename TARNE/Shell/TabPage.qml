@@ -60,11 +60,11 @@ FocusScope {
                 property: "x"
                 from: page.width
                 to: 0
-                duration: 300
+                time: 300
             }
             EaseInOut {
                 property: "opacity"
-                duration: 300
+                time: 300
             }
         },
         Transition {
@@ -74,11 +74,11 @@ FocusScope {
                 property: "x"
                 from: 0
                 to: -page.width
-                duration: 300
+                time: 300
             }
             EaseInOut {
                 property: "opacity"
-                duration: 300
+                time: 300
             }
         }
     ]

@@ -50,8 +50,8 @@ FocusScope {
                 readonly property bool isSelected: strip.contentView.selectedTab === index
 
                 text: tab.modelData.label
-                implicitWidth: 112
-                implicitHeight: 30
+                implicitWidth: Typography.grown(112)
+                implicitHeight: Typography.grown(30)
                 focus: isSelected
                 focusPolicy: isSelected ? Qt.TabFocus : Qt.NoFocus
                 hasPointingHand: false
@@ -79,7 +79,7 @@ FocusScope {
                         SymbolIcon {
                             anchors.verticalCenter: parent.verticalCenter
                             symbol: tab.modelData.icon
-                            size: 14
+                            size: Typography.grown(14)
                             color: tab.isSelected ? Colors.accent : Colors.secondaryText
                         }
                         ControlText {

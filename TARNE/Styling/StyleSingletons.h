@@ -1,13 +1,18 @@
 #pragma once
 
+#include "StyleWishes.h"
 #include "TARNEStyle.h"
 
 #include <QObject>
 #include <QtQml/qqmlregistration.h>
 
+class QJSEngine;
+class QQmlEngine;
+
 namespace tarne {
 
 /// `Colors` of QML: the tokens of TARNEStyle::Colors and the system's colours by name and role.
+/// Where the user asks for more contrast, secondary texts and outlines are darker.
 class ColorsSingleton : public QObject {
     Q_OBJECT
     QML_NAMED_ELEMENT(Colors)
@@ -15,11 +20,11 @@ class ColorsSingleton : public QObject {
 
     Q_PROPERTY(QColor background MEMBER m_background CONSTANT FINAL)
     Q_PROPERTY(QColor primaryText MEMBER m_primaryText CONSTANT FINAL)
-    Q_PROPERTY(QColor secondaryText MEMBER m_secondaryText CONSTANT FINAL)
+    Q_PROPERTY(QColor secondaryText READ secondaryText NOTIFY contrastChanged FINAL)
     Q_PROPERTY(QColor accent MEMBER m_accent CONSTANT FINAL)
     Q_PROPERTY(QColor success MEMBER m_success CONSTANT FINAL)
     Q_PROPERTY(QColor warning MEMBER m_warning CONSTANT FINAL)
-    Q_PROPERTY(QColor border MEMBER m_border CONSTANT FINAL)
+    Q_PROPERTY(QColor border READ border NOTIFY contrastChanged FINAL)
     Q_PROPERTY(QColor shadow MEMBER m_shadow CONSTANT FINAL)
 
     Q_PROPERTY(QColor white MEMBER m_white CONSTANT FINAL)
@@ -34,29 +39,43 @@ class ColorsSingleton : public QObject {
     Q_PROPERTY(QColor cyan MEMBER m_cyan CONSTANT FINAL)
 
     Q_PROPERTY(QColor label MEMBER m_label CONSTANT FINAL)
-    Q_PROPERTY(QColor secondaryLabel MEMBER m_secondaryLabel CONSTANT FINAL)
-    Q_PROPERTY(QColor tertiaryLabel MEMBER m_tertiaryLabel CONSTANT FINAL)
-    Q_PROPERTY(QColor quaternaryLabel MEMBER m_quaternaryLabel CONSTANT FINAL)
-    Q_PROPERTY(QColor separator MEMBER m_separator CONSTANT FINAL)
+    Q_PROPERTY(QColor secondaryLabel READ secondaryLabel NOTIFY contrastChanged FINAL)
+    Q_PROPERTY(QColor tertiaryLabel READ tertiaryLabel NOTIFY contrastChanged FINAL)
+    Q_PROPERTY(QColor quaternaryLabel READ quaternaryLabel NOTIFY contrastChanged FINAL)
+    Q_PROPERTY(QColor separator READ separator NOTIFY contrastChanged FINAL)
     Q_PROPERTY(QColor textBackground MEMBER m_textBackground CONSTANT FINAL)
     Q_PROPERTY(QColor controlBackground MEMBER m_controlBackground CONSTANT FINAL)
     Q_PROPERTY(QColor secondaryFill MEMBER m_secondaryFill CONSTANT FINAL)
     Q_PROPERTY(QColor regularMaterial MEMBER m_regularMaterial CONSTANT FINAL)
 
 public:
+    /// `wishes` must outlive the colours.
+    explicit ColorsSingleton(const StyleWishes &wishes);
+    static ColorsSingleton *create(QQmlEngine *engine, QJSEngine *);
+
+    [[nodiscard]] QColor secondaryText() const;
+    [[nodiscard]] QColor border() const;
+    [[nodiscard]] QColor secondaryLabel() const;
+    [[nodiscard]] QColor tertiaryLabel() const;
+    [[nodiscard]] QColor quaternaryLabel() const;
+    [[nodiscard]] QColor separator() const;
+
     /// `Color(hex:)`.
     Q_INVOKABLE static QColor hex(const QString &text);
     /// `color` with its own opacity multiplied by `opacity`.
     Q_INVOKABLE static QColor withOpacity(const QColor &color, double opacity);
 
+Q_SIGNALS:
+    void contrastChanged();
+
 private:
+    const StyleWishes &m_wishes;
+
     QColor m_background = TARNEStyle::Colors::background;
     QColor m_primaryText = TARNEStyle::Colors::primaryText;
-    QColor m_secondaryText = TARNEStyle::Colors::secondaryText;
     QColor m_accent = TARNEStyle::Colors::accent;
     QColor m_success = TARNEStyle::Colors::success;
     QColor m_warning = TARNEStyle::Colors::warning;
-    QColor m_border = TARNEStyle::Colors::border;
     QColor m_shadow = TARNEStyle::Colors::shadow;
 
     QColor m_white = SystemColors::white;
@@ -71,10 +90,6 @@ private:
     QColor m_cyan = SystemColors::cyan;
 
     QColor m_label = SystemColors::label;
-    QColor m_secondaryLabel = SystemColors::secondaryLabel;
-    QColor m_tertiaryLabel = SystemColors::tertiaryLabel;
-    QColor m_quaternaryLabel = SystemColors::quaternaryLabel;
-    QColor m_separator = SystemColors::separator;
     QColor m_textBackground = SystemColors::textBackground;
     QColor m_controlBackground = SystemColors::controlBackground;
     QColor m_secondaryFill = SystemColors::secondaryFill;
@@ -100,71 +115,77 @@ class FontSizes {
     double m_timer = TARNEStyle::Typography::FontSize::timer;
 };
 
-/// `Typography` of QML: the font tokens, the platform's own text styles and fonts of any size.
-class TypographySingleton : public QObject {
+/// What `Typography` of QML is made of: the font tokens, the platform's own text styles and fonts
+/// of any size, all larger by the text scale.
+class TypographyTokens : public QObject {
     Q_OBJECT
-    QML_NAMED_ELEMENT(Typography)
-    QML_SINGLETON
+    QML_ELEMENT
 
+    Q_PROPERTY(double textScale MEMBER m_textScale NOTIFY textScaleChanged FINAL)
     Q_PROPERTY(tarne::FontSizes fontSize READ fontSize CONSTANT FINAL)
-    Q_PROPERTY(QFont heading1 READ heading1 CONSTANT FINAL)
-    Q_PROPERTY(QFont heading2 READ heading2 CONSTANT FINAL)
-    Q_PROPERTY(QFont heading3 READ heading3 CONSTANT FINAL)
-    Q_PROPERTY(QFont body READ body CONSTANT FINAL)
-    Q_PROPERTY(QFont bodyLarge READ bodyLarge CONSTANT FINAL)
-    Q_PROPERTY(QFont caption READ caption CONSTANT FINAL)
-    Q_PROPERTY(QFont emphasis READ emphasis CONSTANT FINAL)
-    Q_PROPERTY(QFont sessionBody READ sessionBody CONSTANT FINAL)
-    Q_PROPERTY(QFont sessionBodyLarge READ sessionBodyLarge CONSTANT FINAL)
-    Q_PROPERTY(QFont sessionCaption READ sessionCaption CONSTANT FINAL)
-    Q_PROPERTY(QFont sessionEmphasis READ sessionEmphasis CONSTANT FINAL)
-    Q_PROPERTY(QFont timerDisplay READ timerDisplay CONSTANT FINAL)
-    Q_PROPERTY(QFont button READ button CONSTANT FINAL)
-    Q_PROPERTY(QFont form READ form CONSTANT FINAL)
+    Q_PROPERTY(QFont heading1 READ heading1 NOTIFY textScaleChanged FINAL)
+    Q_PROPERTY(QFont heading2 READ heading2 NOTIFY textScaleChanged FINAL)
+    Q_PROPERTY(QFont heading3 READ heading3 NOTIFY textScaleChanged FINAL)
+    Q_PROPERTY(QFont body READ body NOTIFY textScaleChanged FINAL)
+    Q_PROPERTY(QFont bodyLarge READ bodyLarge NOTIFY textScaleChanged FINAL)
+    Q_PROPERTY(QFont caption READ caption NOTIFY textScaleChanged FINAL)
+    Q_PROPERTY(QFont emphasis READ emphasis NOTIFY textScaleChanged FINAL)
+    Q_PROPERTY(QFont sessionBody READ sessionBody NOTIFY textScaleChanged FINAL)
+    Q_PROPERTY(QFont sessionBodyLarge READ sessionBodyLarge NOTIFY textScaleChanged FINAL)
+    Q_PROPERTY(QFont sessionCaption READ sessionCaption NOTIFY textScaleChanged FINAL)
+    Q_PROPERTY(QFont sessionEmphasis READ sessionEmphasis NOTIFY textScaleChanged FINAL)
+    Q_PROPERTY(QFont timerDisplay READ timerDisplay NOTIFY textScaleChanged FINAL)
+    Q_PROPERTY(QFont button READ button NOTIFY textScaleChanged FINAL)
+    Q_PROPERTY(QFont form READ form NOTIFY textScaleChanged FINAL)
 
     // The platform's text styles, which some screens name instead of a token.
-    Q_PROPERTY(QFont systemTitle2 READ systemTitle2 CONSTANT FINAL)
-    Q_PROPERTY(QFont systemTitle3 READ systemTitle3 CONSTANT FINAL)
-    Q_PROPERTY(QFont systemHeadline READ systemHeadline CONSTANT FINAL)
-    Q_PROPERTY(QFont systemBody READ systemBody CONSTANT FINAL)
-    Q_PROPERTY(QFont systemCaption READ systemCaption CONSTANT FINAL)
+    Q_PROPERTY(QFont systemTitle2 READ systemTitle2 NOTIFY textScaleChanged FINAL)
+    Q_PROPERTY(QFont systemTitle3 READ systemTitle3 NOTIFY textScaleChanged FINAL)
+    Q_PROPERTY(QFont systemHeadline READ systemHeadline NOTIFY textScaleChanged FINAL)
+    Q_PROPERTY(QFont systemBody READ systemBody NOTIFY textScaleChanged FINAL)
+    Q_PROPERTY(QFont systemCaption READ systemCaption NOTIFY textScaleChanged FINAL)
 
 public:
     using Tokens = TARNEStyle::Typography;
 
     static FontSizes fontSize() { return {}; }
-    static QFont heading1() { return Tokens::heading1(); }
-    static QFont heading2() { return Tokens::heading2(); }
-    static QFont heading3() { return Tokens::heading3(); }
-    static QFont body() { return Tokens::body(); }
-    static QFont bodyLarge() { return Tokens::bodyLarge(); }
-    static QFont caption() { return Tokens::caption(); }
-    static QFont emphasis() { return Tokens::emphasis(); }
-    static QFont sessionBody() { return Tokens::sessionBody(); }
-    static QFont sessionBodyLarge() { return Tokens::sessionBodyLarge(); }
-    static QFont sessionCaption() { return Tokens::sessionCaption(); }
-    static QFont sessionEmphasis() { return Tokens::sessionEmphasis(); }
-    static QFont timerDisplay() { return Tokens::timerDisplay(); }
-    static QFont button() { return Tokens::button(); }
-    static QFont form() { return Tokens::form(); }
+    [[nodiscard]] QFont heading1() const { return scaled(Tokens::heading1()); }
+    [[nodiscard]] QFont heading2() const { return scaled(Tokens::heading2()); }
+    [[nodiscard]] QFont heading3() const { return scaled(Tokens::heading3()); }
+    [[nodiscard]] QFont body() const { return scaled(Tokens::body()); }
+    [[nodiscard]] QFont bodyLarge() const { return scaled(Tokens::bodyLarge()); }
+    [[nodiscard]] QFont caption() const { return scaled(Tokens::caption()); }
+    [[nodiscard]] QFont emphasis() const { return scaled(Tokens::emphasis()); }
+    [[nodiscard]] QFont sessionBody() const { return scaled(Tokens::sessionBody()); }
+    [[nodiscard]] QFont sessionBodyLarge() const { return scaled(Tokens::sessionBodyLarge()); }
+    [[nodiscard]] QFont sessionCaption() const { return scaled(Tokens::sessionCaption()); }
+    [[nodiscard]] QFont sessionEmphasis() const { return scaled(Tokens::sessionEmphasis()); }
+    [[nodiscard]] QFont timerDisplay() const { return scaled(Tokens::timerDisplay()); }
+    [[nodiscard]] QFont button() const { return scaled(Tokens::button()); }
+    [[nodiscard]] QFont form() const { return scaled(Tokens::form()); }
 
-    static QFont systemTitle2() { return Tokens::system(17); }
-    static QFont systemTitle3() { return Tokens::system(15); }
-    static QFont systemHeadline() { return Tokens::system(13, QFont::Bold); }
-    static QFont systemBody() { return Tokens::system(13); }
-    static QFont systemCaption() { return Tokens::system(10); }
+    [[nodiscard]] QFont systemTitle2() const { return scaled(Tokens::system(17)); }
+    [[nodiscard]] QFont systemTitle3() const { return scaled(Tokens::system(15)); }
+    [[nodiscard]] QFont systemHeadline() const { return scaled(Tokens::system(13, QFont::Bold)); }
+    [[nodiscard]] QFont systemBody() const { return scaled(Tokens::system(13)); }
+    [[nodiscard]] QFont systemCaption() const { return scaled(Tokens::system(10)); }
 
-    /// The system's font at `size` points and a weight such as `Font.Medium`.
-    Q_INVOKABLE static QFont system(double size, int weight = QFont::Normal);
-    /// The headings' font at `size` points.
-    Q_INVOKABLE static QFont heading(double size);
-    /// The emoji family alone, for a text that is a single emoji: some of them, such as the sun,
-    /// have a plain glyph in the text family as well.
-    Q_INVOKABLE static QFont emoji(double size);
+    // The fonts of TARNEStyle, at `size` points whatever the text scale is.
+    Q_INVOKABLE static QFont systemFont(double size, int weight);
+    Q_INVOKABLE static QFont headingFont(double size);
+    Q_INVOKABLE static QFont emojiFont(double size);
     /// `font` in another weight.
     Q_INVOKABLE static QFont weighted(QFont font, int weight);
     /// `font` with a line through its text, or without.
     Q_INVOKABLE static QFont struckOut(QFont font, bool isStruckOut);
+
+Q_SIGNALS:
+    void textScaleChanged();
+
+private:
+    [[nodiscard]] QFont scaled(QFont font) const;
+
+    double m_textScale = 1.0;
 };
 
 /// `Layout` of QML: TARNEStyle::Layout. `padding` stands for all four sides.

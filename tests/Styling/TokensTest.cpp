@@ -48,8 +48,10 @@ TEST(Tokens, ReachScreensAsColours) {
         {"controlBackground", SystemColors::controlBackground},
         {"secondaryFill", SystemColors::secondaryFill},
         {"regularMaterial", SystemColors::regularMaterial}};
+    const StyleWishes none;
+    const ColorsSingleton singleton(none);
     for (const auto &[name, color] : colors)
-        EXPECT_EQ(token<ColorsSingleton>(name).value<QColor>(), color) << name;
+        EXPECT_EQ(singleton.property(name).value<QColor>(), color) << name;
 }
 
 TEST(Tokens, ReachScreensAsFonts) {
@@ -69,7 +71,7 @@ TEST(Tokens, ReachScreensAsFonts) {
         {"button", Style::Typography::button()},
         {"form", Style::Typography::form()}};
     for (const auto &[name, font] : fonts)
-        EXPECT_EQ(token<TypographySingleton>(name).value<QFont>(), font) << name;
+        EXPECT_EQ(token<TypographyTokens>(name).value<QFont>(), font) << name;
 }
 
 TEST(Tokens, ReachScreensAsMeasures) {

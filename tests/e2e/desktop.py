@@ -18,6 +18,15 @@ MOCK = (sys.executable, "-m", "dbusmock")
 NOTIFICATIONS = "org.freedesktop.Notifications"
 KEY_STORE = "org.freedesktop.secrets"
 PASSWORD_DIALOGS = "org.gnome.keyring.SystemPrompter"
+PORTAL = "org.freedesktop.portal.Desktop"
+PORTAL_PATH = "/org/freedesktop/portal/desktop"
+PORTAL_SETTINGS = "org.freedesktop.portal.Settings"
+# Group, key and type of what users ask their desktops for.
+SETTINGS = {
+    "animations": ("org.gnome.desktop.interface", "enable-animations", "Boolean"),
+    "text_scale": ("org.gnome.desktop.interface", "text-scaling-factor", "Double"),
+    "contrast": ("org.freedesktop.appearance", "contrast", "UInt32"),
+}
 PASSWORD_DIALOG = pathlib.Path(__file__).resolve().parents[1] / "support" / "password_dialog.py"
 
 # Nothing is started on demand but what a test offers, so no stray window lies over a control.
@@ -246,19 +255,50 @@ class Desktop:
         calls = (line.partition(" OpenURI ")[2] for line in self._page_log.read_text().splitlines())
         return [call.split('"')[3] for call in calls if call]
 
+    def start_portal(self, **settings):
+        """Starts a desktop portal with the settings that a user may have made, as `change_setting`
+        names them."""
+        self._start(*MOCK, "--session", PORTAL, PORTAL_PATH, PORTAL_SETTINGS, **self.environment)
+        eventually(lambda: self.owns(PORTAL), "there is a portal")
+        groups = {}
+        for name, value in settings.items():
+            group, key, kind = SETTINGS[name]
+            groups.setdefault(group, []).append(f"'{key}': dbus.{kind}({value!r})")
+        entries = ", ".join(f"'{group}': dbus.Dictionary({{{', '.join(entries)}}}, signature='sv')"
+                            for group, entries in groups.items())
+        self.call(PORTAL, PORTAL_PATH, "org.freedesktop.DBus.Mock", "AddMethod",
+                  GLib.Variant("(sssss)", (
+                      PORTAL_SETTINGS, "ReadAll", "as", "a{sa{sv}}",
+                      f"ret = dbus.Dictionary({{{entries}}}, signature='sa{{sv}}')")))
+
+    def change_setting(self, name, value):
+        """What the portal tells when the user changes a setting."""
+        group, key, kind = SETTINGS[name]
+        wrapped = GLib.Variant({"Boolean": "b", "Double": "d", "UInt32": "u"}[kind], value)
+        self.call(PORTAL, PORTAL_PATH, "org.freedesktop.DBus.Mock", "EmitSignal",
+                  GLib.Variant("(sssav)", (
+                      PORTAL_SETTINGS, "SettingChanged", "ssv",
+                      [GLib.Variant("s", group), GLib.Variant("s", key),
+                       GLib.Variant("v", wrapped)])))
+
+    def set_font_resolution(self, dots):
+        """What a desktop under X11 makes of its text scale: dots an inch in place of 96."""
+        self.ask("xrdb", "-nocpp", "-merge", typed=f"Xft.dpi: {dots}\n")
+
     def start_window_manager(self):
         self._start("openbox", "--config-file", "/etc/xdg/openbox/rc.xml", **self.environment)
         eventually(lambda: "window id" in self.ask("xprop", "-root", "_NET_SUPPORTING_WM_CHECK"),
                    "a window manager manages")
 
-    def start_compositor(self):
-        """Starts a Wayland compositor that fills the display; returns the name of its own one."""
+    def start_compositor(self, scale=1):
+        """Starts a Wayland compositor that fills the display, each of its points `scale` pixels wide;
+        returns the name of its own display."""
         name, configuration = "wayland-0", self.folder / "weston.ini"
         configuration.write_text(COMPOSITOR_CONFIGURATION)
-        width, height = self.xdotool("getdisplaygeometry").split()
+        width, height = (int(side) // scale for side in self.xdotool("getdisplaygeometry").split())
         self._start("weston", "--backend=x11-backend.so", "--use-pixman", f"--socket={name}",
                     f"--config={configuration}", f"--width={width}", f"--height={height}",
-                    **self.environment)
+                    f"--scale={scale}", **self.environment)
         compositor = "Weston Compositor"
         eventually(lambda: (self.runtime / name).exists()
                    and self.xdotool("search", "--onlyvisible", "--class", compositor),

@@ -17,7 +17,7 @@ Item {
     scale: isReady ? 1 : 0.95
 
     Behavior on scale {
-        EaseInOut { duration: 200 }
+        EaseInOut { time: 200 }
     }
 
     // A disabled button has no pointer shape, and an editor's behind it would show through.
@@ -41,7 +41,7 @@ Item {
             color: circle.isReady ? Colors.accent : Colors.quaternaryLabel
 
             Behavior on color {
-                EaseInOut { duration: 200 }
+                EaseInOut { time: 200 }
             }
         }
     }

@@ -29,7 +29,7 @@ Pressable {
     font: Typography.button
 
     Behavior on wholeOpacity {
-        EaseInOut { duration: 200 }
+        EaseInOut { time: 200 }
     }
     GroundVeil {
         ground: button.ground
@@ -45,11 +45,11 @@ Pressable {
 
         Behavior on color {
             enabled: button.lookDuration > 0
-            EaseInOut { duration: button.lookDuration }
+            EaseInOut { time: button.lookDuration }
         }
         Behavior on outlineColor {
             enabled: button.lookDuration > 0
-            EaseInOut { duration: button.lookDuration }
+            EaseInOut { time: button.lookDuration }
         }
 
         FocusRing {

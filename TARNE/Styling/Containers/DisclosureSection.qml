@@ -70,7 +70,7 @@ Column {
         property real openness: section.isExpanded ? 1 : 0
 
         Behavior on openness {
-            EaseInOut { duration: 200 }
+            EaseInOut { time: 200 }
         }
 
         ComponentSlot {

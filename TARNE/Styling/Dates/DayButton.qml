@@ -30,14 +30,14 @@ Pressable {
     contentItem: Item {
         RoundedBox {
             anchors.centerIn: parent
-            width: 32
-            height: 32
-            radius: 16
+            width: Typography.grown(32)
+            height: width
+            radius: width / 2
             color: button.isSelected ? button.accent : "transparent"
 
             FocusRing {
                 isShown: button.activeFocus
-                cornerRadius: 16
+                cornerRadius: Typography.grown(16)
                 border.color: Colors.withOpacity(button.accent, 0.5)
             }
         }

@@ -11,7 +11,7 @@ FocusScope {
     required property MonthCalendar calendar
     property color accent: Colors.accent
 
-    readonly property real weekHeight: 36
+    readonly property real weekHeight: Typography.grown(36)
     readonly property bool isDayFocused: activeFocus && !pages.activeFocus
 
     function focusTabStop(): void {
@@ -20,7 +20,7 @@ FocusScope {
             place.forceActiveFocus(Qt.TabFocusReason);
     }
 
-    implicitWidth: 7 * 40
+    implicitWidth: 7 * Typography.grown(40)
     implicitHeight: weeks.y + 6 * weekHeight
     LayoutMirroring.enabled: calendar.isRightToLeft
     LayoutMirroring.childrenInherit: true
@@ -63,7 +63,7 @@ FocusScope {
         id: head
 
         width: parent.width
-        height: 28
+        height: Typography.grown(28)
 
         PlainText {
             anchors.left: parent.left
@@ -76,7 +76,7 @@ FocusScope {
             id: pages
 
             anchors.right: parent.right
-            width: 2 * 28 + 4
+            width: 2 * head.height + 4
             height: parent.height
 
             MonthArrow {

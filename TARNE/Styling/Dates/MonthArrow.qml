@@ -11,8 +11,8 @@ PlainButton {
     required property color accent
 
     text: accessibleLabel
-    implicitWidth: 28
-    implicitHeight: 28
+    implicitWidth: Typography.grown(28)
+    implicitHeight: implicitWidth
 
     contentItem: ControlText {
         text: arrow.sign

@@ -4,10 +4,11 @@ import TARNE.Styling
 
 // The panel of a sheet: header and footer stay, the body between them scrolls when the panel is
 // higher than the window less 32. `ownHeight` is the height that it asks for; at 0 it is as high as
-// what it holds.
+// what it holds. It is `ownWidth` wide, and wider for larger texts, as far as the window goes.
 FocusScope {
     id: panel
 
+    property real ownWidth: 0
     property real ownHeight: 0
     property Item header: null
     property Item footer: null
@@ -32,6 +33,7 @@ FocusScope {
         scroll.show(item);
     }
 
+    implicitWidth: Math.max(ownWidth, Math.min(Typography.grown(ownWidth), Window.width - 32))
     implicitHeight: Math.min(ownHeight > 0 ? ownHeight : naturalHeight, availableHeight)
     Accessible.role: Accessible.Dialog
     Accessible.name: accessibleName

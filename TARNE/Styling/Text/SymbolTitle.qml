@@ -18,7 +18,7 @@ Row {
     SymbolIcon {
         anchors.verticalCenter: parent.verticalCenter
         symbol: title.symbol
-        size: 16
+        size: Typography.grown(16)
         weight: title.symbolWeight
         color: title.symbolColor
     }

@@ -16,7 +16,7 @@ SheetPanel {
         Math.min(24, (ownHeight - heading.implicitHeight - 20 - prompt.implicitHeight - 8
                       - editorHeight - 20 - save.implicitHeight) / 2)
 
-    implicitWidth: 500
+    ownWidth: 500
     ownHeight: 300
     accessibleName: title.text
 

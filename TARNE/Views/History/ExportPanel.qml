@@ -9,7 +9,7 @@ SheetPanel {
 
     required property ExportSheet view
 
-    implicitWidth: 700
+    ownWidth: 700
     ownHeight: 500
     accessibleName: title.text
 

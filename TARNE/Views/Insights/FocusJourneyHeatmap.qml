@@ -12,6 +12,8 @@ PageCard {
 
     required property InsightsView view
 
+    readonly property real monthHeight: Typography.grown(10)
+
     component Label: PlainText {
         font: Typography.system(10)
         color: Colors.secondaryText
@@ -27,12 +29,14 @@ PageCard {
         implicitHeight: gridColumn.implicitHeight
 
         Column {
-            width: 30
+            id: days
+
+            width: Typography.grown(30)
             spacing: 2
 
             Item {
                 width: 1
-                height: 12
+                height: card.monthHeight + 2
             }
             Repeater {
                 model: card.view.dayLabels
@@ -40,7 +44,7 @@ PageCard {
                 Label {
                     required property string modelData
 
-                    width: 30
+                    width: days.width
                     height: 15
                     text: modelData
                     horizontalAlignment: Text.AlignHCenter
@@ -52,7 +56,7 @@ PageCard {
         Item {
             id: year
 
-            x: 30
+            x: days.width
             width: parent.width - x
             height: parent.height
             clip: grid.width > width
@@ -73,7 +77,7 @@ PageCard {
                             required property string modelData
 
                             width: 221
-                            height: 10
+                            height: card.monthHeight
                             text: modelData
                             horizontalAlignment: Text.AlignLeft
                             verticalAlignment: Text.AlignVCenter

@@ -29,7 +29,7 @@ Item {
     Component.onCompleted: label.lastText = label.text
 
     Behavior on implicitWidth {
-        EaseInOut { duration: label.duration }
+        EaseInOut { time: label.duration }
     }
     EaseInOut {
         id: fade
@@ -37,7 +37,7 @@ Item {
         target: current
         property: "opacity"
         to: 1
-        duration: label.duration
+        time: label.duration
     }
 
     ControlText {

@@ -15,6 +15,6 @@ FocusScope {
     opacity: isShown ? 1 : 0
 
     Behavior on opacity {
-        EaseInOut { duration: scope.duration }
+        EaseInOut { time: scope.duration }
     }
 }

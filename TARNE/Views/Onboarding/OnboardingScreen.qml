@@ -32,7 +32,7 @@ Rectangle {
                 color: screen.view.currentScreen < index ? Colors.border : Colors.accent
 
                 Behavior on color {
-                    EaseInOut { duration: 350 }
+                    EaseInOut { time: 350 }
                 }
             }
         }

@@ -13,13 +13,15 @@ Row {
     spacing: Layout.defaultSpacing
 
     PlainText {
-        width: 20
+        id: number
+
+        width: Typography.grown(20)
         text: step.number
         font: Typography.emphasis
         color: Colors.accent
     }
     PlainText {
-        width: step.width - 20 - step.spacing
+        width: step.width - number.width - step.spacing
         text: step.text
         wrapMode: Text.Wrap
     }

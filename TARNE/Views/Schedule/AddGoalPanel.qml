@@ -13,7 +13,7 @@ SheetPanel {
     revealsFocus: field.isUsed
 
     focus: true
-    implicitWidth: 650
+    ownWidth: 650
     ownHeight: 800
     color: SchedulePalette.ground
     accessibleName: "New Goal"

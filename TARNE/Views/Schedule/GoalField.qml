@@ -68,10 +68,10 @@ Item {
         color: editor.isFocused ? SchedulePalette.accent : Colors.hex("E1E5E9")
 
         Behavior on height {
-            EaseInOut { duration: 200 }
+            EaseInOut { time: 200 }
         }
         Behavior on color {
-            EaseInOut { duration: 200 }
+            EaseInOut { time: 200 }
         }
     }
 }

@@ -23,7 +23,7 @@ PlainButton {
             opacity: button.isAvailable ? 1 : 0
 
             Behavior on opacity {
-                EaseInOut { duration: 200 }
+                EaseInOut { time: 200 }
             }
         }
         RoundedBox {
@@ -39,7 +39,7 @@ PlainButton {
             opacity: button.isAvailable ? 1 : 0
 
             Behavior on opacity {
-                EaseInOut { duration: 200 }
+                EaseInOut { time: 200 }
             }
         }
     }
@@ -66,7 +66,7 @@ PlainButton {
             visible: button.isAvailable || presence > 0
 
             Behavior on presence {
-                EaseInOut { duration: 200 }
+                EaseInOut { time: 200 }
             }
 
             SymbolIcon {

@@ -7,7 +7,7 @@ QtObject {
     readonly property color accent: Colors.hex("4F46E5")
     readonly property color text: Colors.hex("1F2937")
     readonly property color softerText: Colors.hex("374151")
-    readonly property color secondaryText: Colors.hex("6B7280")
+    readonly property color secondaryText: Wishes.contrastMore ? softerText : Colors.hex("6B7280")
     readonly property color rule: Colors.hex("E5E7EB")
     readonly property color ground: Colors.hex("FAFAFA")
     readonly property color control: Colors.hex("F9FAFB")

@@ -37,7 +37,7 @@ Rectangle {
             // Tied to nothing that changes, so it never runs. It is meant to be like this.
             Behavior on scale {
                 enabled: false
-                EaseInOut { duration: 150 }
+                EaseInOut { time: 150 }
             }
         }
         CloseButton {

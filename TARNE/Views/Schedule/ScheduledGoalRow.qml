@@ -26,7 +26,7 @@ FocusScope {
 
         x: 24
         anchors.verticalCenter: parent.verticalCenter
-        width: 80
+        width: Typography.grown(80)
         spacing: 2
 
         PlainText {

@@ -30,10 +30,10 @@ FocusScope {
     clip: height < fullHeight
 
     Behavior on height {
-        EaseInOut { duration: 350 }
+        EaseInOut { time: 350 }
     }
     Behavior on opacity {
-        EaseInOut { duration: 350 }
+        EaseInOut { time: 350 }
     }
 
     Row {
@@ -49,7 +49,7 @@ FocusScope {
             id: field
 
             anchors.verticalCenter: parent.verticalCenter
-            width: 100
+            width: Typography.grown(100)
             placeholderText: "5-180"
             text: row.view.customDuration
             Accessible.description: row.view.customInputError

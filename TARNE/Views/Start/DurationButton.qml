@@ -17,7 +17,7 @@ StyledButton {
     Accessible.selected: isSelected
 
     Behavior on scale {
-        EaseInOut { duration: 200 }
+        EaseInOut { time: 200 }
     }
 
     FontMetrics {
@@ -40,7 +40,7 @@ StyledButton {
             color: button.look.textColor
 
             Behavior on color {
-                EaseInOut { duration: button.lookDuration }
+                EaseInOut { time: button.lookDuration }
             }
         }
         ControlText {
@@ -50,7 +50,7 @@ StyledButton {
             color: button.isSelected ? Colors.accent : Colors.secondaryText
 
             Behavior on color {
-                EaseInOut { duration: button.lookDuration }
+                EaseInOut { time: button.lookDuration }
             }
         }
     }
@@ -61,7 +61,7 @@ StyledButton {
         opacity: button.isSelected ? button.look.opacity : 0
 
         Behavior on opacity {
-            EaseInOut { duration: 200 }
+            EaseInOut { time: 200 }
         }
 
         ShadowImage {

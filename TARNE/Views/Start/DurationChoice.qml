@@ -50,7 +50,7 @@ Column {
             readonly property bool accessibleExpanded: choice.view.showCustomInput
 
             anchors.horizontalCenter: parent.horizontalCenter
-            width: Math.min(implicitWidth, 200)
+            width: Math.min(implicitWidth, Typography.grown(200))
             symbol: "pencil"
             text: "Custom Duration"
             onClicked: choice.view.toggleCustomInput()

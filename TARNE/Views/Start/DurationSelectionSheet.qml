@@ -10,7 +10,7 @@ SheetPanel {
     required property DurationSelectionView view
 
     focus: true
-    implicitWidth: 450
+    ownWidth: 450
     color: Colors.background
     cornerRadius: Layout.cornerRadius
     shadowColor: Colors.shadow

@@ -16,7 +16,7 @@ SheetPanel {
         Math.min(32, (ownHeight - head.titleHeight - 40 - editorHeight) / 2)
 
     focus: true
-    implicitWidth: 520
+    ownWidth: 520
     ownHeight: 400
     hasDragIndicator: true
     accessibleName: head.title

@@ -69,6 +69,15 @@ void GlowingOrbView::setPaused(bool isPaused) {
     Q_EMIT isPausedChanged();
 }
 
+void GlowingOrbView::setStill(bool isStill) {
+    if (m_isStill == isStill)
+        return;
+    m_isStill = isStill;
+    updateTimer();
+    repaint();
+    Q_EMIT isStillChanged();
+}
+
 void GlowingOrbView::startAnimations() {
     m_pulse.start();
     updateTimer();
@@ -151,7 +160,7 @@ void GlowingOrbView::updateHighlight() {
 QImage GlowingOrbView::paintPicture(double devicePixelRatio) {
     updateLook(devicePixelRatio);
     QImage image(m_highlight.size(), QImage::Format_ARGB32_Premultiplied);
-    const double end = reach(m_paintedLook) * devicePixelRatio * m_pulse.scale();
+    const double end = reach(m_paintedLook) * devicePixelRatio * pulseScale();
     const auto entriesPerSquare = static_cast<float>(glowEntries / (end * end));
     const float last = glowEntries;
     const float middle = static_cast<float>(image.width()) / 2 - 0.5F;

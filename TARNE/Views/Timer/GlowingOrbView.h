@@ -19,6 +19,8 @@ class GlowingOrbView : public tarne::AnimatedTexture {
     Q_PROPERTY(double progress MEMBER m_progress WRITE setProgress NOTIFY progressChanged FINAL)
     Q_PROPERTY(bool isActive MEMBER m_isActive WRITE setActive NOTIFY isActiveChanged FINAL)
     Q_PROPERTY(bool isPaused MEMBER m_isPaused WRITE setPaused NOTIFY isPausedChanged FINAL)
+    /// Whether it stands at its smaller scale, whatever it would do otherwise.
+    Q_PROPERTY(bool isStill MEMBER m_isStill WRITE setStill NOTIFY isStillChanged FINAL)
     /// Nothing reads or animates it.
     Q_PROPERTY(double rotationAnimation MEMBER m_rotationAnimation CONSTANT FINAL)
     /// Whether it is to stand at its larger scale.
@@ -30,10 +32,11 @@ public:
     void setProgress(double progress);
     void setActive(bool isActive);
     void setPaused(bool isPaused);
+    void setStill(bool isStill);
 
     [[nodiscard]] bool pulseAnimation() const { return m_pulse.isPulsing(); }
     [[nodiscard]] OrbLook look() const { return orbLook(m_progress, m_isPaused); }
-    [[nodiscard]] double pulseScale() const { return m_pulse.scale(); }
+    [[nodiscard]] double pulseScale() const { return m_isStill ? 1.0 : m_pulse.scale(); }
 
     void startAnimations();
     void stopAnimations();
@@ -42,12 +45,13 @@ Q_SIGNALS:
     void progressChanged();
     void isActiveChanged();
     void isPausedChanged();
+    void isStillChanged();
     void pulseAnimationChanged();
 
 protected:
     QImage paintPicture(double devicePixelRatio) override;
     [[nodiscard]] QRectF pictureRect() const override;
-    [[nodiscard]] bool isMoving() const override { return m_pulse.isMoving(); }
+    [[nodiscard]] bool isMoving() const override { return !m_isStill && m_pulse.isMoving(); }
     void advance(double seconds) override { m_pulse.advance(seconds); }
     void shownChanged(bool isShown) override;
     void itemChange(ItemChange change, const ItemChangeData &value) override;
@@ -61,6 +65,7 @@ private:
     double m_progress = 0;
     bool m_isActive = false;
     bool m_isPaused = false;
+    bool m_isStill = false;
     double m_rotationAnimation = 0.0;
     OrbPulse m_pulse;
     bool m_hasAppeared = false;

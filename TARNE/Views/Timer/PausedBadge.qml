@@ -16,7 +16,7 @@ Item {
     scale: opacity
 
     Behavior on opacity {
-        EaseInOut { duration: 350 }
+        EaseInOut { time: 350 }
     }
 
     RoundedBox {

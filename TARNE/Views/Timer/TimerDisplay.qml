@@ -23,6 +23,7 @@ Column {
             progress: display.visible ? display.view.orbProgress : 0
             isActive: display.view.isTimerActive
             isPaused: display.view.isPaused
+            isStill: Wishes.reducedMotion
         }
     }
     PlainText {

@@ -12,7 +12,7 @@ SheetPanel {
     readonly property real margin: 32
 
     focus: true
-    implicitWidth: 580
+    ownWidth: 580
     ownHeight: 700
     accessibleName: "Session Feedback"
     header: FeedbackHeader {

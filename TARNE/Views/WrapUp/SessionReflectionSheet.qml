@@ -13,7 +13,7 @@ SheetPanel {
     readonly property real margin: 40
 
     focus: true
-    implicitWidth: 520
+    ownWidth: 520
     ownHeight: 600
     hasDragIndicator: true
     accessibleName: head.title

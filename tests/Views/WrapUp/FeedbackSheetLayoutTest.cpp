@@ -19,10 +19,10 @@ TEST_F(FeedbackSheetLayout, LiesOnTheMaterialWithItsShadowAndNoDragIndicator) {
 
 TEST_F(FeedbackSheetLayout, HeadsItselfWithTitleProgressAndTheCloseControl) {
     open(u"A, B"_s, {0, 2});
-    QFont title = TypographySingleton::systemTitle2();
+    QFont title = TypographyTokens().systemTitle2();
     title.setWeight(QFont::Bold);
     expectLook(ui(), u"Session Feedback"_s, title, SystemColors::label);
-    expectLook(ui(), u"1 of 2 tasks completed"_s, TypographySingleton::systemCaption(),
+    expectLook(ui(), u"1 of 2 tasks completed"_s, TypographyTokens().systemCaption(),
                SystemColors::secondaryLabel);
     EXPECT_EQ(text(u"1 of 2 tasks completed"_s).topLeft(),
               text(u"Session Feedback"_s).bottomLeft() + QPointF(0, 4));
