@@ -68,7 +68,7 @@ foreground = "#1c1c1e"
 timeout = 0
 """
 
-# An empty desktop of one dark colour that never turns itself off.
+# An empty desktop of one dark colour that never turns itself off and has no keys on the screen.
 COMPOSITOR_CONFIGURATION = """[core]
 idle-time=0
 [shell]
@@ -77,6 +77,8 @@ panel-position=none
 locking=false
 animation=none
 startup-animation=none
+[input-method]
+path=
 """
 
 

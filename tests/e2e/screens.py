@@ -25,6 +25,7 @@ class EveryScreen:
 
     def prepare(self):
         """Brings the display and what the user has asked the desktop for into place."""
+        self.desktop.ask("xsetroot", "-solid", "#204060")
         if self.wishes:
             self.desktop.start_portal(**self.wishes)
 
@@ -54,8 +55,8 @@ class EveryScreen:
 
     def point_at_window(self):
         width, height = map(int, self.screen.split("x"))
-        # From elsewhere: where a compositor is told of no move, its pointer is still in a corner.
-        self.desktop.xdotool("mousemove", width // 2 - 20, height // 2)
+        # By way of the corner: a compositor counts from where it believes its pointer to be.
+        self.desktop.xdotool("mousemove", 0, 0)
         self.desktop.xdotool("mousemove", width // 2, height // 2)
 
     # -- a look at one screen ---------------------------------------------------------------
@@ -64,9 +65,9 @@ class EveryScreen:
         """Expects the controls `names` on the screen called `title`, and all within reach."""
         expected = set(names) | (STRIP if strip else set())
         with self.subTest(screen=title):
-            self.take_picture(title)
             self.assert_mouse_reaches(expected)
             self.assert_keyboard_reaches(expected)
+            self.take_picture(title)
 
     def assert_mouse_reaches(self, expected):
         reached = set()
@@ -83,25 +84,32 @@ class EveryScreen:
         self.desktop.xdotool("click", "--repeat", 40, "--delay", 5, 4)
 
     def assert_keyboard_reaches(self, expected):
-        """What has the focus is brought into the window with the frame after the key. What had it
-        before stays where the wheel has left it."""
-        reached, last = set(), None
+        """What has the focus at first stays where the wheel has left it, and out of sight nothing
+        tells of it. What gets it is brought into the window with the frame after the key."""
+        reached, now = set(), self.focused()
         for _ in range(60):
-            now = self.eventually(
-                lambda: (at := self.focused()) and at[:2] != last and (at[2] or not last) and at,
-                lambda: f"Tab leads on from {last}, within the window: {self.focused()}")
-            if now[2]:
+            if now and now[2]:
                 reached.add(now[1])
             if expected <= reached:
                 return
             # One that is alone keeps the focus.
-            last = None if len(expected) == 1 else now[:2]
+            before = now[:2] if now and len(expected) > 1 else None
             self.desktop.xdotool("key", "Tab")
+            now = self.eventually(
+                lambda: (at := self.focused()) and at[2] and at[:2] != before and at,
+                lambda: f"Tab leads on from {before}, within the window: {self.focused()}")
         self.fail(self._state(f"Tab leads to {expected - reached}")())
 
     def take_picture(self, title):
         if not PICTURES:
             return
+        # What comes in takes a few frames. The orb never comes to rest.
+        last = None
+        for _ in range(6):
+            now = self.desktop.ask_bytes("import", "-window", "root", "ppm:-")
+            if now == last:
+                break
+            last = now
         self.picture_number += 1
         folder = pathlib.Path(PICTURES) / type(self).__name__
         folder.mkdir(parents=True, exist_ok=True)
@@ -189,10 +197,10 @@ class EveryScreen:
                      "Enter your Gemini API key")
         self.press("Menu")
         self.assert_shown("Check for Updates...")
-        self.take_picture("menu")
         self.eventually(lambda: {"New Session", "Check for Updates...", "Quit TARNE"} <= {
             node.name for node in self._visible_nodes() if self.is_inside(node.extents)},
             "the menu's entries are within the window")
+        self.take_picture("menu")
         self.node("Check for Updates...").press()
         self.assert_shown("OK")
         self.look_at("update-alert", "OK", strip=False)
