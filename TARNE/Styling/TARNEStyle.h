@@ -6,7 +6,8 @@
 
 namespace tarne {
 
-/// The design tokens: constants of one light look, which follow no setting of the desktop.
+/// The design tokens: constants of one light look. What the user asks the desktop for changes some
+/// of them on their way to the screens; see StyleSingletons.h.
 ///
 /// Screens reach the same values through the QML singletons Colors, Typography and Layout. Sizes
 /// are in points, one point being one logical pixel.

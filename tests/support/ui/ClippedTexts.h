@@ -11,7 +11,8 @@
 namespace tarne::test {
 
 /// Finds what of a window's texts cannot be read as it stands: elided, larger than its place, cut
-/// off by something around it that does not scroll, out of the window, or over another text.
+/// off by something around it that does not scroll, out of its button or of the window, or over
+/// another text or a symbol.
 class ClippedTexts {
 public:
     /// One line for each such text, with the reason; empty where all is well.
@@ -19,7 +20,9 @@ public:
         ClippedTexts found(window);
         for (const QQuickItem *const layer : window.contentItem()->childItems()) {
             found.m_layer.clear();
+            found.m_symbols.clear();
             found.walk(*layer);
+            found.lookAtSymbols();
         }
         return found.m_lines;
     }
@@ -38,6 +41,8 @@ private:
             return;
         if (item.inherits("QQuickText") && !textOf(item).isEmpty())
             look(item);
+        if (item.inherits("tarne::SymbolIcon"))
+            m_symbols.push_back({&item, seenOf(item, placeOf(item))});
         for (const QQuickItem *const child : item.childItems())
             walk(*child);
     }
@@ -59,16 +64,16 @@ private:
             report(text, QStringLiteral("is %1 high in a place of %2")
                              .arg(content.height())
                              .arg(text.height()));
-        const QRectF place = text.mapRectToScene(QRectF(QPointF(), text.size()));
-        QRectF shown = place.adjusted(0.5, leading, -0.5, -leading);
-        QRectF seen = shown;
+        const QRectF shown = placeOf(text).adjusted(0.5, leading, -0.5, -leading);
         bool scrolls = false;
         for (const QQuickItem *around = text.parentItem(); around; around = around->parentItem()) {
+            const QRectF edges = placeOf(*around);
+            if (around->inherits("QQuickAbstractButton") &&
+                (edges.left() > shown.left() || edges.right() < shown.right()))
+                report(text, QStringLiteral("stands out from its button"));
             scrolls = scrolls || around->property("contentY").isValid();
             if (!around->clip())
                 continue;
-            const QRectF edges = around->mapRectToScene(around->boundingRect());
-            seen &= edges;
             if (edges.left() > shown.left() || edges.right() < shown.right())
                 report(text, QStringLiteral("is cut off at a side"));
             else if (!scrolls && (edges.top() > shown.top() || edges.bottom() < shown.bottom()))
@@ -77,6 +82,7 @@ private:
         if (shown.left() < 0 || shown.right() > m_window.right() ||
             (!scrolls && (shown.top() < 0 || shown.bottom() > m_window.bottom())))
             report(text, QStringLiteral("is out of the window"));
+        const QRectF seen = seenOf(text, shown);
         if (seen.isEmpty())
             return;
         for (const Written &other : m_layer) {
@@ -84,6 +90,29 @@ private:
                 report(text, QStringLiteral("lies over \"%1\"").arg(textOf(*other.text)));
         }
         m_layer.push_back({&text, seen});
+    }
+
+    void lookAtSymbols() {
+        for (const Written &symbol : m_symbols) {
+            for (const Written &other : m_layer) {
+                if (other.place.intersects(symbol.place))
+                    report(*other.text, QStringLiteral("lies over the symbol ") +
+                                            symbol.text->property("symbol").toString());
+            }
+        }
+    }
+
+    static QRectF placeOf(const QQuickItem &item) {
+        return item.mapRectToScene(QRectF(QPointF(), item.size()));
+    }
+
+    /// What of an item's place is not cut off by what is around it.
+    static QRectF seenOf(const QQuickItem &item, QRectF place) {
+        for (const QQuickItem *around = item.parentItem(); around; around = around->parentItem()) {
+            if (around->clip())
+                place &= placeOf(*around);
+        }
+        return place;
     }
 
     static QString textOf(const QQuickItem &item) { return item.property("text").toString(); }
@@ -94,6 +123,7 @@ private:
 
     const QRectF m_window;
     std::vector<Written> m_layer; ///< Of one layer of the window, which may lie over others.
+    std::vector<Written> m_symbols;
     QStringList m_lines;
 };
 
