@@ -15,13 +15,10 @@
 #include <QQuickItem>
 #include <QQuickView>
 #include <QTimer>
-#include <QtQml/qqmlextensionplugin.h>
 
 #include <cstdio>
 
 #include <sys/resource.h>
-
-Q_IMPORT_QML_PLUGIN(TARNE_StylingPlugin)
 
 using namespace Qt::StringLiterals;
 
