@@ -167,8 +167,8 @@ class BareDebian:
 
     def desktop_entry(self, path="usr/share/applications/com.tarne.app.desktop"):
         """The keys of an installed entry, unless told the one in the desktop's menu."""
-        text = (self.root / path).read_text()
-        return dict(line.split("=", 1) for line in text.splitlines() if "=" in line)
+        entry, _, _ = (self.root / path).read_text().partition("[Desktop Action ")
+        return dict(line.split("=", 1) for line in entry.splitlines() if "=" in line)
 
     def start_from_the_menu(self):
         return self.start_as_person(*shlex.split(self.desktop_entry()["Exec"]))
