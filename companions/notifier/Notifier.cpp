@@ -16,7 +16,7 @@ Notifier::Notifier(RequestFile &file, QDBusConnection sessionBus, const Clock &c
     : m_file(file),
       m_clock(clock),
       m_calendar(std::move(calendar)),
-      m_daemon(std::move(sessionBus), NotificationDaemon::Clicks::Told) {
+      m_daemon(std::move(sessionBus)) {
     m_commitSoon.setSingleShot(true);
     m_commitSoon.setInterval(0);
     m_retry.setSingleShot(true);

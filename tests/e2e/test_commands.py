@@ -99,9 +99,9 @@ class WhatTheTestsRun(CommandTestCase):
         found = (self.checkout / "build" / "tests" / "CTestTestfile.cmake").read_text()
         return (self.tools / "told").read_text().splitlines(), re.findall(r"\.\./(\w+)", found)
 
-    def test_is_all_but_the_long_browser_cases_unless_they_are_asked_for(self):
+    def test_is_all_but_what_takes_long_unless_it_is_asked_for(self):
         told, presets = self.told()
-        self.assertEqual(told[told.index("-LE") + 1], "^browsers-all$")
+        self.assertEqual(told[told.index("-LE") + 1], "^(browsers-all|screens|packages)$")
         self.assertEqual(presets, ["dev", "asan", "tsan"])
 
     def test_is_everything_with_all(self):

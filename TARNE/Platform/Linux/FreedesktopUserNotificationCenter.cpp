@@ -16,9 +16,7 @@ constexpr auto reviewInterval = 10s;
 FreedesktopUserNotificationCenter::FreedesktopUserNotificationCenter(QDBusConnection sessionBus,
                                                                      const Clock &clock,
                                                                      CurrentCalendar calendar)
-    : m_daemon(std::move(sessionBus), NotificationDaemon::Clicks::Told),
-      m_clock(clock),
-      m_calendar(std::move(calendar)) {
+    : m_daemon(std::move(sessionBus)), m_clock(clock), m_calendar(std::move(calendar)) {
     m_review.setInterval(reviewInterval);
     connect(&m_daemon, &NotificationDaemon::activated, this,
             &FreedesktopUserNotificationCenter::activated);

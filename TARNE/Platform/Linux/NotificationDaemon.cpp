@@ -45,8 +45,8 @@ QString plainNotificationText(const QString &text) {
     return plain;
 }
 
-NotificationDaemon::NotificationDaemon(QDBusConnection sessionBus, Clicks clicks)
-    : m_daemon(sessionBus, daemonAddress), m_clicks(clicks) {
+NotificationDaemon::NotificationDaemon(QDBusConnection sessionBus)
+    : m_daemon(sessionBus, daemonAddress) {
     connect(&m_daemon, &DBusService::vanished, this, [this] {
         ++m_owner;
         m_hasDaemon = false;
@@ -56,7 +56,8 @@ NotificationDaemon::NotificationDaemon(QDBusConnection sessionBus, Clicks clicks
         m_hasDaemon = true;
         deliverWaiting();
     });
-    if (m_clicks == Clicks::Ignored)
+    // The bus's library ends the program that wants to hear something of a bus that is gone.
+    if (!sessionBus.isConnected())
         return;
     const auto &[service, path, interface] = daemonAddress;
     sessionBus.connect(service, path, interface, u"ActivationToken"_s, this,
@@ -106,7 +107,6 @@ void NotificationDaemon::askForAbilities() {
 void NotificationDaemon::notify(Delivery delivery, Abilities abilities) {
     ++m_calls;
     ++delivery.attempts;
-    const bool isClickable = abilities.hasActions && m_clicks == Clicks::Told;
     const QString body = plainNotificationText(delivery.request.content.body);
     const QVariantMap hints{{u"desktop-entry"_s, u"com.tarne.app"_s},
                             {u"sound-name"_s, u"message-new-instant"_s}};
@@ -116,12 +116,13 @@ void NotificationDaemon::notify(Delivery delivery, Abilities abilities) {
         u"com.tarne.app"_s, plainNotificationText(delivery.request.content.title),
         abilities.escapesBody ? body.toHtmlEscaped() : body,
         // Pairs of a key and what a button says; the key "default" is a click on the whole.
-        isClickable ? QStringList{u"default"_s, u"Open"_s, u"open"_s, u"Open"_s} : QStringList(),
+        abilities.hasActions ? QStringList{u"default"_s, u"Open"_s, u"open"_s, u"Open"_s}
+                             : QStringList(),
         hints,
         -1, // Stays for as long as the daemon likes.
     };
     m_daemon.call(u"Notify"_s, arguments, this,
-                  [this, delivery = std::move(delivery), isClickable,
+                  [this, delivery = std::move(delivery), isClickable = abilities.hasActions,
                    owner = m_owner](const QDBusMessage &reply) {
                       --m_calls;
                       if (reply.type() == QDBusMessage::ErrorMessage) {

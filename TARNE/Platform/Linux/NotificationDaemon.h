@@ -29,10 +29,7 @@ public:
     /// it, or has refused it for good, which standard error was told.
     using Done = std::function<void()>;
 
-    /// Whether the caller wants to know of clicks on its notifications.
-    enum class Clicks { Ignored, Told };
-
-    NotificationDaemon(QDBusConnection sessionBus, Clicks clicks);
+    explicit NotificationDaemon(QDBusConnection sessionBus);
 
     [[nodiscard]] bool isBusConnected() const { return m_daemon.isBusConnected(); }
 
@@ -76,7 +73,6 @@ private:
     void forgetClickable();
 
     DBusService m_daemon;
-    const Clicks m_clicks;
 
     std::deque<Delivery> m_queue;   ///< To be delivered, in this order.
     std::deque<Delivery> m_waiting; ///< There was no daemon to show them.

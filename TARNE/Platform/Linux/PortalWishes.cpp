@@ -7,6 +7,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <utility>
 
 using namespace Qt::StringLiterals;
 
@@ -79,37 +80,50 @@ PortalWishes::PortalWishes(QDBusConnection sessionBus, DrawnScale drawnScale, Ch
     : m_portal(sessionBus, portal),
       m_drawnScale(std::move(drawnScale)),
       m_changed(std::move(changed)) {
-    // Without a bus this is refused, and there is nothing to hear.
-    sessionBus.connect(portal.service, portal.path, portal.interface, u"SettingChanged"_s, this,
-                       SLOT(handleChange(QDBusMessage)));
+    // The bus's library ends the program that wants to hear something of a bus that is gone.
+    if (sessionBus.isConnected())
+        sessionBus.connect(portal.service, portal.path, portal.interface, u"SettingChanged"_s, this,
+                           SLOT(handleChange(QDBusMessage)));
     connect(&m_portal, &DBusService::appeared, this, &PortalWishes::ask);
     ask();
 }
 
 void PortalWishes::ask() {
     const QStringList groups{common, gnome, gnomeAccessibility, kde};
-    m_portal.call(u"ReadAll"_s, {groups}, this, [this](const QDBusMessage &reply) {
-        if (reply.type() != QDBusMessage::ReplyMessage || reply.signature() != u"a{sa{sv}}"_s)
-            return;
-        m_settings = {};
-        const auto values = qdbus_cast<QMap<QString, QVariantMap>>(reply.arguments().constFirst());
-        for (auto group = values.begin(); group != values.end(); ++group) {
-            for (auto entry = group->begin(); entry != group->end(); ++entry)
-                note(group.key(), entry.key(), unwrapped(entry.value()));
-        }
-        tell();
-    });
+    m_changedMeanwhile.emplace();
+    m_portal.call(
+        u"ReadAll"_s, {groups}, this, [this, asked = ++m_asked](const QDBusMessage &reply) {
+            if (asked != m_asked)
+                return;
+            const auto changes = std::exchange(m_changedMeanwhile, std::nullopt);
+            if (reply.type() != QDBusMessage::ReplyMessage || reply.signature() != u"a{sa{sv}}"_s)
+                return;
+            m_settings = {};
+            const auto values =
+                qdbus_cast<QMap<QString, QVariantMap>>(reply.arguments().constFirst());
+            for (auto group = values.begin(); group != values.end(); ++group) {
+                for (auto entry = group->begin(); entry != group->end(); ++entry)
+                    note({group.key(), entry.key(), unwrapped(entry.value())});
+            }
+            for (const Change &change : *changes)
+                note(change);
+            tell();
+        });
 }
 
 void PortalWishes::handleChange(const QDBusMessage &signal) {
     if (signal.signature() != u"ssv"_s)
         return;
     const QVariantList arguments = signal.arguments();
-    note(arguments[0].toString(), arguments[1].toString(), unwrapped(arguments[2]));
+    const Change change{arguments[0].toString(), arguments[1].toString(), unwrapped(arguments[2])};
+    if (m_changedMeanwhile)
+        m_changedMeanwhile->push_back(change);
+    note(change);
     tell();
 }
 
-void PortalWishes::note(const QString &group, const QString &key, const QVariant &value) {
+void PortalWishes::note(const Change &change) {
+    const auto &[group, key, value] = change;
     if (group == common && key == u"reduced-motion"_s)
         m_settings.reducedMotion = isOne(value);
     else if (group == common && key == u"contrast"_s)

@@ -4,6 +4,8 @@
 #include "DesktopWishes.h"
 
 #include <functional>
+#include <optional>
+#include <vector>
 
 namespace tarne {
 
@@ -46,8 +48,14 @@ private:
         double textScale = 1.0;     ///< GNOME's.
     };
 
+    struct Change {
+        QString group;
+        QString key;
+        QVariant value;
+    };
+
     void ask();
-    void note(const QString &group, const QString &key, const QVariant &value);
+    void note(const Change &change);
     void tell();
 
     DBusService m_portal;
@@ -55,6 +63,9 @@ private:
     Changed m_changed;
     Settings m_settings;
     DesktopWishes m_wishes;
+    quint64 m_asked = 0; ///< Counts questions, since only the last one's answer is taken.
+    /// What is told until that answer is read. It may be newer than the answer, and comes after it.
+    std::optional<std::vector<Change>> m_changedMeanwhile;
 };
 
 } // namespace tarne

@@ -124,10 +124,14 @@ TEST_F(FreedesktopNotifications, AClickIsToldWithTheDaemonsToken) {
                      [&](const QString &token) { tokens += token; });
     clicked.add({u"id"_s, {u"Title"_s, {}}, std::nullopt}, {});
     EXPECT_EQ(shownTitle(), u"Title"_s);
-    m_daemon->emitSignal(notificationService, u"ActivationToken"_s, u"us"_s, {1u, u"token-7"_s});
-    m_daemon->emitSignal(notificationService, u"ActionInvoked"_s, u"us"_s, {1u, u"default"_s});
-    EXPECT_TRUE(serveUntil([&] { return !tokens.isEmpty(); }));
-    EXPECT_EQ(tokens, QStringList{u"token-7"_s});
+    // The notice is known by its number once the daemon's answer is read, so a click may be early.
+    EXPECT_TRUE(serveUntil([&] {
+        m_daemon->emitSignal(notificationService, u"ActivationToken"_s, u"us"_s,
+                             {1u, u"token-7"_s});
+        m_daemon->emitSignal(notificationService, u"ActionInvoked"_s, u"us"_s, {1u, u"default"_s});
+        return !tokens.isEmpty();
+    }));
+    EXPECT_EQ(tokens.value(0), u"token-7"_s);
 }
 
 TEST_F(FreedesktopNotifications, ATriggerIsShownWhenItsMomentComes) {

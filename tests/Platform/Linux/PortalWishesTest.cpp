@@ -152,6 +152,17 @@ TEST_F(DesktopsWishes, ChangesAreFollowed) {
                                     DesktopWishes{.textScale = 1.5}));
 }
 
+TEST_F(DesktopsWishes, AChangeIsNotTakenBackByAnOlderAnswer) {
+    startPortal(u"self.EmitSignal('org.freedesktop.portal.Settings', 'SettingChanged', 'ssv', "
+                u"['org.freedesktop.appearance', 'reduced-motion', dbus.UInt32(1)])\n"_s +
+                nothing);
+    follow();
+    ASSERT_TRUE(m_portal->waitForCalls(u"ReadAll"_s, 1));
+    change(gnome, u"text-scaling-factor"_s, 1.5);
+    ASSERT_TRUE(waitForTold(2));
+    EXPECT_THAT(m_told, ElementsAre(still, DesktopWishes{.reducedMotion = true, .textScale = 1.5}));
+}
+
 TEST_F(DesktopsWishes, ASettingOfNoConcernIsNotTold) {
     startPortal(nothing);
     follow();
