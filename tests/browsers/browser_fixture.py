@@ -40,8 +40,6 @@ class BrowserWords:
 
     def wait_for_welcome_page(self):
         """It comes up in a tab of its own, in front of the first one, which is shown again."""
-        # Before anything is opened, which would be opened in the tab in front.
-        self.eventually(lambda: len(self.browser.tabs) > 1, "a second tab comes up")
         self.open_own("pages/options.html")
         self.eventually(lambda: self.browser.own_address + "pages/welcome.html" in
                         self.browser.run_asynchronously(

@@ -8,6 +8,7 @@ import subprocess
 
 from marionette import Marionette, RemoteError
 from stand_in_bridge import FIREFOX_ID
+from waiting import eventually
 
 START_SECONDS = 60
 PORT = 2828
@@ -77,6 +78,8 @@ class Firefox:
         host = self._privileged("return WebExtensionPolicy.getByID(arguments[0]).mozExtensionHostname",
                                 FIREFOX_ID)
         self.own_address = f"moz-extension://{host}/"
+        # It comes in front, where `open_own` would replace it.
+        eventually(lambda: len(self.tabs) > 1, "the welcome page comes up", START_SECONDS)
 
     @property
     def tabs(self):
