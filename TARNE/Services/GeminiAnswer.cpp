@@ -1,5 +1,7 @@
 #include "GeminiAnswer.h"
 
+#include "Utf8.h"
+
 #include <optional>
 #include <string_view>
 
@@ -44,8 +46,7 @@ Value firstObject(const Value &array) {
 std::optional<QString> text(const Value &value) {
     if (!value || !value->is_string())
         return {};
-    const std::string_view utf8 = value->get_string();
-    return QString::fromUtf8(utf8.data(), static_cast<qsizetype>(utf8.size()));
+    return textOfUtf8(std::string_view(value->get_string()));
 }
 
 /// Where the number ends that begins at `begin`; `begin` itself where there is none by JSON's

@@ -1,6 +1,7 @@
 #include "KeychainManager.h"
 
-#include <QStringDecoder>
+#include "Utf8.h"
+
 #include <QUtf8StringView>
 
 using namespace Qt::StringLiterals;
@@ -22,9 +23,7 @@ std::optional<QString> KeychainManager::load(const QString &key) const {
     const auto secret = m_keychain.copy(bundleIdentifier, key);
     if (!secret || !QUtf8StringView(*secret).isValidUtf8())
         return std::nullopt;
-    // A byte order mark is part of the secret like any other character.
-    QStringDecoder decode(QStringDecoder::Utf8, QStringDecoder::Flag::ConvertInitialBom);
-    return QString(decode(*secret));
+    return textOfUtf8(*secret);
 }
 
 bool KeychainManager::delete_(const QString &key) const {

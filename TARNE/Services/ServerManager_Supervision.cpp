@@ -1,6 +1,7 @@
 #include "ServerManager.h"
 
 #include "DecimalInteger.h"
+#include "Utf8.h"
 
 #include <QPointer>
 #include <QUtf8StringView>
@@ -24,7 +25,7 @@ constexpr auto portMarker = "TARNE Classification Server running on port"_L1;
 std::optional<QString> trimmedText(const QByteArray &chunk) {
     if (chunk.isEmpty() || !QUtf8StringView(chunk).isValidUtf8())
         return std::nullopt;
-    return QString::fromUtf8(chunk).trimmed();
+    return textOfUtf8(chunk).trimmed();
 }
 
 /// The port that a chunk announces: the number behind the first "port " of the whole chunk, which

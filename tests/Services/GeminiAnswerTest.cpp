@@ -42,8 +42,8 @@ TEST(GeminiAnswer, CountsAsSuccessBesideAnError) {
 TEST(GeminiAnswer, KeepsEveryCharacterOfTheText) {
     EXPECT_EQ(
         success(
-            R"({"candidates":[{"content":{"parts":[{"text":"a\u0000b\r\n\u2028 ü \ud83c\udf89"}]}}]})"),
-        QString(u"a\0b\r\n\u2028 ü 🎉"_s));
+            R"({"candidates":[{"content":{"parts":[{"text":"\ufeffa\u0000b\r\n\u2028 ü \ud83c\udf89"}]}}]})"),
+        QString(u"\uFEFFa\0b\r\n\u2028 ü 🎉"_s));
 }
 
 TEST(GeminiAnswer, OfTwoEqualKeysTheLastCounts) {

@@ -1,6 +1,7 @@
 #include "JsonReader.h"
 
 #include "JsonPadding.h"
+#include "Utf8.h"
 
 #include <array>
 #include <charconv>
@@ -140,7 +141,7 @@ bool read(Value value, QString &result) {
     }
     if (value.get_string().get(text))
         return false;
-    result = QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
+    result = textOfUtf8(text);
     return true;
 }
 

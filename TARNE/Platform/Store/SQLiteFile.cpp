@@ -4,6 +4,7 @@
 #include "DefaultsSchema.h"
 #include "JsonPadding.h"
 #include "StoreLog.h"
+#include "Utf8.h"
 
 #include <SQLiteCpp/Backup.h>
 #include <SQLiteCpp/Statement.h>
@@ -162,7 +163,7 @@ DefaultsValues SQLiteFile::checkedRows() {
         checkIndex();
     SQLite::Statement rows(m_database, "SELECT key, type, value, sum FROM defaults NOT INDEXED");
     while (rows.executeStep()) {
-        const QString key = QString::fromStdString(rows.getColumn(0).getString());
+        const QString key = textOfUtf8(rows.getColumn(0).getString());
         const StoredValue stored(rows.getColumn(1).getString(), cellOf(rows.getColumn(2)));
         const auto sum = rows.getColumn(3);
         if (version == defaultsSchemaVersion && !sum.isNull() &&
@@ -184,7 +185,7 @@ void SQLiteFile::checkIndex() {
         QStringList found;
         SQLite::Statement statement(m_database, query);
         while (statement.executeStep())
-            found += QString::fromStdString(statement.getColumn(0).getString());
+            found += textOfUtf8(statement.getColumn(0).getString());
         found.sort();
         return found;
     };

@@ -1,6 +1,7 @@
 #include "StoredValue.h"
 
 #include "Overloaded.h"
+#include "Utf8.h"
 
 #include <QtEndian>
 
@@ -99,7 +100,7 @@ std::optional<DefaultsValue> StoredValue::decoded() const {
             return Date::fromReferenceSeconds(*real);
     }
     if (const auto *text = std::get_if<std::string>(&cell); text && type == "text")
-        return QString::fromStdString(*text);
+        return textOfUtf8(*text);
     if (const auto *data = std::get_if<QByteArray>(&cell); data && type == "data")
         return *data;
     return std::nullopt;

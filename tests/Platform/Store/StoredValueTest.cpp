@@ -56,6 +56,11 @@ TEST(StoredValue, TakesAWholeNumberOfAnotherHandForADouble) {
               DefaultsValue(Date::fromReferenceSeconds(5.0)));
 }
 
+TEST(StoredValue, KeepsAByteOrderMarkAtTheBeginningOfAText) {
+    const QString text = u"\uFEFFWrite"_s;
+    EXPECT_EQ(StoredValue(DefaultsValue(text)).decoded(), DefaultsValue(text));
+}
+
 TEST(StoredValue, TakesAnyNumberButZeroForTrue) {
     EXPECT_EQ(StoredValue("boolean", qint64{2}).decoded(), DefaultsValue(true));
 }
