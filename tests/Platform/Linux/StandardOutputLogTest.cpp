@@ -108,6 +108,23 @@ TEST(StandardOutputLog, KeepsTheLinesOfSeveralThreadsWholeHoweverLong) {
         EXPECT_TRUE(line == QByteArray(length, line.at(0)));
 }
 
+TEST(StandardOutputLog, ALineIsWrittenWholeToAPipeThatDoesNotWait) {
+    constexpr qsizetype length = 100'000;
+    SmallPipe pipe;
+    ::fcntl(pipe.ends[1], F_SETFL, O_NONBLOCK);
+    StandardOutputLog log;
+    QByteArray all;
+    std::thread reader([&] { all = pipe.readAll(); });
+    {
+        const OtherOutput output(pipe.ends[1]);
+        pipe.closeWriter();
+        log.line(QString(length, u'a'));
+        log.line(u"next"_s);
+    }
+    reader.join();
+    EXPECT_TRUE(all == QByteArray(length, 'a') + "\nnext\n") << all.size();
+}
+
 std::atomic<int> interruptions = 0;
 
 /// Whether a thread of this process sleeps in the kernel.
