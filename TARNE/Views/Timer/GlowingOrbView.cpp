@@ -20,7 +20,7 @@ constexpr int glowEntries = 16384;
 
 /// From the middle to where the glow ends at scale 1.0, in points.
 double reach(const OrbLook &look) {
-    return look.size / 2 + blurExtent(look.glowRadius);
+    return look.size / 2 + blurExtent(std::max(0.0, look.glowRadius));
 }
 
 /// The opacity of circle and glow together, `distance` points from the middle.
@@ -97,13 +97,11 @@ void GlowingOrbView::stopPulse(double seconds) {
 void GlowingOrbView::shownChanged(bool isShown) {
     if (isShown && !std::exchange(m_hasAppeared, true))
         startAnimations();
-    if (!isShown && window() && !window()->isVisible())
-        m_hasAppeared = false;
 }
 
 void GlowingOrbView::itemChange(ItemChange change, const ItemChangeData &value) {
-    // Made invisible, by its tab or its face of the screen, it appears anew the next time, as it
-    // does in a window that was closed; a sheet above it or a minimised window only holds it.
+    // Made invisible, by its tab, its face of the screen or a window that was closed, it appears
+    // anew the next time. A sheet above it and a minimised or newly mapped window only hold it.
     if (change == ItemVisibleHasChanged && !value.boolValue)
         m_hasAppeared = false;
     AnimatedTexture::itemChange(change, value);

@@ -222,6 +222,12 @@ TEST_F(GlowingOrbViewTest, ItsCircleIsOfItsSizeAndIntensity) {
     EXPECT_NEAR(paused.at(54, 0).greenF(), SystemColors::orange.greenF(), 0.02F);
 }
 
+TEST_F(GlowingOrbViewTest, ItsCircleKeepsItsSizeWhereItsGlowHasNone) {
+    DrivenOrb before(-0.3); // 44 wide, after a clock that was set back.
+    EXPECT_NEAR(before.opacityAt(20, 0), 0.09, 0.01);
+    EXPECT_EQ(before.opacityAt(24, 0), 0);
+}
+
 TEST_F(GlowingOrbViewTest, ItsGlowFadesOverItsRadius) {
     DrivenOrb half(0.5);
     EXPECT_NEAR(half.opacityAt(70 + 15, 0), 0.65 * 0.16, 0.015);

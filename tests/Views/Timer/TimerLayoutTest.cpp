@@ -172,6 +172,19 @@ TEST_F(TimerLayout, TheOrbIsOrangeWhilePausedAndStillIsAfterAnotherTab) {
     EXPECT_TRUE(ui().has(u"00:25:00"_s));
 }
 
+TEST_F(TimerLayout, APausedOrbStaysStillWhenTheWindowIsMappedAnew) {
+    startSession(u"Review"_s);
+    ASSERT_TRUE(ui().click(u"Pause"_s));
+    ui().view().hide();
+    ASSERT_TRUE(ui().waitUntil([&] { return !ui().view().isExposed(); }));
+    ui().view().show();
+    ASSERT_TRUE(ui().waitUntil([&] { return ui().view().isExposed(); }));
+    ui().settle();
+    EXPECT_FALSE(orb().pulseAnimation());
+    leaveTabAndReturn();
+    EXPECT_TRUE(orb().pulseAnimation());
+}
+
 TEST_F(TimerLayout, BothFirstSheetsShowADragIndicator) {
     openDurationSheet();
     EXPECT_EQ(probe()
