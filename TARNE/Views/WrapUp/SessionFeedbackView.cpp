@@ -82,8 +82,9 @@ void SessionFeedbackView::appear() {
 }
 
 void SessionFeedbackView::setupInitialState() {
-    if (const auto &session = m_sessionViewModel.currentSession())
-        setReflection(session->reflection.value_or(QString()));
+    m_sessionOnAppearing = m_sessionViewModel.currentSession();
+    if (m_sessionOnAppearing)
+        setReflection(m_sessionOnAppearing->reflection.value_or(QString()));
 }
 
 void SessionFeedbackView::showGoals() {
@@ -94,7 +95,7 @@ void SessionFeedbackView::showGoals() {
 void SessionFeedbackView::generateFeedback() {
     if (std::exchange(m_hasAsked, true))
         return;
-    const std::optional<FocusSession> session = m_sessionViewModel.currentSession();
+    const std::optional<FocusSession> session = std::exchange(m_sessionOnAppearing, std::nullopt);
     if (!session) {
         fail(u"No session data available"_s);
         return;

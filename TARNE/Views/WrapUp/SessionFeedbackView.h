@@ -1,6 +1,7 @@
 #pragma once
 
 #include "FeedbackSectionsModel.h"
+#include "FocusSession.h"
 #include "GeminiAnswer.h"
 #include "GoalOutcomesModel.h"
 #include "ParsedFeedback.h"
@@ -99,8 +100,8 @@ public:
 
     /// The sheet comes up: takes the session's reflection.
     void appear();
-    /// The sheet stands on the screen, directly after it came up: asks Gemini, the first time only.
-    /// A hung key store blocks this for seconds.
+    /// The sheet stands on the screen, directly after it came up: asks Gemini, the first time only,
+    /// about the session as it was then. A hung key store blocks this for seconds.
     Q_INVOKABLE void generateFeedback();
 
     /// "Save & Share": puts a summary of the session on the clipboard, whatever is known by now.
@@ -141,6 +142,8 @@ private:
     std::function<void()> m_onComplete;
 
     QString m_feedback;
+    /// Until Gemini is asked: the time may run out while the sheet is being drawn.
+    std::optional<FocusSession> m_sessionOnAppearing;
     bool m_hasAsked = false;
     bool m_isLoadingFeedback = true;
     std::optional<QString> m_feedbackError;

@@ -300,6 +300,17 @@ TEST_F(SessionFeedbackViewTest, HasTheReflectionBeforeItAsks) {
     EXPECT_EQ(gemini.requests.size(), 1U);
 }
 
+TEST_F(SessionFeedbackViewTest, AsksAboutTheReflectionThatItCameUpWithThoughTheTimeRunsOutMeanwhile) {
+    reflectOn(u"A"_s, {}, u"Went well."_s);
+    SessionFeedbackView view(controller(), feedbackPlatform(), &isPresented, [] {});
+    view.appear();
+    controller().timerCompleted();
+    ASSERT_EQ(controller().currentSession()->reflection, std::nullopt);
+    view.generateFeedback();
+    ASSERT_EQ(gemini.requests.size(), 1U);
+    EXPECT_TRUE(gemini.requests[0].body.contains("Went well."));
+}
+
 TEST_F(SessionFeedbackViewTest, EditingReachesNothingButTheSheet) {
     reflectOn(u"A"_s, {}, u"Went well."_s);
     feedback().setEditingReflection(true);
