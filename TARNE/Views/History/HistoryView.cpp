@@ -24,10 +24,13 @@ HistoryView::HistoryView(SessionViewModel &sessionViewModel, NotificationCenter 
 void HistoryView::appear() {
     m_registration = m_notificationCenter.addObserver(notifications::sessionHistoryUpdated,
                                                       [this] { loadHistoryEntries(); });
+    connect(&m_sessionViewModel, &SessionViewModel::timeRemainingChanged, this,
+            &HistoryView::regroupOnANewDay, Qt::UniqueConnection);
     loadHistoryEntries();
 }
 
 void HistoryView::disappear() {
+    disconnect(&m_sessionViewModel, nullptr, this, nullptr);
     m_registration = {};
 }
 
@@ -51,10 +54,20 @@ void HistoryView::loadHistoryEntries() {
 
 void HistoryView::setHistoryEntries(std::vector<SessionHistoryEntry> entries) {
     m_historyEntries = std::move(entries);
-    const Calendar calendar = m_calendar();
-    m_rows.setGroups(HistoryGrouping(calendar, m_clock.now()).groupedEntries(m_historyEntries),
-                     calendar);
+    group();
     Q_EMIT historyEntriesChanged();
+}
+
+void HistoryView::group() {
+    const Calendar calendar = m_calendar();
+    const Date now = m_clock.now();
+    m_dayOfLabels = calendar.startOfDay(now);
+    m_rows.setGroups(HistoryGrouping(calendar, now).groupedEntries(m_historyEntries), calendar);
+}
+
+void HistoryView::regroupOnANewDay() {
+    if (m_calendar().startOfDay(m_clock.now()) != m_dayOfLabels)
+        group();
 }
 
 void HistoryView::setExpanded(int row, int section, bool isExpanded) {

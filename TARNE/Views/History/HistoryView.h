@@ -19,8 +19,8 @@ class SessionViewModel;
 ///
 /// The list is loaded when the screen appears, on its refresh and, while it is shown, each time the
 /// history was updated. A history that is found empty is filled with three sample sessions, for
-/// good. Labels are those of the load: a list that stays open over midnight goes on saying "Today"
-/// until the next one. Main thread only.
+/// good. Labels are those of the load; while a session runs, they follow the day as it changes.
+/// Main thread only.
 class HistoryView final : public tarne::Screen {
     Q_OBJECT
     QML_ELEMENT
@@ -68,6 +68,8 @@ Q_SIGNALS:
 
 private:
     void setHistoryEntries(std::vector<SessionHistoryEntry> entries);
+    void group();
+    void regroupOnANewDay();
 
     SessionViewModel &m_sessionViewModel;
     NotificationCenter &m_notificationCenter;
@@ -75,6 +77,7 @@ private:
     CurrentCalendar m_calendar;
 
     std::vector<SessionHistoryEntry> m_historyEntries;
+    Date m_dayOfLabels;
     HistoryModel m_rows;
     bool m_isSeeding = false;
     NotificationCenter::Registration m_registration;

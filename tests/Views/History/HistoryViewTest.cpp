@@ -261,6 +261,17 @@ TEST_F(HistoryViewTest, WithTheClockSetBackTheNewestEntryKeepsItsOwnLabel) {
     EXPECT_EQ(row(0, HistoryModel::SectionLabelRole), u"Today"_s);
 }
 
+TEST_F(HistoryViewTest, WhileASessionRunsItsLabelsFollowTheDay) {
+    time.setWallClock(calendar()().startOfDay(time.now() + 86400.0) - 2);
+    store(1);
+    view().appear();
+    start(u"A"_s, 1500.0);
+    pass(1);
+    EXPECT_EQ(row(0, HistoryModel::SectionLabelRole), u"Today"_s);
+    pass(2);
+    EXPECT_EQ(row(0, HistoryModel::SectionLabelRole), u"Yesterday"_s);
+}
+
 TEST_F(HistoryViewTest, AnotherTimeZoneRegroupsAtTheNextLoad) {
     QByteArray zone = "UTC"_ba;
     HistoryView view(controller(), center, time,
