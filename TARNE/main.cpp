@@ -206,7 +206,7 @@ int main(int argc, char **argv) {
     });
     MainWindow window(&engine);
     const WindowProcess windowProcess(window, QDBusConnection::sessionBus());
-    RemoteControl remoteControl(app, defaults, [&window](const QString &activationToken) {
+    RemoteControl remoteControl(app, defaults, notificationCenter, [&window](const QString &activationToken) {
         // Where Qt looks for it when a window is to come to the front.
         if (!activationToken.isEmpty())
             qputenv("XDG_ACTIVATION_TOKEN", activationToken.toUtf8());

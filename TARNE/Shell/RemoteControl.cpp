@@ -22,8 +22,9 @@ constexpr int timerTab = 0;
 
 enum EntryId { Show = 1, Pause, Resume, Stop, Quit, Quiet };
 
-/// The notice of a session's end may come a second before the last tick.
-constexpr qint64 lastSeconds = 2;
+/// The notice of a session's end may come a second before the last tick, and the main thread may
+/// be busy for some more: a server that is started takes at least two seconds.
+constexpr qint64 lastSeconds = 9;
 
 /// A stored length may be any number.
 qint64 wholeSeconds(double seconds) {
@@ -44,8 +45,16 @@ RemoteControl::State stateOf(const SessionViewModel &controller) {
 
 } // namespace
 
-RemoteControl::RemoteControl(TARNEApp &app, UserDefaults &defaults, ShowWindow showWindow)
-    : m_app(app), m_defaults(defaults), m_showWindow(std::move(showWindow)) {
+RemoteControl::RemoteControl(TARNEApp &app, UserDefaults &defaults, NotificationCenter &center,
+                             ShowWindow showWindow)
+    : m_app(app),
+      m_defaults(defaults),
+      m_showWindow(std::move(showWindow)),
+      m_sleep(center.addObserver(notifications::willSleep, [this] { setAsleep(true); })),
+      m_wake(center.addObserver(notifications::didWake, [this] {
+          // Behind the controller, which looks at the clock in a turn of its own.
+          QMetaObject::invokeMethod(this, [this] { setAsleep(false); }, Qt::QueuedConnection);
+      })) {
     connect(&m_app, &TARNEApp::gateChanged, this, &RemoteControl::followController);
     followController();
     m_told = status();
@@ -98,6 +107,15 @@ void RemoteControl::tellQuiet() {
         Q_EMIT wantsQuietChanged(wanted);
 }
 
+// The time may be over before the machine wakes, and then its notice comes at once.
+void RemoteControl::setAsleep(bool isAsleep) {
+    m_isAsleep = isAsleep;
+    if (isAsleep)
+        tellQuiet();
+    else
+        tellSoon();
+}
+
 void RemoteControl::setQuietPossible(bool possible) {
     if (std::exchange(m_isQuietPossible, possible) != possible)
         Q_EMIT changed();
@@ -105,7 +123,7 @@ void RemoteControl::setQuietPossible(bool possible) {
 
 bool RemoteControl::wantsQuiet() const {
     const Status now = status();
-    return now.state == State::Running && now.secondsLeft > lastSeconds &&
+    return now.state == State::Running && now.secondsLeft > lastSeconds && !m_isAsleep &&
            m_defaults.boolForKey(keys::quietDuringSessions);
 }
 

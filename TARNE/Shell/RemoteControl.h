@@ -1,5 +1,7 @@
 #pragma once
 
+#include "NotificationCenter.h"
+
 #include <QObject>
 #include <QString>
 
@@ -52,8 +54,9 @@ public:
     /// Brings the window to the front. The token lets it come there; it may be empty.
     using ShowWindow = std::function<void(const QString &activationToken)>;
 
-    /// `app` and `defaults` outlive the object.
-    RemoteControl(TARNEApp &app, UserDefaults &defaults, ShowWindow showWindow);
+    /// Everything passed outlives the object.
+    RemoteControl(TARNEApp &app, UserDefaults &defaults, NotificationCenter &center,
+                  ShowWindow showWindow);
     ~RemoteControl() override;
 
     [[nodiscard]] Status status() const;
@@ -67,8 +70,9 @@ public:
 
     /// Whether the desktop can keep other notifications away; the choice is offered only there.
     void setQuietPossible(bool possible);
-    /// Whether it should now: where the user has chosen so, while a session runs, and not in its
-    /// last seconds, so that the notices of its end are seen. Off unless chosen.
+    /// Whether it should now: where the user has chosen so, while a session runs, and neither in
+    /// its last seconds nor while the machine sleeps, so that the notices of its end are seen. Off
+    /// unless chosen.
     [[nodiscard]] bool wantsQuiet() const;
 
     /// Does what "Pause" on the timer screen does; false, and nothing, where no session runs.
@@ -101,6 +105,7 @@ private:
     void tellSoon();
     void tell();
     void tellQuiet();
+    void setAsleep(bool isAsleep);
     void toggleTimer();
     void toggleQuiet();
 
@@ -111,6 +116,9 @@ private:
     bool m_isTellingSoon = false;
     bool m_isQuietPossible = false;
     bool m_toldQuiet = false;
+    bool m_isAsleep = false;
+    NotificationCenter::Registration m_sleep;
+    NotificationCenter::Registration m_wake;
     std::unique_ptr<QObject> m_following; ///< The subscriptions' context; none in onboarding.
 };
 

@@ -21,7 +21,7 @@ protected:
         if (!m_remote) {
             app().windowShown();
             m_remote =
-                std::make_unique<RemoteControl>(app(), defaults, [this](const QString &token) {
+                std::make_unique<RemoteControl>(app(), defaults, center, [this](const QString &token) {
                     shown += token;
                     app().windowShown();
                 });
@@ -360,13 +360,36 @@ TEST_F(TheRemoteControlOfAQuietDesktop, WantsQuietWhileTheTimeRunsAndNotInItsLas
     QCoreApplication::processEvents();
     EXPECT_EQ(told, (QList<bool>{true, false}));
     remote().resume();
-    passSeconds(297);
+    passSeconds(290);
     EXPECT_EQ(told, (QList<bool>{true, false, true}));
     passSeconds(1);
-    EXPECT_EQ(remote().status().secondsLeft, 2);
+    EXPECT_EQ(remote().status().secondsLeft, 9);
     EXPECT_EQ(told, (QList<bool>{true, false, true, false}));
     passSeconds(10);
     EXPECT_EQ(told.size(), 4);
+}
+
+TEST_F(TheRemoteControlOfAQuietDesktop, WantsQuietNoMoreOnceTheMachineGoesToSleep) {
+    remote().trigger(idOf(quietLabel));
+    startSession(300);
+    center.post(notifications::willSleep);
+    EXPECT_EQ(told, (QList<bool>{true, false}));
+    passSeconds(2);
+    EXPECT_EQ(told, (QList<bool>{true, false})) << "it does not sleep yet";
+    center.post(notifications::didWake);
+    passSeconds(1);
+    EXPECT_EQ(told, (QList<bool>{true, false, true}));
+}
+
+TEST_F(TheRemoteControlOfAQuietDesktop, WantsNoQuietAfterASleepInWhichTheTimeRanOut) {
+    remote().trigger(idOf(quietLabel));
+    startSession(300);
+    center.post(notifications::willSleep);
+    time.sleep(Seconds{400});
+    center.post(notifications::didWake);
+    passSeconds(1);
+    EXPECT_EQ(remote().status().state, State::RunOut);
+    EXPECT_EQ(told, (QList<bool>{true, false}));
 }
 
 TEST_F(TheRemoteControlOfAQuietDesktop, TakesAChoiceInTheSessionAtOnce) {
