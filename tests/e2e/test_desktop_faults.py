@@ -16,6 +16,11 @@ class DesktopFault(TarneTestCase):
         self.eventually(lambda: self.program.logged("📱 Timer completed - session automatically"),
                         "the session runs out")
 
+    def await_scheduled(self):
+        """Until the notifier has taken the notice of the end: one that is asked for behind its own
+        moment, which the clock of these tests reaches at a leap, never comes."""
+        self.eventually(lambda: len(self.requests()) == 1, "the end is scheduled")
+
     def await_both_notifications(self):
         self.eventually(lambda: {IMMEDIATE, SCHEDULED} <= set(self.desktop.notifications()),
                         lambda: f"both are shown: {self.desktop.notifications()}")
@@ -31,6 +36,7 @@ class NotificationsThatNobodyShows(DesktopFault):
         self.desktop.stop_notifications()
         self.launch()
         self.start_session("Write report", minutes=5)
+        self.await_scheduled()
         self.clock.advance(FIVE_MINUTES)
         self.await_run_out()
         self.eventually(lambda: len(self.requests()) == 2, "both wait for a daemon")
@@ -40,6 +46,7 @@ class NotificationsThatNobodyShows(DesktopFault):
     def test_since_the_daemon_has_died_wait_for_its_successor(self):
         self.launch()
         self.start_session("Write report", minutes=5)
+        self.await_scheduled()
         self.desktop.stop_notifications()
         self.clock.advance(FIVE_MINUTES)
         self.await_run_out()
@@ -52,6 +59,7 @@ class ASleepingMachine(DesktopFault):
     def test_that_wakes_behind_the_end_completes_the_session_once_and_at_the_waking(self):
         self.launch()
         self.start_session("Write report", minutes=5)
+        self.await_scheduled()
         self.desktop.tell_of_sleep(True)
         self.program.send(signal.SIGSTOP)
         self.clock.advance(3600)
