@@ -67,8 +67,9 @@ function handles(handle) {
   };
 }
 
+// The page that is seen in the tab: one that is only being prerendered has another number.
 const mainFrame = (handle) => handles(async (details) => {
-  if (details.frameId === 0 && details.documentLifecycle !== "prerender") await handle(details);
+  if (details.frameId === 0) await handle(details);
 });
 
 webNavigation.onCommitted.addListener(mainFrame(async ({ tabId, url, transitionType }) => {
