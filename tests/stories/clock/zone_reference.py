@@ -3,8 +3,8 @@
 
     zone_reference.py FIRST_YEAR LAST_YEAR STEP
 
-Prints, for each zone (each STEPth) with all its days and transitions of these years, lines of numbers; moments are
-seconds since 1970:
+Prints, for each zone (each STEPth) with all its days and transitions of these years, lines of
+numbers; moments are seconds since 1970:
 
     Z name
     D year month day weekday start                          a day, Monday is 0, and its first moment
