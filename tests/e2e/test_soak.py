@@ -43,6 +43,7 @@ class AMonth(CompanionsTestCase):
         self.start_bridge("ready")
         browsers = [self.browser(), self.browser()]
         self.start_session(GOALS, MINUTES)
+        self.bridge.await_state("session", "active")
         self.press("Stop")
         self.wrap_up()
         self.log_read = 0

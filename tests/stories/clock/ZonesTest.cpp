@@ -20,7 +20,7 @@
 
 using namespace Qt::StringLiterals;
 
-namespace tarne {
+namespace tarne::test {
 namespace {
 
 constexpr std::array months{"Jan", "Feb", "Mar", "Apr", "May", "Jun",
@@ -29,7 +29,7 @@ constexpr std::array weekdays{"Monday", "Tuesday",  "Wednesday", "Thursday",
                               "Friday", "Saturday", "Sunday"};
 constexpr double sessionLength = 1500.0;
 constexpr int daysOfFlatMap = 365;
-constexpr const char *everyNth = test::rounds(10) == 10 ? "1" : "10";
+constexpr const char *everyNth = rounds(10) == 10 ? "1" : "10";
 
 Date unix(qint64 seconds) {
     return Date::fromUnixSeconds(static_cast<double>(seconds));
@@ -246,7 +246,7 @@ TEST_P(Zones, HaveTheDaysAndClockTimesThatAnotherLibraryReckons) {
     }
     finish();
     // Fewer would mean that the reference has read no data.
-    EXPECT_GT(zones, test::rounds(400));
+    EXPECT_GT(zones, rounds(400));
     EXPECT_GT(days, zones * 700);
     EXPECT_GT(moments, zones);
     std::printf("proof: zones-%.4s-%.4s: %lld zones, %lld days, %lld clock readings, %lld moments "
@@ -260,4 +260,4 @@ INSTANTIATE_TEST_SUITE_P(, Zones, testing::Values("2026 2027", "2010 2011"),
                          [](const auto &years) { return "From" + std::string(years.param, 4); });
 
 } // namespace
-} // namespace tarne
+} // namespace tarne::test
