@@ -59,12 +59,14 @@ def marks_in(content, markers):
 
 def in_files(root, markers, without=()):
     """Each file below a folder that holds a marker, by its name or in its content: (name of the
-    marker, path). Folders in `without` are passed over."""
+    marker, path). Folders and files in `without` are passed over."""
     found = set()
     for folder, folders, files in os.walk(root):
         folders[:] = [name for name in folders if pathlib.Path(folder, name) not in without]
         for name in files:
             path = pathlib.Path(folder, name)
+            if path in without:
+                continue
             try:
                 regular = stat.S_ISREG(path.lstat().st_mode)
                 content = path.read_bytes() if regular else b""
