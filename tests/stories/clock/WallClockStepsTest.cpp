@@ -218,10 +218,12 @@ public:
                 pass(1);
                 look();
             }
-            expectAsOwed();
+            m_wrong += isAsOwed() ? 0 : 1;
         }
     }
-    int stepsTaken() const { return m_steps; }
+    [[nodiscard]] int stepsTaken() const { return m_steps; }
+    /// The turns after which the session was not as it should be.
+    [[nodiscard]] int wrong() const { return m_wrong; }
 
 private:
     /// What a tick does, and a wake.
@@ -231,31 +233,33 @@ private:
         m_shown = owed();
         m_hasRunOut = m_shown <= 0;
     }
-    void expectAsOwed() {
-        ASSERT_DOUBLE_EQ(controller().timeRemaining(), m_shown);
-        ASSERT_EQ(controller().isTimerComplete(), m_hasRunOut);
-        ASSERT_EQ(controller().isTimerActive(), m_counts && !m_hasRunOut);
-        ASSERT_EQ(history().size(), m_hasRunOut ? 1u : 0u);
+    bool isAsOwed() {
+        return controller().timeRemaining() == m_shown &&
+               controller().isTimerComplete() == m_hasRunOut &&
+               controller().isTimerActive() == (m_counts && !m_hasRunOut) &&
+               history().size() == (m_hasRunOut ? 1u : 0u);
     }
 
     double m_shown = length;
     bool m_counts = true;
     bool m_hasRunOut = false;
     int m_steps = 0;
+    int m_wrong = 0;
 };
 
 TEST(AClockThatIsSetAgainAndAgain, NeverMakesASessionOweMoreOrLessThanItsStartSays) {
-    qint64 taken = 0;
-    for (int number = 0; number < randomRuns && !testing::Test::HasFailure(); ++number) {
-        SCOPED_TRACE(number);
+    qint64 taken = 0, wrong = 0;
+    for (int number = 0; number < randomRuns; ++number) {
         std::mt19937 random(seed() * 100'000 + static_cast<std::uint32_t>(number));
         ARestlessClock one;
         one.run(random);
         taken += one.stepsTaken();
+        wrong += one.wrong();
+        EXPECT_EQ(one.wrong(), 0) << "session " << number;
     }
     std::printf("proof: clock-steps: %d sessions, %lld steps of a second to ten years in both "
-                "directions, 0 wrong times (seed %u)\n",
-                randomRuns, static_cast<long long>(taken), seed());
+                "directions, %lld wrong times (seed %u)\n",
+                randomRuns, taken, wrong, seed());
 }
 
 } // namespace
