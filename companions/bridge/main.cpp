@@ -5,10 +5,12 @@
 #include "Bridge.h"
 #include "CompanionsFolder.h"
 
+#include <algorithm>
 #include <csignal>
 #include <system_error>
 
 #include <fcntl.h>
+#include <sys/resource.h>
 #include <unistd.h>
 
 namespace {
@@ -24,10 +26,21 @@ int takenAway(int descriptor) {
     return taken;
 }
 
+/// Goals and pages would be in a core file. At a limit of 1 the kernel writes none, and starts no
+/// handler either, which it does at 0.
+void disableCoreDumps() {
+    rlimit limit{};
+    ::getrlimit(RLIMIT_CORE, &limit);
+    const rlim_t lowest = std::min<rlim_t>(limit.rlim_max, 1);
+    limit = {lowest, lowest};
+    ::setrlimit(RLIMIT_CORE, &limit);
+}
+
 } // namespace
 
 int main() {
     std::signal(SIGPIPE, SIG_IGN);
+    disableCoreDumps();
     const tarne::Bridge::Places places{.storeFolder = tarne::storeFolder(),
                                        .companionsFolder = tarne::companionsFolder(),
                                        .input = takenAway(STDIN_FILENO),

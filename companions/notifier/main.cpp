@@ -70,6 +70,8 @@ bool takeFile(DefaultsLock &lock) {
 int main(int argc, char **argv) {
     keepMemorySmall();
     openStandardDescriptors();
+    // With what the user plans in it.
+    disableCoreDumps();
     argc = std::min(argc, 1); // There are no options.
     const QCoreApplication application(argc, argv);
     const UnixSignals signalsOfTermination([] { QCoreApplication::quit(); });

@@ -88,6 +88,10 @@ class Program:
         return int(children[0]) if children else None
 
     @property
+    def log_file(self):
+        return self._output
+
+    @property
     def log(self):
         """The lines on standard output so far."""
         return self._output.read_text().splitlines()
