@@ -10,7 +10,7 @@ from store import REFERENCE_DATE
 
 FIVE_MINUTES = 300.0
 READING_INTERVAL = 0.005
-SECONDS = float(os.environ.get("TARNE_PUBLICATION_SECONDS", "15"))
+SECONDS = 90.0 if os.environ.get("TARNE_PROOF") == "long" else 15.0
 
 
 class PublicationTestCase(TarneTestCase):
