@@ -98,6 +98,15 @@ void bindCell(SQLite::Statement &statement, int index, const StoredValue::Cell &
         statement.bindNoCopy(index, data->constData(), static_cast<int>(data->size()));
 }
 
+/// No version of the program has a negative number.
+int checkedVersion(SQLite::Database &database) {
+    const int version = schemaVersion(database);
+    if (version < 0)
+        throw DefaultsFault(DefaultsFault::Kind::Damaged,
+                            "its version is " + std::to_string(version));
+    return version;
+}
+
 /// The inode of the file at `path`; 0 when there is none.
 quint64 fileNumberOf(const QString &path) {
     struct stat status {};
@@ -117,7 +126,7 @@ SQLiteFile::SQLiteFile(const QString &path, Access access)
 
 void SQLiteFile::prepareForWriting() {
     setMergesLogOnClose(false); // Until the file is known to be ours.
-    const int version = schemaVersion(m_database);
+    const int version = checkedVersion(m_database);
     if (version > defaultsSchemaVersion)
         throw DefaultsFault(DefaultsFault::Kind::Newer, "version " + std::to_string(version));
     // SQLite falls back to reading where it may not write, and says so only here.
@@ -155,7 +164,7 @@ DefaultsValues SQLiteFile::load() {
 
 DefaultsValues SQLiteFile::checkedRows() {
     DefaultsValues values;
-    const int version = schemaVersion(m_database);
+    const int version = checkedVersion(m_database);
     if (version == 0)
         return values;
     if (version == defaultsSchemaVersion)
