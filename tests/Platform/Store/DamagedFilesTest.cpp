@@ -18,7 +18,7 @@ using namespace Qt::StringLiterals;
 namespace tarne::test {
 namespace {
 
-constexpr int files = rounds(5'000);
+const int files = rounds(5'000) * (isLongProof() ? 10 : 1);
 constexpr qsizetype page = 8192;
 constexpr qint64 longestStartMilliseconds = 5'000;
 
@@ -33,6 +33,8 @@ public:
     }
 
     void change(QByteArray &bytes) {
+        if (bytes.isEmpty())
+            return grow(bytes);
         using Change = void (Damage::*)(QByteArray &);
         constexpr std::array<Change, 8> changes{
             &Damage::turnABit, &Damage::turnABit,  &Damage::overwrite, &Damage::zero,
@@ -108,8 +110,10 @@ protected:
     DamagedFiles() {
         for (int today = 1; today <= 3; ++today) {
             open();
-            for (int change = 0; change < 4; ++change)
-                storeAll(today * 10 + change);
+            storeAll(today * 10);
+            reopen(); // What follows is in the log alone, and no page of the history.
+            for (int change = 1; change < 4; ++change)
+                storeSmall(today * 10 + change);
             if (today == 3)
                 m_bases.push_back(filesNow());
             close();
@@ -120,6 +124,9 @@ protected:
 
     void storeAll(int number) {
         set(historyKey, QByteArray::number(number).repeated(10'000 + 100 * number));
+        storeSmall(number);
+    }
+    void storeSmall(int number) {
         set(preferencesKey, QByteArray("{\"lastGoal\":\"" + QByteArray::number(number) + "\"}"));
         set(goalsKey, QByteArray('[' + QByteArray::number(number) + ']'));
         set(timerKey, Date::fromReferenceSeconds(7.9e8 + number / 3.0));

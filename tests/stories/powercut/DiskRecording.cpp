@@ -1,8 +1,6 @@
 #include "DiskRecording.h"
 
-#include <filesystem>
-#include <fstream>
-#include <iterator>
+#include <map>
 #include <mutex>
 #include <optional>
 #include <string_view>
@@ -14,16 +12,9 @@
 #include <sys/syscall.h>
 #include <unistd.h>
 
-namespace fs = std::filesystem;
-
 namespace tarne::test {
 
 namespace {
-
-/// The file by which programs share memory holds nothing that a start would read.
-bool isSharedMemory(std::string_view path) {
-    return path.ends_with("-shm");
-}
 
 /// What the system's functions below tell of.
 class Recorder {
@@ -210,33 +201,6 @@ mode_t modeOf(int flags, std::va_list arguments) {
 }
 
 } // namespace
-
-FileTree filesBelow(const std::string &folder) {
-    FileTree tree;
-    for (const auto &entry : fs::recursive_directory_iterator(folder)) {
-        const std::string name = fs::relative(entry.path(), folder);
-        if (entry.is_directory()) {
-            tree[name + '/'] = {};
-        } else if (!isSharedMemory(name)) {
-            std::ifstream file(entry.path(), std::ios::binary);
-            tree[name] = {std::istreambuf_iterator<char>(file), {}};
-        }
-    }
-    return tree;
-}
-
-void replaceFilesBelow(const std::string &folder, const FileTree &tree) {
-    fs::remove_all(folder);
-    fs::create_directories(folder);
-    for (const auto &[name, bytes] : tree) {
-        if (name.ends_with('/')) {
-            fs::create_directory(folder + '/' + name);
-            continue;
-        }
-        std::ofstream file(folder + '/' + name, std::ios::binary);
-        file.write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
-    }
-}
 
 DiskRecording::DiskRecording(std::string folder) : m_initial(filesBelow(folder)) {
     recorder().begin(std::move(folder), m_initial);

@@ -1,7 +1,8 @@
 #pragma once
 
+#include "FileTree.h"
+
 #include <cstdint>
-#include <map>
 #include <string>
 #include <vector>
 
@@ -29,14 +30,6 @@ struct DiskStep {
     std::int64_t position = 0;
     std::string bytes = {};
 };
-
-/// Files by their paths, and folders with a slash at the end and no bytes.
-using FileTree = std::map<std::string, std::string>;
-
-/// All that lies below a folder now. Memory that programs share is left out.
-[[nodiscard]] FileTree filesBelow(const std::string &folder);
-/// Puts the tree in place of all that lies below the folder.
-void replaceFilesBelow(const std::string &folder, const FileTree &tree);
 
 /// Notes what this process does to the files below one folder, in the order in which the system did
 /// it. It takes the place of the system's own functions, for all libraries of the process. One

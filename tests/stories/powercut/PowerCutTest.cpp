@@ -226,13 +226,27 @@ protected:
     using File = notifier::RequestFile;
 
     static QString folderIn(const QString &folder) { return folder + u"/notifier"_s; }
-    static Contents contentsOf(const File &file) {
+    using Pending = NotificationSchedule::Pending;
+
+    static Contents contentsOf(const std::vector<Pending> &requests) {
         Contents contents;
-        for (const NotificationSchedule::Pending &pending : file.requests())
+        for (const Pending &pending : requests)
             contents += QString::fromUtf8(notifier::textOf(pending));
+        contents.sort();
         return contents;
     }
-    static NotificationSchedule::Pending request(int number, int size) {
+    static Contents contentsOf(const File &file) { return contentsOf(file.requests()); }
+    /// What the file is to hold once one request was put and another removed.
+    static Contents contentsAfter(const File &file, const Pending &put, const QString &removed) {
+        std::vector<Pending> requests = file.requests();
+        std::erase_if(requests, [&](const Pending &one) {
+            const QString &identifier = one.request.identifier;
+            return identifier == put.request.identifier || identifier == removed;
+        });
+        requests.push_back(put);
+        return contentsOf(requests);
+    }
+    static Pending request(int number, int size) {
         return {{u"request-%1"_s.arg(number % 7),
                  {u"Title %1"_s.arg(number), QString(size, u'b')},
                  DateComponents{2999, 12, 31, 23, 59, number % 60}},
@@ -271,28 +285,15 @@ TEST_F(NotifierPowerCut, LeavesOneSaveAndEveryRequestThatWasAcknowledged) {
         ASSERT_TRUE(file);
         for (int save = 0; save < 12; ++save) {
             ++number;
-            NotificationSchedule::Pending added = request(number, number % 5 == 0 ? 9000 : 40);
-            // What is handed over is what the file will say it holds.
-            Contents expected;
-            {
-                std::vector<NotificationSchedule::Pending> all = file->requests();
-                std::erase_if(all, [&](const auto &one) {
-                    return one.request.identifier == added.request.identifier ||
-                           (number % 4 == 0 &&
-                            one.request.identifier == request(number + 3, 0).request.identifier);
-                });
-                all.push_back(added);
-                std::ranges::stable_sort(
-                    all, [](const auto &a, const auto &b) { return a.added < b.added; });
-                for (const auto &one : all)
-                    expected += QString::fromUtf8(notifier::textOf(one));
-            }
-            cuts.handOver(expected);
+            const auto added = request(number, number % 5 == 0 ? 9000 : 40);
+            const QString removed =
+                number % 4 == 0 ? request(number + 3, 0).request.identifier : QString();
+            cuts.handOver(contentsAfter(*file, added, removed));
             file->put(added);
-            if (number % 4 == 0)
-                file->remove(request(number + 3, 0).request.identifier);
+            if (!removed.isEmpty())
+                file->remove(removed);
             ASSERT_TRUE(file->save(Date()));
-            ASSERT_EQ(contentsOf(*file), expected);
+            ASSERT_EQ(contentsOf(*file), cuts.lastHandedOver());
             cuts.acknowledge(Promise::Lasting);
         }
     }

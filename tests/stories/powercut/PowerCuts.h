@@ -32,6 +32,7 @@ public:
 
     /// Notes what is handed over next.
     void handOver(Contents contents);
+    [[nodiscard]] const Contents &lastHandedOver() const { return m_commits.back(); }
     /// Notes that the last commit was acknowledged.
     void acknowledge(Promise promise);
 
