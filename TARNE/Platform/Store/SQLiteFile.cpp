@@ -174,8 +174,8 @@ DefaultsValues SQLiteFile::checkedRows() {
         const QString key = QString::fromStdString(rows.getColumn(0).getString());
         const StoredValue stored(rows.getColumn(1).getString(), cellOf(rows.getColumn(2)));
         const auto sum = rows.getColumn(3);
-        if (version == defaultsSchemaVersion && !sum.isNull() &&
-            sum.getInt64() != stored.checksum())
+        // In every version: a damaged version number must not pass for a newer one's values.
+        if (!sum.isNull() && sum.getInt64() != stored.checksum())
             throw DefaultsFault(DefaultsFault::Kind::Damaged,
                                 "the value of " + key.toStdString() + " is not what was written");
         if (const auto value = stored.decoded())

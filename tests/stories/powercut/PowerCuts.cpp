@@ -28,7 +28,7 @@ constexpr std::array fates{
 /// How often what is drawn at random is drawn after each step.
 int drawsOf(Fate fate) {
     const bool isDrawn = fate == Fate::Torn || fate == Fate::Mixed;
-    return !isDrawn ? 1 : isLongProof() ? 40 : 4;
+    return !isDrawn ? 1 : isLongProof() ? 20 : 4;
 }
 
 /// Under the sanitizers every tenth step has to do.
