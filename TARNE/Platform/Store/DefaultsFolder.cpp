@@ -35,12 +35,6 @@ void takeAccessFromOthers(const char *name) {
         ::chmod(name, status.st_mode & ~others & 07777);
 }
 
-void makePrivateFolder(const QString &path) {
-    const QByteArray name = QFile::encodeName(path);
-    if (::mkdir(name.constData(), privateFolder) != 0)
-        takeAccessFromOthers(name.constData());
-}
-
 /// Makes what became of names in a folder survive a power cut.
 void syncFolder(const QString &path) {
     const int folder = ::open(QFile::encodeName(path).constData(), O_RDONLY | O_CLOEXEC);
@@ -48,6 +42,14 @@ void syncFolder(const QString &path) {
         return;
     ::fsync(folder);
     ::close(folder);
+}
+
+void makePrivateFolder(const QString &path) {
+    const QByteArray name = QFile::encodeName(path);
+    if (::mkdir(name.constData(), privateFolder) == 0)
+        syncFolder(QFileInfo(path).path()); // Else a power cut takes it with all that is in it.
+    else
+        takeAccessFromOthers(name.constData());
 }
 
 bool isAbsent(const QString &path) {
@@ -135,6 +137,8 @@ QString DefaultsFolder::setAsideAndReplace(Date now) const {
         throwSystemError("setting the file aside");
     QFile::rename(file() + logSuffix, m_path + u'/' + name + logSuffix);
     QFile::remove(file() + sharedMemorySuffix);
+    // A power cut must not leave the old log beside the new file, into which it would be read.
+    syncFolder(m_path);
     if (::rename(replacement.constData(), from.constData()) != 0)
         throwSystemError("putting the new file in place");
     syncFolder(m_path);

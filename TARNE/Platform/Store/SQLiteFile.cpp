@@ -99,6 +99,15 @@ void bindCell(SQLite::Statement &statement, int index, const StoredValue::Cell &
         statement.bindNoCopy(index, data->constData(), static_cast<int>(data->size()));
 }
 
+/// No version of the program has a negative number.
+int checkedVersion(SQLite::Database &database) {
+    const int version = schemaVersion(database);
+    if (version < 0)
+        throw DefaultsFault(DefaultsFault::Kind::Damaged,
+                            "its version is " + std::to_string(version));
+    return version;
+}
+
 /// The inode of the file at `path`; 0 when there is none.
 quint64 fileNumberOf(const QString &path) {
     struct stat status {};
@@ -118,7 +127,7 @@ SQLiteFile::SQLiteFile(const QString &path, Access access)
 
 void SQLiteFile::prepareForWriting() {
     setMergesLogOnClose(false); // Until the file is known to be ours.
-    const int version = schemaVersion(m_database);
+    const int version = checkedVersion(m_database);
     if (version > defaultsSchemaVersion)
         throw DefaultsFault(DefaultsFault::Kind::Newer, "version " + std::to_string(version));
     // SQLite falls back to reading where it may not write, and says so only here.
@@ -156,7 +165,7 @@ DefaultsValues SQLiteFile::load() {
 
 DefaultsValues SQLiteFile::checkedRows() {
     DefaultsValues values;
-    const int version = schemaVersion(m_database);
+    const int version = checkedVersion(m_database);
     if (version == 0)
         return values;
     if (version == defaultsSchemaVersion)
@@ -166,8 +175,8 @@ DefaultsValues SQLiteFile::checkedRows() {
         const QString key = textOfUtf8(rows.getColumn(0).getString());
         const StoredValue stored(rows.getColumn(1).getString(), cellOf(rows.getColumn(2)));
         const auto sum = rows.getColumn(3);
-        if (version == defaultsSchemaVersion && !sum.isNull() &&
-            sum.getInt64() != stored.checksum())
+        // In every version: a damaged version number must not pass for a newer one's values.
+        if (!sum.isNull() && sum.getInt64() != stored.checksum())
             throw DefaultsFault(DefaultsFault::Kind::Damaged,
                                 "the value of " + key.toStdString() + " is not what was written");
         if (const auto value = stored.decoded())

@@ -77,6 +77,13 @@ TEST_F(DefaultsDamage, InAKeyRestoresFromTheCopy) {
     expectOneLineThatSays("keys and their index differ");
 }
 
+TEST_F(DefaultsDamage, InTheVersionRestoresFromTheCopy) {
+    execute("PRAGMA user_version = -2");
+    open();
+    expectOnlyTheRestorableKeysOfTheCopy();
+    expectOneLineThatSays("its version is -2");
+}
+
 TEST_F(DefaultsDamage, ByTruncationRestoresFromTheCopy) {
     ASSERT_TRUE(QFile::resize(file(), QFile(file()).size() / 2));
     open();

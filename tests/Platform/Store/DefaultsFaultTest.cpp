@@ -365,6 +365,18 @@ TEST_F(DefaultsFaults, AFileOfANewerVersionIsReadAndLeftAlone) {
     expectOneLineThatSays("newer version of TARNE (version 2)");
 }
 
+TEST_F(DefaultsFaults, AValueThatIsDamagedIsNotReadFromANewerVersionEither) {
+    open().setObject(historyKey, QByteArray("[\"newer\"]"));
+    close();
+    execute("PRAGMA user_version = 2");
+    corrupt("[\"newer\"]", "[\"nower\"]");
+    const QByteArray before = bytesOf(file());
+    EXPECT_EQ(open().objectForKey(historyKey), std::nullopt);
+    close();
+    EXPECT_TRUE(bytesOf(file()) == before);
+    expectOneLineThatSays("its values cannot be read");
+}
+
 TEST_F(DefaultsFaults, TheLogOfANewerVersionIsLeftAloneToo) {
     const QString log = file() + u"-wal"_s;
     open();

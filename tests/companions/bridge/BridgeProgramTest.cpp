@@ -1,6 +1,10 @@
 // The real bridge beside the real store, as TARNE's controllers write it, and the real server.
 
 #include "NativeMessages.h"
+#include "Proof.h"
+#include "Rounds.h"
+
+#include <SQLiteCpp/Database.h>
 
 #include <QDateTime>
 #include <QDir>
@@ -15,6 +19,7 @@
 
 #include <chrono>
 #include <memory>
+#include <random>
 #include <vector>
 
 using namespace Qt::StringLiterals;
@@ -63,6 +68,11 @@ public:
             const QByteArray bytes = m_process.readAllStandardOutput();
             m_reader.add({bytes.constData(), static_cast<std::size_t>(bytes.size())});
         }
+    }
+
+    void kill() {
+        m_process.kill();
+        EXPECT_TRUE(m_process.waitForFinished(patience));
     }
 
     /// Its status; -1 when it does not end.
@@ -180,12 +190,25 @@ protected:
                R"(","page":{"origin":"https://example.org","path":"/watch","title":")" + title +
                R"("}})";
     }
+    /// What TARNE has published last, read beside it; and SQLite's own verdict on the file.
+    double lastUpdate() const {
+        return store()
+            .execAndGet("SELECT value FROM defaults WHERE key = 'LastUpdate'")
+            .getDouble();
+    }
+    bool isStoreSound() const {
+        return store().execAndGet("PRAGMA integrity_check").getString() == "ok";
+    }
     QString dataFolder() const { return m_home.filePath(u"data/com.tarne.app"_s); }
 
     std::optional<RunningBridge> bridge;
     QJsonObject lastSession;
+    QProcessEnvironment m_environment;
 
 private:
+    SQLite::Database store() const {
+        return {(dataFolder() + u"/defaults.sqlite"_s).toStdString(), SQLite::OPEN_READONLY, 1000};
+    }
     static void end(QProcess &process) {
         process.closeWriteChannel();
         if (process.processId() != 0)
@@ -198,7 +221,6 @@ private:
     }
 
     QTemporaryDir m_home;
-    QProcessEnvironment m_environment;
     std::unique_ptr<QProcess> m_tarne;
     std::unique_ptr<QProcess> m_server;
 };
@@ -365,6 +387,47 @@ TEST_F(ABridge, RelaysToTheServerAndFollowsItOverRestarts) {
     startServer(3000, u"a-key"_s);
     EXPECT_EQ(bridge->next()[u"state"], u"ready"_s);
     EXPECT_EQ(answerTo(question("override"))[u"ok"], true);
+}
+
+TEST_F(ABridge, KilledAt200RandomInstantsHarmsNothingAndTheNextOneTellsTheSame) {
+    constexpr int kills = rounds(200);
+    std::minstd_rand random(proofSeed());
+    startTarne();
+    startServer(3000);
+    startBridge(u"inactive"_s, u"no_key"_s);
+    tellTarne("start 10000 Write the report");
+    expectSession(u"active"_s, 2s);
+    const QJsonObject session = lastSession;
+    const double before = lastUpdate();
+    int answered = 0;
+    int harmed = 0;
+    for (int kill = 0; kill < kills; ++kill) {
+        if (kill % 2 == 0) {
+            // In its start.
+            bridge.emplace(m_environment);
+            bridge->greet();
+            std::ignore = bridge->next(std::chrono::milliseconds(random() % 20));
+        } else {
+            startBridge(u"active"_s, u"no_key"_s);
+            EXPECT_EQ(lastSession[u"id"], session[u"id"]);
+            EXPECT_NEAR(lastSession[u"ends"].toDouble(), session[u"ends"].toDouble(), 3.0);
+            // With questions under way, each of which leaves its override with the server.
+            for (unsigned asked = random() % 4; asked > 0; --asked)
+                bridge->say(question("override"));
+            answered +=
+                bridge->next(std::chrono::milliseconds(random() % 20)).contains(u"ok") ? 1 : 0;
+        }
+        bridge->kill();
+        harmed += isStoreSound() ? 0 : 1;
+    }
+    startBridge(u"active"_s, u"no_key"_s);
+    EXPECT_EQ(harmed, 0);
+    EXPECT_GT(answered, 0);
+    EXPECT_EQ(answerTo(question("classify"))[u"source"], u"override"_s);
+    EXPECT_GT(lastUpdate(), before); // TARNE goes on all the while.
+    printProof("bridge-kills",
+               QByteArray::number(kills) + " kills, " + QByteArray::number(answered) +
+                   " of them after an answer, store harmed by " + QByteArray::number(harmed));
 }
 
 TEST_F(ABridge, AsksAboutTheSessionThatIsActiveAndNoOther) {

@@ -1,5 +1,9 @@
 // The real program under the contract by which TARNE starts, watches and stops it.
 
+#include "Proof.h"
+#include "Rounds.h"
+
+#include <QDateTime>
 #include <QDir>
 #include <QElapsedTimer>
 #include <QFile>
@@ -14,7 +18,10 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <optional>
+#include <random>
+#include <utility>
 
 using namespace Qt::StringLiterals;
 
@@ -179,6 +186,65 @@ TEST_F(TheServer, GoesOnCountingTheDayAfterARestart) {
     launch({u"3000"_s});
     ASSERT_TRUE(process.waitForReadyRead(patience));
     EXPECT_EQ(answerTo(R"({"v":1,"id":8,"op":"state"})")[u"left_today"], 299);
+}
+
+/// What the day's count may be, with some questions answered and others cut off.
+class CountedQuestions {
+public:
+    void send() { ++m_sent; }
+    void answer() { ++m_answered; }
+    void compare(int left) {
+        if (std::exchange(m_day, today()) != m_day)
+            m_answered = 0; // The day's count begins anew.
+        EXPECT_GE(left, 300 - m_sent);
+        EXPECT_LE(left, 300 - m_answered);
+        m_forgotten = std::max(m_forgotten, left - (300 - m_answered));
+    }
+    int answered() const { return m_answered; }
+    int forgotten() const { return m_forgotten; }
+
+private:
+    static QDate today() { return QDateTime::currentDateTimeUtc().date(); }
+
+    QDate m_day = today();
+    int m_sent = 0;
+    int m_answered = 0;
+    int m_forgotten = 0;
+};
+
+TEST_F(TheServer, KilledAt200RandomInstantsForgetsNoQuestionOfTheDayThatItAnswered) {
+    constexpr int kills = rounds(200);
+    set(u"GEMINI_API_KEY"_s, key);
+    std::minstd_rand random(proofSeed());
+    CountedQuestions counted;
+    for (int kill = 0; kill < kills; ++kill) {
+        launch({u"3000"_s});
+        if (kill % 2 == 0) {
+            // In its start.
+            process.waitForReadyRead(static_cast<int>(random() % 30));
+        } else {
+            ASSERT_TRUE(process.waitForReadyRead(patience)) << kill;
+            counted.compare(answerTo(R"({"v":1,"id":8,"op":"state"})")[u"left_today"].toInt());
+            QLocalSocket socket;
+            socket.connectToServer(socketFile());
+            socket.write(question("classify") + '\n');
+            socket.flush();
+            counted.send();
+            if (socket.waitForReadyRead(static_cast<int>(random() % 30)))
+                counted.answer();
+        }
+        process.kill();
+        ASSERT_TRUE(process.waitForFinished(patience));
+        EXPECT_EQ(process.readAllStandardError(), "");
+    }
+    EXPECT_GT(counted.answered(), kills / 20);
+    start();
+    EXPECT_TRUE(get("/health").startsWith("HTTP/1.1 200 OK\r\n"));
+    counted.compare(answerTo(R"({"v":1,"id":8,"op":"state"})")[u"left_today"].toInt());
+    printProof("server-kills", QByteArray::number(kills) + " kills, " +
+                                   QByteArray::number(counted.answered()) +
+                                   " answered questions, " +
+                                   QByteArray::number(counted.forgotten()) + " forgotten");
 }
 
 TEST_F(TheServer, AsksInTheStoresFolderWhereThereIsNoRuntimeFolder) {

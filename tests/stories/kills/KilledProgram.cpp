@@ -49,19 +49,36 @@ void KilledProgram::finish() {
     lines.removeLast(); // Cut short by the kill, or empty.
     if (!lines.isEmpty())
         m_lastHeard = lines.constLast().split(' ').at(1).toDouble();
+    const auto failures = [] {
+        return testing::UnitTest::GetInstance()->current_test_info()->result()->total_part_count();
+    };
+    const int before = failures();
     takeStock(lines);
+    ++m_kills;
+    m_harmfulKills += failures() > before ? 1 : 0;
     if (--m_killsLeft > 0)
         QTimer::singleShot(0, &m_process, [this] { start(); });
 }
 
 bool areOver(const std::vector<const KilledProgram *> &programs) {
-    const QDeadlineTimer deadline(std::chrono::minutes(4));
+    const QDeadlineTimer deadline(std::chrono::minutes(isLongProof() ? 15 : 4));
     while (!deadline.hasExpired()) {
         if (std::ranges::all_of(programs, [](auto *p) { return p->isOver(); }))
             return true;
         QCoreApplication::processEvents(QEventLoop::AllEvents | QEventLoop::WaitForMoreEvents, 50);
     }
     return false;
+}
+
+void printKills(const char *name, const std::vector<const KilledProgram *> &programs) {
+    int kills = 0;
+    int harmful = 0;
+    for (const KilledProgram *program : programs) {
+        kills += program->kills();
+        harmful += program->harmfulKills();
+    }
+    printProof(name, QByteArray::number(kills) + " kills, " + QByteArray::number(harmful) +
+                         " lost or mixed something");
 }
 
 } // namespace tarne::test

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "Proof.h"
+
 #include <QByteArray>
 #include <QList>
 #include <QProcess>
@@ -25,6 +27,9 @@ public:
     KilledProgram &operator=(const KilledProgram &) = delete;
 
     bool isOver() const { return m_killsLeft == 0; }
+    int kills() const { return m_kills; }
+    /// How many of them have left something that they must not.
+    int harmfulKills() const { return m_harmfulKills; }
 
 protected:
     void start();
@@ -46,28 +51,35 @@ private:
     std::chrono::milliseconds m_longestLife;
     std::minstd_rand m_random;
     int m_killsLeft;
+    int m_kills = 0;
+    int m_harmfulKills = 0;
     double m_lastHeard = 0.0; ///< On the monotonic clock.
     QProcess m_process;
 };
 
-/// Kills ten programs side by side, each 20 times, and returns them once all are over.
+/// Kills ten programs side by side, each 20 times, in the long form 100 times, and returns them
+/// once all are over. Prints its figures under `name`.
 template <typename Program>
-std::vector<std::unique_ptr<Program>> kill200Times();
+std::vector<std::unique_ptr<Program>> killAtRandomInstants(const char *name);
 
-/// Serves the event loop until all are over; false after four minutes.
+/// Serves the event loop until all are over; false after four minutes, in the long form 15.
 [[nodiscard]] bool areOver(const std::vector<const KilledProgram *> &programs);
 
+/// Prints how many kills there were, and how many of them were harmful.
+void printKills(const char *name, const std::vector<const KilledProgram *> &programs);
+
 template <typename Program>
-std::vector<std::unique_ptr<Program>> kill200Times() {
+std::vector<std::unique_ptr<Program>> killAtRandomInstants(const char *name) {
     constexpr unsigned programs = 10;
-    constexpr int killsOfEach = 20;
+    const int killsOfEach = isLongProof() ? 100 : 20;
     std::vector<std::unique_ptr<Program>> running;
     std::vector<const KilledProgram *> all;
-    for (unsigned seed = 1; seed <= programs; ++seed) {
-        running.push_back(std::make_unique<Program>(seed, killsOfEach));
+    for (unsigned number = 0; number < programs; ++number) {
+        running.push_back(std::make_unique<Program>(proofSeed() + number, killsOfEach));
         all.push_back(running.back().get());
     }
     EXPECT_TRUE(areOver(all));
+    printKills(name, all);
     return running;
 }
 

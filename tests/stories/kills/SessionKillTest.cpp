@@ -63,8 +63,8 @@ private:
     int m_restorations = 0;
 };
 
-TEST(SessionKill, At200RandomInstantsTheSessionComesBackAndLosesAtMostTheLastSecond) {
-    for (const auto &session : test::kill200Times<KilledSession>()) {
+TEST(SessionKill, AtRandomInstantsTheSessionComesBackAndLosesAtMostTheLastSecond) {
+    for (const auto &session : test::killAtRandomInstants<KilledSession>("session-kills")) {
         // Some of its runs lived long enough to find something and to owe something.
         EXPECT_GT(session->restorations(), 5);
         EXPECT_GT(session->owedPublication(), 0.0);

@@ -60,8 +60,8 @@ private:
     qint64 m_owed = 0; ///< The last tick that was a second old when the program was last heard.
 };
 
-TEST(StoreKill, At200RandomInstantsLosesAtMostTheLastSecondAndMixesNoMoments) {
-    for (const auto &writer : test::kill200Times<KilledWriter>())
+TEST(StoreKill, AtRandomInstantsLosesAtMostTheLastSecondAndMixesNoMoments) {
+    for (const auto &writer : test::killAtRandomInstants<KilledWriter>("store-kills"))
         EXPECT_GT(writer->owed(), 0); // Some of its runs lived long enough to owe something.
 }
 
