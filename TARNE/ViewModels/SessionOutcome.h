@@ -19,7 +19,7 @@ struct GoalOutcome {
     friend bool operator==(const GoalOutcome &, const GoalOutcome &) = default;
 };
 
-/// What figures over the history need of one entry: a tenth of its memory, and no text.
+/// What figures over the history need of one entry: nothing of its texts.
 struct SessionOutcome {
     Date sessionDate;
     std::vector<GoalOutcome> goals;
@@ -31,7 +31,7 @@ struct SessionOutcome {
 outcomesOf(const std::vector<SessionHistoryEntry> &history);
 
 /// The outcomes of a stored history, or none when the document is unreadable: exactly what
-/// `outcomesOf` makes of the entries that `decodeHistory` reads, in half of the time.
+/// `outcomesOf` makes of the entries that `decodeHistory` reads, in less than half of the time.
 [[nodiscard]] std::optional<std::vector<SessionOutcome>> decodeOutcomes(const QByteArray &document);
 
 } // namespace tarne
