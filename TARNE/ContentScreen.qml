@@ -2,7 +2,6 @@ pragma ComponentBehavior: Bound
 import QtQuick
 import TARNE
 import TARNE.Styling
-import TARNE.Views
 
 // The four tabs and the screen of the selected one.
 FocusScope {
@@ -31,54 +30,25 @@ FocusScope {
         TabPage {
             tabIndex: 0
             selectedTab: content.contentView.selectedTab
-            hasScreen: content.contentView.timerView !== null
-            screen: timerScreen
+            screen: Qt.resolvedUrl("Views/TimerScreen.qml")
+            view: content.contentView.timerView
         }
         TabPage {
             tabIndex: 1
             selectedTab: content.contentView.selectedTab
-            hasScreen: content.contentView.insightsView !== null
-            screen: insightsScreen
+            screen: Qt.resolvedUrl("Views/InsightsScreen.qml")
+            view: content.contentView.insightsView
         }
         TabPage {
             tabIndex: 2
             selectedTab: content.contentView.selectedTab
-            hasScreen: content.contentView.historyView !== null
-            screen: historyScreen
+            screen: Qt.resolvedUrl("Views/HistoryScreen.qml")
+            view: content.contentView.historyView
         }
         TabPage {
             tabIndex: 3
             selectedTab: content.contentView.selectedTab
-            hasScreen: content.contentView.settingsView !== null
-            screen: settingsScreen
-        }
-    }
-
-    Component {
-        id: timerScreen
-
-        TimerScreen {
-            view: content.contentView.timerView
-        }
-    }
-    Component {
-        id: insightsScreen
-
-        InsightsScreen {
-            view: content.contentView.insightsView
-        }
-    }
-    Component {
-        id: historyScreen
-
-        HistoryScreen {
-            view: content.contentView.historyView
-        }
-    }
-    Component {
-        id: settingsScreen
-
-        SettingsScreen {
+            screen: Qt.resolvedUrl("Views/SettingsScreen.qml")
             view: content.contentView.settingsView
         }
     }

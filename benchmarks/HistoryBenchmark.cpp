@@ -1,6 +1,8 @@
 // Reading and writing a history as it grows, beside what else could read it.
 //
 //   decodeIntoRecords/N          a stored document into records, strictly
+//   decodeIntoOutcomes/N         into what figures need of them, as strictly
+//   decodeInto...Cold/N          the same in fresh memory; the others use the last round's
 //   simdjsonIntoPlainStructs/N   the same document by the parser alone: keys in their known order,
 //                                UTF-8 texts, nothing checked that is not needed
 //   qJsonDocumentParse/N         the same document into QJsonDocument, and no further
@@ -12,6 +14,8 @@
 #include "BenchmarkHistory.h"
 #include "BenchmarkSession.h"
 #include "DefaultsFolder.h"
+#include "FreshMemory.h"
+#include "SessionOutcome.h"
 #include "StoredKeys.h"
 #include "StoredUserDefaults.h"
 
@@ -37,13 +41,32 @@ void setBytes(benchmark::State &state, qsizetype size) {
     state.counters["document_MB"] = static_cast<double>(size) / 1e6;
 }
 
-void decodeIntoRecords(benchmark::State &state) {
+template <class Decode>
+void decodeInto(benchmark::State &state, Decode decode, bool isCold) {
     const QByteArray &document = documentOf(state.range(0));
     for (auto _ : state) {
-        auto history = decodeHistory(document);
+        if (isCold)
+            freshMemory(state);
+        auto history = decode(document);
         benchmark::DoNotOptimize(history);
     }
     setBytes(state, document.size());
+}
+
+void decodeIntoRecords(benchmark::State &state) {
+    decodeInto(state, decodeHistory, false);
+}
+
+void decodeIntoRecordsCold(benchmark::State &state) {
+    decodeInto(state, decodeHistory, true);
+}
+
+void decodeIntoOutcomes(benchmark::State &state) {
+    decodeInto(state, decodeOutcomes, false);
+}
+
+void decodeIntoOutcomesCold(benchmark::State &state) {
+    decodeInto(state, decodeOutcomes, true);
 }
 
 struct PlainGoal {
@@ -167,6 +190,9 @@ void saveHistory(benchmark::State &state) {
     BENCHMARK(function)->RangeMultiplier(10)->Range(100, 100000)->Unit(benchmark::kMillisecond)
 
 HISTORY_BENCHMARK(decodeIntoRecords);
+HISTORY_BENCHMARK(decodeIntoRecordsCold);
+HISTORY_BENCHMARK(decodeIntoOutcomes);
+HISTORY_BENCHMARK(decodeIntoOutcomesCold);
 HISTORY_BENCHMARK(simdjsonIntoPlainStructs);
 HISTORY_BENCHMARK(qJsonDocumentParse);
 HISTORY_BENCHMARK(encodeRecords);

@@ -1,11 +1,13 @@
 // What the screens work out of a history as it grows.
 //
-//   insightsDrawing/N    one drawing of the insights: the history read and all figures
-//   insightsFigures/N    the figures alone
-//   historyGrouping/N    the history's groups in their order, each entry in its place
+//   insightsDrawing/N        one drawing of the insights: the history read and all figures
+//   insightsDrawingCold/N    the same in fresh memory
+//   insightsFigures/N        the figures alone
+//   historyGrouping/N        the history's groups in their order, each entry in its place
 
 #include "BenchmarkHistory.h"
 #include "BenchmarkSession.h"
+#include "FreshMemory.h"
 #include "HistoryGrouping.h"
 #include "InsightsView.h"
 #include "MemoryDefaults.h"
@@ -18,22 +20,32 @@ using namespace tarne::benchmarks;
 
 namespace {
 
-void insightsDrawing(benchmark::State &state) {
+void drawInsights(benchmark::State &state, bool isCold) {
     test::MemoryDefaults defaults;
     defaults.setObject(keys::sessionHistory, documentOf(state.range(0)));
     BenchmarkSession session(defaults, endOfHistory(state.range(0)));
     InsightsView view(session.controller, session.time, BenchmarkSession::calendar);
     for (auto _ : state) {
+        if (isCold)
+            freshMemory(state);
         view.appear();
         view.disappear();
     }
 }
 
+void insightsDrawing(benchmark::State &state) {
+    drawInsights(state, false);
+}
+
+void insightsDrawingCold(benchmark::State &state) {
+    drawInsights(state, true);
+}
+
 void insightsFigures(benchmark::State &state) {
-    const auto history = historyOf(state.range(0));
+    const auto outcomes = outcomesOf(historyOf(state.range(0)));
     for (auto _ : state) {
         const Calendar calendar = BenchmarkSession::calendar();
-        const InsightsFigures figures(history, calendar, endOfHistory(state.range(0)));
+        const InsightsFigures figures(outcomes, calendar, endOfHistory(state.range(0)));
         benchmark::DoNotOptimize(figures.calculateCurrentStreak());
         benchmark::DoNotOptimize(figures.calculateLongestStreak());
         benchmark::DoNotOptimize(figures.goalCompletionPercentages());
@@ -61,6 +73,7 @@ void historyGrouping(benchmark::State &state) {
     BENCHMARK(function)->RangeMultiplier(10)->Range(100, 100000)->Unit(benchmark::kMillisecond)
 
 SCREENS_BENCHMARK(insightsDrawing);
+SCREENS_BENCHMARK(insightsDrawingCold);
 SCREENS_BENCHMARK(insightsFigures);
 SCREENS_BENCHMARK(historyGrouping);
 

@@ -56,7 +56,7 @@ void saveHistory(benchmark::State &state) {
         state.PauseTiming();
         const QByteArray document = history(state.range(0), ++save);
         state.ResumeTiming();
-        file.write({{historyKey, document}});
+        file.write({{historyKey, document}}, SQLiteFile::Commit::Durable);
     }
     state.SetBytesProcessed(state.iterations() * state.range(0) * bytesOfAnEntry);
 }

@@ -1,17 +1,19 @@
-"""Measures the real program from outside and prints the figures as JSON.
+"""Measures the real program from outside beside others, and prints the figures as JSON.
 
-    whole_process.py PROGRAM [SECONDS]
+    whole_process.py PROGRAM [ROUNDS]
 
-In a box with a display of its own, software rendering, the real clock. CPU and disk figures are
-means over SECONDS (30); those of the server's supervision have intervals of their own, since they
-hang on its health checks. The accessibility bridge is on only while the session is being started.
+In a box with a display of its own, software rendering, the real clock: Debian's gnome-clocks (GTK 4,
+drawn by cairo and by OpenGL) and gnome-pomodoro (GTK 3), and bare_window, which lies beside PROGRAM.
+Each is started ROUNDS (5) times, in turns, after one start that does not count. Then all are there
+at once, and are measured over the same seconds, ROUNDS times in each state. Every figure is a median.
 """
 
 import json
 import os
 import pathlib
-import shutil
+import signal
 import statistics
+import subprocess
 import sys
 import tempfile
 import time
@@ -19,137 +21,122 @@ import time
 sys.path.insert(0, str(pathlib.Path(__file__).parent.parent / "tests" / "e2e"))
 import box
 
-STAND_IN_SERVER = pathlib.Path(box.__file__).with_name("stand_in_server.py")
-HEALTH_CHECK_INTERVAL = 30
-STARTS = 7
-PLACES = [(640, 450), (300, 300), (980, 600), (640, 200)]
+SETTLED_SECONDS = 2
+INTERVAL_SECONDS = 5
+TRACED_SECONDS = 20
+# Where new windows lie on a display that nobody manages: at its corner, or in its middle.
+PLACES = [(100, 100), (400, 300), (1280, 800), (1280, 640)]
 
 
-def figures(program, seconds):
-    os.environ["TARNE_PROGRAM"] = program
-    os.environ["TARNE_ARTIFACTS"] = tempfile.gettempdir()
+def medians(rounds):
+    """Of figures that are {name: {what: figure}} in every round."""
+    return {name: {what: statistics.median(one[name][what] for one in rounds)
+                   for what in rounds[0][name]} for name in rounds[0]}
+
+
+def measurement(program, rounds):
+    from contestants import (BareWindow, Clocks, Pomodoro, megabytes, rates)
     from desktop import DISPLAY
-    from fixture import TarneTestCase
-    from gi.repository import GLib
+    from measurement import Measurement, bytes_written, cpu_seconds
     from screen import Screen
-    from store import PREFERENCES, Store
 
-    class Measurement(TarneTestCase):
-        notifier_sees_wall_clock = False
-
-        def setUp(self):
-            super().setUp()
-            self.move_home()
-
-        def move_home(self):
-            """To a new one on the disk, while the log is not: the box's own /tmp is memory."""
-            home = tempfile.TemporaryDirectory(dir=pathlib.Path(program).resolve().parents[1])
-            self.addCleanup(home.cleanup)
-            self.home = pathlib.Path(home.name)
-            Store(self.home / "share").plant("UserPreferences", PREFERENCES)
-
-        def environment(self):
-            environment = super().environment()
-            for name in self.clock.environment:
-                del environment[name]
-            return environment
+    class SideBySide(Measurement):
+        screen = "2560x1600"
 
         def runTest(self):
-            screen = Screen(DISPLAY)
+            self.display = Screen(DISPLAY)
+            self.places = {Clocks(self.desktop, self.folder, "cairo"): (0, 0),
+                           Clocks(self.desktop, self.folder, "gl"): (0, 800),
+                           Pomodoro(self.desktop, self.folder): (2000, 0),
+                           BareWindow(self.desktop, self.folder,
+                                      program.with_name("bare_window")): (2000, 800)}
             self.set_accessible(False)
-            self.results = {"first frame s": statistics.median(
-                self.first_frame(screen) for _ in range(STARTS))}
-            self.set_accessible(True)
-            self.launch()
-            self.set_accessible(False)
-            time.sleep(5)
-            self.results["resident MB"] = self.resident_kilobytes() / 1024
-            self.results["idle bytes/s"] = self.rates(seconds)[1]
+            self.measure_starts()
+            self.show_all()
+            self.measure("idle")
+            self.measure_disk("idle")
+            self.start_sessions()
+            self.measure("visible")
+            self.hide()
+            for contestant in self.places:
+                contestant.hide()
+            time.sleep(SETTLED_SECONDS)
+            self.measure("hidden")
+            self.measure_disk("running")
+            for contestant in self.places:
+                contestant.end()
+
+        def measure_starts(self):
+            starts = {"TARNE": self.start} | {each.name: each.start for each in self.places}
+            measured = [{name: self.figures_of_start(start) for name, start in starts.items()}
+                        for _ in range(1 + rounds)]
+            self.results["start"] = medians(measured[1:])
+
+        def figures_of_start(self, start):
+            begin = time.monotonic()
+            started = start()
+            drawn = self.display.await_drawing(PLACES, within=30)
+            figures = {"CPU ms": 1000 * cpu_seconds(started.pid), "wall ms": 1000 * (drawn - begin)}
+            time.sleep(SETTLED_SECONDS)
+            figures |= {"settled CPU ms": 1000 * cpu_seconds(started.pid)} | megabytes(started.pid)
+            started.kill()
+            self.eventually(lambda: all(self.display.is_black(*place) for place in PLACES),
+                            "the screen is black again")
+            return figures
+
+        def show_all(self):
+            for contestant, place in self.places.items():
+                contestant.show(*place)
+            self.launch_by_name()
+            time.sleep(SETTLED_SECONDS)
+
+        def start_sessions(self):
             self.set_accessible(True)
             self.start_session("Write report, Review", minutes=180)
             self.set_accessible(False)
-            time.sleep(5)
-            cpu, disk = self.rates(seconds)
-            self.results |= {"visible CPU %": cpu, "running bytes/s": disk}
-            self.hide()
-            self.results["hidden CPU %"] = self.rates(seconds)[0]
-            self.program.kill()
-            self.measure_supervision()
+            for contestant in self.places:
+                contestant.start_session()
+            time.sleep(SETTLED_SECONDS)
 
-        def measure_supervision(self):
-            """What a server costs beside the idle program, whose window is hidden."""
-            self.move_home()
-            interval = HEALTH_CHECK_INTERVAL - 5
-            self.launch_hidden()
-            self.results["alone CPU %"] = self.rates(interval)[0]
-            self.program.kill()
-            server = self.folder / "tarne-server"
-            shutil.copy(STAND_IN_SERVER, server)
-            server.chmod(0o755)
-            self.launch_hidden(has_own_network=True)
-            self.await_health_check()
-            self.results["supervising CPU %"] = self.rates(interval)[0]
-            self.await_health_check()
-            time.sleep(HEALTH_CHECK_INTERVAL / 2)
-            self.results["checking CPU %"] = self.rates(2 * HEALTH_CHECK_INTERVAL)[0]
+        def measure(self, state):
+            processes = {"TARNE": self.program.pid} | {each.name: each.pid for each in self.places}
+            self.results[state] = medians([rates(processes, INTERVAL_SECONDS)
+                                           for _ in range(rounds)])
+            for name, process in processes.items():
+                self.results[state][name] |= megabytes(process)
+            if state != "idle":
+                still = [name for name, cost in self.results[state].items()
+                         if cost["switches/s"] < 0.5]
+                self.assertEqual(still, [], "these do not count down")
 
-        def launch_hidden(self, **how):
-            self.set_accessible(True)
-            self.launch(**how)
-            self.hide()
+        def measure_disk(self, state):
+            """What the program writes; the trace costs more than the program."""
+            trace = self.folder / "trace"
+            tracer = subprocess.Popen(["strace", "-f", "-qq", "-e", "trace=pwrite64,fsync,fdatasync",
+                                       "-o", trace, "-p", str(self.program.pid)])
+            before = bytes_written(self.program.pid)
+            time.sleep(TRACED_SECONDS)
+            written = bytes_written(self.program.pid) - before
+            tracer.send_signal(signal.SIGINT)
+            tracer.wait(timeout=30)
+            calls = [line.split()[1].partition("(")[0] for line in trace.read_text().splitlines()]
+            a_minute = 60 / TRACED_SECONDS
+            self.results[f"{state} disk"] = {
+                "bytes/s": written / TRACED_SECONDS,
+                "writes a minute": a_minute * calls.count("pwrite64"),
+                "syncs a minute": a_minute * (calls.count("fsync") + calls.count("fdatasync"))}
 
-        def hide(self):
-            self.desktop.xdotool("search", "--name", "^TARNE$", "windowunmap")
-            self.set_accessible(True)
-            self.set_accessible(False)
-            time.sleep(2)
+    return SideBySide
 
-        def await_health_check(self):
-            """Waits until the next one has passed."""
-            def passed():
-                return self.program.log.count("✅ Server health check passed")
-            before = passed()
-            self.eventually(lambda: passed() > before, "the server's health is checked",
-                            HEALTH_CHECK_INTERVAL + 10)
 
-        def first_frame(self, screen):
-            begin = time.monotonic()
-            started = self.start()
-            end = screen.await_drawing(PLACES, within=30)
-            started.kill()
-            self.eventually(lambda: all(screen.is_black(*place) for place in PLACES),
-                            "the screen is black again")
-            return end - begin
-
-        def set_accessible(self, on):
-            self.desktop.call("org.a11y.Bus", "/org/a11y/bus", "org.freedesktop.DBus.Properties",
-                              "Set", GLib.Variant("(ssv)", ("org.a11y.Status", "IsEnabled",
-                                                            GLib.Variant("b", on))))
-
-        def resident_kilobytes(self):
-            status = pathlib.Path(f"/proc/{self.program.pid}/status").read_text()
-            return int(next(line for line in status.splitlines() if "VmRSS" in line).split()[1])
-
-        def rates(self, seconds):
-            """Per cent of a core, and bytes a second to the disk, over the coming seconds."""
-            before = self.spent()
-            time.sleep(seconds)
-            cpu, disk = (after - then for after, then in zip(self.spent(), before))
-            return 100 * cpu / seconds, disk / seconds
-
-        def spent(self):
-            # The clock of a process by its id: of all threads, those that have ended included.
-            cpu = time.clock_gettime((~self.program.pid << 3) | 2)
-            io = pathlib.Path(f"/proc/{self.program.pid}/io").read_text().splitlines()
-            return cpu, int(next(line for line in io if line.startswith("write_bytes")).split()[1])
-
-    measurement = Measurement()
-    outcome = measurement.run()
-    if not outcome.wasSuccessful():
-        sys.exit("\n".join(text for _, text in outcome.failures + outcome.errors))
-    return measurement.results
+def main():
+    box.enter(__file__, program=sys.argv[1])
+    program = pathlib.Path(sys.argv[1]).resolve()
+    os.environ["TARNE_PROGRAM"] = str(program)
+    os.environ["TARNE_ARTIFACTS"] = tempfile.gettempdir()
+    rounds = int((sys.argv[2:] or ["5"])[0])
+    print(json.dumps(measurement(program, rounds).results_of_run()))
 
 
 if __name__ == "__main__":
-    box.enter(__file__, program=sys.argv[1])
-    print(json.dumps(figures(sys.argv[1], float((sys.argv[2:] or ["30"])[0]))))
+    main()

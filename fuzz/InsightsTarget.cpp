@@ -4,6 +4,7 @@
 #include "FuzzTargets.h"
 #include "HistoryGrouping.h"
 #include "InsightsFigures.h"
+#include "SessionHistoryEntry.h"
 
 #include <QSet>
 #include <QTimeZone>
@@ -19,7 +20,8 @@ bool isPercentage(int value) {
 }
 
 void requireFigures(const History &history, const Calendar &calendar, Date now) {
-    const InsightsFigures figures(history, calendar, now);
+    const std::vector<SessionOutcome> outcomes = outcomesOf(history);
+    const InsightsFigures figures(outcomes, calendar, now);
     require(figures.last30DaysHistory().size() <= history.size(), "no entry comes from nowhere");
     require(figures.calculateCurrentStreak() <= figures.calculateLongestStreak(),
             "no streak is longer than the longest");

@@ -6,6 +6,7 @@
 #include "MemoryDefaults.h"
 #include "ScheduledGoal.h"
 #include "SessionHistoryEntry.h"
+#include "SessionOutcome.h"
 #include "StoredKeys.h"
 #include "UserPreferences.h"
 
@@ -31,6 +32,10 @@ void requireRoundTrip(Input input, const Decode &decode, const Encode &encode) {
 
 void history(Input input) {
     requireRoundTrip(input, decodeHistory, encodeHistory);
+    const auto history = decodeHistory(input.toByteArray());
+    const auto outcomes = decodeOutcomes(input.toByteArray());
+    require(history.has_value() == outcomes.has_value(), "both forms refuse the same documents");
+    require(!history || outcomesOf(*history) == *outcomes, "both forms read the same");
 }
 
 void session(Input input) {

@@ -2,7 +2,6 @@ pragma ComponentBehavior: Bound
 import QtQuick
 import TARNE
 import TARNE.Styling
-import TARNE.Views
 
 // All of the window: the title strip, and below it what lies behind the gate.
 Rectangle {
@@ -40,20 +39,14 @@ Rectangle {
             anchors.fill: parent
             focus: isActive
             isActive: !shell.app.showsTabs
-            component: onboarding
+            document: Qt.resolvedUrl("Views/OnboardingScreen.qml")
+            view: shell.app.onboardingView
         }
         ComponentSlot {
             anchors.fill: parent
             focus: isActive
             isActive: shell.app.showsTabs
             component: content
-        }
-    }
-    Component {
-        id: onboarding
-
-        OnboardingScreen {
-            view: shell.app.onboardingView
         }
     }
     Component {

@@ -10,9 +10,10 @@ FocusScope {
 
     required property int tabIndex
     required property int selectedTab
-    required property Component screen
-    // Whether the tab has been shown yet.
-    required property bool hasScreen
+    // The document of its screen, and the screen's view object, which is there from when the tab is
+    // first shown.
+    required property url screen
+    required property QtObject view
 
     readonly property bool isSelected: selectedTab === tabIndex
     // The identity by which each tab counts as another view.
@@ -31,8 +32,9 @@ FocusScope {
         id: slot
 
         anchors.fill: parent
-        isActive: page.hasScreen
-        component: page.screen
+        isActive: true
+        document: page.screen
+        view: page.view
         focus: true
     }
 

@@ -9,6 +9,7 @@
 #include "NotificationCenter.h"
 #include "RunLoop.h"
 #include "SessionHistoryEntry.h"
+#include "SessionOutcome.h"
 #include "UserDefaults.h"
 #include "UserNotificationCenter.h"
 #include "UserPreferences.h"
@@ -125,6 +126,8 @@ public:
     // History.
 
     [[nodiscard]] std::vector<SessionHistoryEntry> loadSessionHistory() const;
+    /// The outcomes of what `loadSessionHistory` returns.
+    [[nodiscard]] std::vector<SessionOutcome> loadSessionOutcomes() const;
     void saveSessionHistory(const std::vector<SessionHistoryEntry> &history);
     void saveSessionToHistory(const FocusSession &session, const QString &overallAssessment = {},
                               const QString &patternsObserved = {}, const QString &suggestions = {},

@@ -39,6 +39,13 @@ std::vector<SessionHistoryEntry> SessionViewModel::loadSessionHistory() const {
     return decodeHistory(*data).value_or(std::vector<SessionHistoryEntry>());
 }
 
+std::vector<SessionOutcome> SessionViewModel::loadSessionOutcomes() const {
+    const auto data = m_platform.defaults.dataForKey(keys::sessionHistory);
+    if (!data)
+        return {};
+    return decodeOutcomes(*data).value_or(std::vector<SessionOutcome>());
+}
+
 void SessionViewModel::saveSessionHistory(const std::vector<SessionHistoryEntry> &history) {
     if (const auto data = encodeHistory(history))
         m_platform.defaults.setObject(keys::sessionHistory, *data);

@@ -16,8 +16,8 @@ import TARNE
 Rectangle {
     id: root
     property int selectedTab: 0
-    TabPage { tabIndex: 0; selectedTab: root.selectedTab; hasScreen: true; screen: Component { Item {} } }
-    TabPage { tabIndex: 1; selectedTab: root.selectedTab; hasScreen: true; screen: Component { Item {} } }
+    TabPage { tabIndex: 0; selectedTab: root.selectedTab; screen: ""; view: null }
+    TabPage { tabIndex: 1; selectedTab: root.selectedTab; screen: ""; view: null }
 }
 )"_s;
 

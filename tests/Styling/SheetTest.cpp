@@ -1,8 +1,10 @@
 #include "UiDriver.h"
 
+#include <QFile>
 #include <QGuiApplication>
 #include <QPointer>
 #include <QStyleHints>
+#include <QTemporaryDir>
 #include <QTest>
 
 #include <gmock/gmock.h>
@@ -331,6 +333,32 @@ TEST(ComponentSlot, EndsWhatItHoldsTogetherWithItself) {
     ASSERT_TRUE(held);
     delete slot;
     EXPECT_FALSE(held) << "later, its engine may be gone";
+}
+
+TEST(ComponentSlot, LoadsADocumentWhenItsItemIsFirstWanted) {
+    const QTemporaryDir folder;
+    const QString file = folder.filePath(u"Late.qml"_s);
+    const UiDriver ui(
+        u"import QtQuick\nimport TARNE.Styling\nItem { ComponentSlot { isActive: true; "
+        "document: 'file://%1' } }"_s.arg(file));
+    QQuickItem *const slot = ui.root()->childItems().constFirst();
+    EXPECT_FALSE(slot->property("item").value<QQuickItem *>());
+    // It is not looked at before: it is not even there.
+    QFile document(file);
+    ASSERT_TRUE(document.open(QIODevice::WriteOnly));
+    document.write("import QtQuick\nItem { required property QtObject view }");
+    document.close();
+    QObject view;
+    QObject other;
+    slot->setProperty("view", QVariant::fromValue(&view));
+    const QPointer<QQuickItem> item = slot->property("item").value<QQuickItem *>();
+    ASSERT_TRUE(item);
+    EXPECT_EQ(item->property("view").value<QObject *>(), &view);
+    slot->setProperty("view", QVariant::fromValue(&other));
+    EXPECT_EQ(slot->property("item").value<QQuickItem *>(), item) << "it is made once";
+    EXPECT_EQ(item->property("view").value<QObject *>(), &other);
+    slot->setProperty("view", QVariant::fromValue<QObject *>(nullptr));
+    EXPECT_FALSE(slot->property("item").value<QQuickItem *>());
 }
 
 TEST(SheetPanel, IsAsHighAsWhatItHoldsUnlessToldOtherwise) {

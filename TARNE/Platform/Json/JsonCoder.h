@@ -20,7 +20,9 @@
 /// A member of type `std::optional` may be missing or null and is left out when it is absent; every
 /// other one must be there with the right type. Unknown members are ignored, of a repeated one the
 /// last counts. `blank()` is what reading begins with; it avoids defaults that cost something, such
-/// as a new id. An enumeration has functions `jsonText(value)` and `fromJsonText(text, value)`.
+/// as a new id. A form that is only read may pass members by, which have to be valid all the same:
+/// `passed<QString>("text")`. An enumeration has functions `jsonText(value)` and
+/// `fromJsonText(text, value)`.
 namespace tarne::json {
 
 template <class Record>
@@ -41,6 +43,18 @@ struct Member {
 template <class Record, class Type>
 constexpr Member<Record, Type> member(std::string_view name, Type Record::*field) {
     return {name, field};
+}
+
+/// A member that is read like one of type `Type` and not kept.
+template <class Type>
+struct PassedMember {
+    static constexpr bool mayBeMissing = isOptional<Type>;
+    std::string_view name;
+};
+
+template <class Type>
+constexpr PassedMember<Type> passed(std::string_view name) {
+    return {name};
 }
 
 template <class Type>
@@ -117,6 +131,17 @@ bool read(Value value, std::vector<Type> &result) {
     return readList(value, result);
 }
 
+/// Whether the value reads as a `Type`.
+template <class Type>
+[[nodiscard]] bool pass(Value value) {
+    if constexpr (std::is_same_v<Type, QString>) {
+        return passText(value);
+    } else {
+        Type dropped = blank<Type>();
+        return read(value, dropped);
+    }
+}
+
 /// Reads an object into a record, member by member, in whatever order they stand.
 template <HasForm Record>
 class RecordReader {
@@ -168,7 +193,16 @@ private:
     bool readMember(Value value) {
         m_seen |= 1U << Index;
         m_next = Index + 1;
-        return json::read(value, m_record.*std::get<Index>(members).field);
+        return readInto(value, std::get<Index>(members));
+    }
+
+    template <class Type>
+    bool readInto(Value value, const Member<Record, Type> &member) {
+        return json::read(value, m_record.*member.field);
+    }
+    template <class Type>
+    bool readInto(Value value, const PassedMember<Type> &) {
+        return pass<Type>(value);
     }
 
     template <std::size_t... I>

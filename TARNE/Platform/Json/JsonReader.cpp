@@ -145,6 +145,18 @@ bool read(Value value, QString &result) {
     return true;
 }
 
+bool passText(Value value) {
+    const std::string_view token = value.raw_json_token();
+    // The document was found to be UTF-8 without bare control characters as a whole, so that only
+    // an escape can be wrong.
+    if (token.starts_with('"') && token.find('\\') == std::string_view::npos) {
+        simdjson::ondemand::raw_json_string passed;
+        return !value.get_raw_json_string().get(passed);
+    }
+    std::string_view text;
+    return !value.get_string().get(text);
+}
+
 bool read(Value value, QUuid &result) {
     std::string_view text;
     if (!read(value, text))

@@ -26,6 +26,8 @@ using Value = simdjson::ondemand::value;
 [[nodiscard]] bool read(Value value, Date &result);
 /// A text with half of a surrogate pair is no text.
 [[nodiscard]] bool read(Value value, QString &result);
+/// Whether the value is a text as above, without making it.
+[[nodiscard]] bool passText(Value value);
 /// A text as UTF-8, valid until the next value is read.
 [[nodiscard]] bool read(Value value, std::string_view &result);
 /// The canonical text of 36 characters, in either case.

@@ -5,6 +5,8 @@
 #include <QQmlContext>
 #include <QQmlEngine>
 
+using namespace Qt::StringLiterals;
+
 namespace tarne {
 
 ComponentSlot::ComponentSlot(QQuickItem *parent) : QQuickItem(parent) {
@@ -31,6 +33,26 @@ void ComponentSlot::setComponent(QQmlComponent *component) {
     Q_EMIT componentChanged();
 }
 
+void ComponentSlot::setDocument(const QUrl &document) {
+    if (m_document == document)
+        return;
+    m_document = document;
+    m_item.reset();
+    m_loaded.reset();
+    update();
+    Q_EMIT documentChanged();
+}
+
+void ComponentSlot::setView(QObject *view) {
+    if (m_view == view)
+        return;
+    m_view = view;
+    update();
+    if (m_item && m_loaded)
+        m_item->setProperty("view", QVariant::fromValue(view));
+    Q_EMIT viewChanged();
+}
+
 void ComponentSlot::setActive(bool isActive) {
     if (m_isActive == isActive)
         return;
@@ -47,7 +69,8 @@ void ComponentSlot::componentComplete() {
 void ComponentSlot::update() {
     if (!isComponentComplete())
         return;
-    const bool isWanted = m_isActive && m_component;
+    const bool isWanted =
+        m_isActive && (m_document.isEmpty() ? m_component != nullptr : m_view != nullptr);
     if (isWanted == (m_item != nullptr))
         return;
     if (isWanted)
@@ -57,8 +80,17 @@ void ComponentSlot::update() {
     Q_EMIT itemChanged();
 }
 
+void ComponentSlot::load() {
+    m_loaded = std::make_unique<QQmlComponent>(qmlEngine(this), m_document);
+    m_component = m_loaded.get();
+}
+
 void ComponentSlot::make() {
-    QObject *const object = m_component->beginCreate(m_component->creationContext());
+    if (!m_component)
+        load();
+    QQmlContext *const context = m_component->creationContext();
+    QObject *const object =
+        m_component->beginCreate(context ? context : qmlEngine(this)->rootContext());
     auto *const item = qobject_cast<QQuickItem *>(object);
     if (!item) {
         qCWarning(styleLog).noquote() << "no item:" << m_component->errorString();
@@ -67,6 +99,8 @@ void ComponentSlot::make() {
     }
     QQmlEngine::setObjectOwnership(item, QQmlEngine::CppOwnership);
     m_item.reset(item);
+    if (m_loaded)
+        m_component->setInitialProperties(item, {{u"view"_s, QVariant::fromValue(m_view.get())}});
     item->setParentItem(this);
     m_component->completeCreate();
     connect(item, &QQuickItem::implicitWidthChanged, this, &ComponentSlot::adoptSize);

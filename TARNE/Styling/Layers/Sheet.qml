@@ -10,7 +10,11 @@ Item {
     id: sheet
 
     property bool isPresented: false
-    required property Component content
+    // What is presented, or the address of its document, which is loaded with the first presentation,
+    // and the `view` that this requires.
+    property Component content: null
+    property url document
+    property QtObject view: null
 
     // What is presented, or null.
     readonly property Item item: slot.item
@@ -32,6 +36,8 @@ Item {
             // Made when the layer has noted where the focus was, since the content may take it.
             isActive: layer.isPresented
             component: sheet.content
+            document: sheet.document
+            view: sheet.view
         }
     }
 }

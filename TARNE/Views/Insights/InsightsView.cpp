@@ -56,7 +56,7 @@ void InsightsView::scheduleDrawing() {
 }
 
 void InsightsView::draw() {
-    const std::vector<SessionHistoryEntry> history = sessionHistory();
+    const std::vector<SessionOutcome> history = sessionOutcomes();
     const Calendar calendar = m_calendar();
     const InsightsFigures figures(history, calendar, m_clock.now());
     m_figures = {.currentStreak = figures.calculateCurrentStreak(),
@@ -77,12 +77,17 @@ std::vector<SessionHistoryEntry> InsightsView::sessionHistory() {
     return m_sessionViewModel.loadSessionHistory();
 }
 
+std::vector<SessionOutcome> InsightsView::sessionOutcomes() {
+    std::vector<SessionOutcome> outcomes = m_sessionViewModel.loadSessionOutcomes();
+    return outcomes.empty() ? outcomesOf(sessionHistory()) : outcomes;
+}
+
 std::vector<SessionHistoryEntry> InsightsView::createSampleHistoryEntries() const {
     return samples::ofInsights(m_calendar(), m_clock.now());
 }
 
 std::vector<HeatmapDayData> InsightsView::heatmapData() {
-    const std::vector<SessionHistoryEntry> history = sessionHistory();
+    const std::vector<SessionOutcome> history = sessionOutcomes();
     return InsightsFigures(history, m_calendar(), m_clock.now()).generateHeatmapData();
 }
 

@@ -3,6 +3,7 @@
 #include "Clock.h"
 #include "InsightsFigures.h"
 #include "Screen.h"
+#include "SessionHistoryEntry.h"
 
 #include <QColor>
 #include <QStringList>
@@ -99,6 +100,8 @@ private:
         int totalSessionsThisYear = 0;
     };
 
+    /// The same history without its texts, which no figure needs.
+    [[nodiscard]] std::vector<SessionOutcome> sessionOutcomes();
     void draw();
     void scheduleDrawing();
     [[nodiscard]] QVariantList productivityTimeRows() const;

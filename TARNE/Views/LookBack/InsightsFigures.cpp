@@ -43,13 +43,13 @@ int truncatedPercentage(qint64 count, qint64 total) {
 
 } // namespace
 
-InsightsFigures::InsightsFigures(const std::vector<SessionHistoryEntry> &history, Calendar calendar,
+InsightsFigures::InsightsFigures(const std::vector<SessionOutcome> &history, Calendar calendar,
                                  Date now)
     : m_history(history),
       m_calendar(std::move(calendar)),
       m_now(now),
       m_startOfToday(m_calendar.startOfDay(now)) {
-    for (const SessionHistoryEntry &entry : history)
+    for (const SessionOutcome &entry : history)
         ++m_sessionsPerDay[m_calendar.day(entry.sessionDate)];
 }
 
@@ -57,10 +57,10 @@ Date InsightsFigures::moved(Unit unit, int value) const {
     return m_calendar.dateByAdding(unit, value, m_now).value_or(m_now);
 }
 
-std::vector<const SessionHistoryEntry *> InsightsFigures::last30DaysHistory() const {
+std::vector<const SessionOutcome *> InsightsFigures::last30DaysHistory() const {
     const Date cutoff = moved(Unit::day, -30);
-    std::vector<const SessionHistoryEntry *> recent;
-    for (const SessionHistoryEntry &entry : m_history) {
+    std::vector<const SessionOutcome *> recent;
+    for (const SessionOutcome &entry : m_history) {
         if (entry.sessionDate >= cutoff)
             recent.push_back(&entry);
     }
@@ -104,8 +104,8 @@ GoalCompletionPercentages InsightsFigures::goalCompletionPercentages() const {
     qint64 completed = 0;
     qint64 partiallyCompleted = 0;
     qint64 total = 0;
-    for (const SessionHistoryEntry *entry : last30DaysHistory()) {
-        for (const SessionGoal &goal : entry->goals) {
+    for (const SessionOutcome *entry : last30DaysHistory()) {
+        for (const GoalOutcome &goal : entry->goals) {
             completed += goal.status == GoalStatus::completed;
             partiallyCompleted += goal.status == GoalStatus::partiallyCompleted;
             ++total;
@@ -120,7 +120,7 @@ GoalCompletionPercentages InsightsFigures::goalCompletionPercentages() const {
 std::vector<ProductivityTimeData> InsightsFigures::calculateProductivityTimes() const {
     std::array<qint64, periodCount> counts{};
     qint64 total = 0;
-    for (const SessionHistoryEntry *entry : last30DaysHistory()) {
+    for (const SessionOutcome *entry : last30DaysHistory()) {
         const DateComponents end = m_calendar.dateComponents(entry->sessionDate);
         ++counts[periodOfHour(end.hour)];
         ++total;
@@ -166,7 +166,7 @@ std::vector<WeekData> InsightsFigures::weeklyData() const {
 int InsightsFigures::totalSessionsThisYear() const {
     const Date cutoff = moved(Unit::weekOfYear, 1 - weeksOfGrid);
     return static_cast<int>(std::ranges::count_if(
-        m_history, [cutoff](const SessionHistoryEntry &e) { return e.sessionDate >= cutoff; }));
+        m_history, [cutoff](const SessionOutcome &e) { return e.sessionDate >= cutoff; }));
 }
 
 std::vector<HeatmapDayData> InsightsFigures::generateHeatmapData() const {

@@ -2,7 +2,7 @@
 
 #include "Calendar.h"
 #include "RandomUuid.h"
-#include "SessionHistoryEntry.h"
+#include "SessionOutcome.h"
 
 #include <QHash>
 #include <QString>
@@ -50,10 +50,10 @@ struct GoalCompletionPercentages {
 /// present moment. The history must outlive it.
 class InsightsFigures {
 public:
-    InsightsFigures(const std::vector<SessionHistoryEntry> &history, Calendar calendar, Date now);
+    InsightsFigures(const std::vector<SessionOutcome> &history, Calendar calendar, Date now);
 
     /// The entries since this clock time 30 days ago, in their order.
-    [[nodiscard]] std::vector<const SessionHistoryEntry *> last30DaysHistory() const;
+    [[nodiscard]] std::vector<const SessionOutcome *> last30DaysHistory() const;
 
     // A zone may leave a whole day out, as Apia did on 2011-12-30. Such a day ends no streak.
 
@@ -86,7 +86,7 @@ private:
     [[nodiscard]] Date moved(Calendar::Unit unit, int value) const;
     [[nodiscard]] HeatmapDayData cell(Date startOfDay) const;
 
-    const std::vector<SessionHistoryEntry> &m_history;
+    const std::vector<SessionOutcome> &m_history;
     Calendar m_calendar;
     Date m_now;
     Date m_startOfToday;

@@ -9,7 +9,7 @@
 namespace tarne {
 
 /// The fourth tab: whether the classification server runs, its start and restart, and the API key.
-class SettingsView : public Screen {
+class SettingsView : public tarne::Screen {
     Q_OBJECT
     QML_ELEMENT
     QML_UNCREATABLE("made by the application")

@@ -54,26 +54,17 @@ Rectangle {
 
     Sheet {
         isPresented: screen.view.isShown && screen.view.showDurationSelection
-        content: Component {
-            DurationSelectionSheet {
-                view: screen.view.durationSelection
-            }
-        }
+        document: Qt.resolvedUrl("DurationSelectionSheet.qml")
+        view: screen.view.durationSelection
     }
     Sheet {
         isPresented: screen.view.isShown && screen.view.showSessionNotes
-        content: Component {
-            SessionNotesSheet {
-                view: screen.view.sessionNotes
-            }
-        }
+        document: Qt.resolvedUrl("SessionNotesSheet.qml")
+        view: screen.view.sessionNotes
     }
     Sheet {
         isPresented: screen.view.isShown && screen.view.showSessionReflection
-        content: Component {
-            SessionReflectionSheet {
-                view: screen.view.sessionReflection
-            }
-        }
+        document: Qt.resolvedUrl("SessionReflectionSheet.qml")
+        view: screen.view.sessionReflection
     }
 }

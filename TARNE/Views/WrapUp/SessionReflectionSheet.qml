@@ -128,10 +128,7 @@ SheetPanel {
 
     Sheet {
         isPresented: sheet.view.showingFeedback
-        content: Component {
-            SessionFeedbackSheet {
-                view: sheet.view.feedback
-            }
-        }
+        document: Qt.resolvedUrl("SessionFeedbackSheet.qml")
+        view: sheet.view.feedback
     }
 }

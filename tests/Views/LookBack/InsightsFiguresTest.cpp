@@ -203,7 +203,8 @@ TEST(InsightsFigures, WhereTheCalendarBeginsCutOffsAreNowAndThereIsNoGrid) {
     told.now = test::calendarBegins;
     told.session(told.now - 1.0, {GoalStatus::notCompleted})
         .session(told.now, {GoalStatus::completed});
-    EXPECT_THAT(told.figures().last30DaysHistory(), ElementsAre(&told.history[1]));
+    const std::vector<const SessionOutcome *> recent = told.figures().last30DaysHistory();
+    EXPECT_THAT(recent, ElementsAre(&told.outcomes[1]));
     EXPECT_THAT(percentages(told), ElementsAre(100, 0, 0));
     EXPECT_EQ(told.figures().totalSessionsThisYear(), 1);
     EXPECT_EQ(told.figures().calculateCurrentStreak(), 1);

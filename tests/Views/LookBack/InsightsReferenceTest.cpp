@@ -25,21 +25,22 @@ struct Case {
     explicit Case(quint64 seed)
         : random(seed),
           slow(random.zone),
-          figures(random.history, random.calendar, random.now),
+          outcomes(outcomesOf(random.history)),
+          figures(outcomes, random.calendar, random.now),
           today(slow.day(random.now)) {
-        for (const SessionHistoryEntry &entry : random.history)
+        for (const SessionOutcome &entry : outcomes)
             days.insert(slow.day(entry.sessionDate));
     }
 
-    [[nodiscard]] std::vector<const SessionHistoryEntry *> since(Date cutoff) const {
-        std::vector<const SessionHistoryEntry *> found;
-        for (const SessionHistoryEntry &entry : random.history) {
+    [[nodiscard]] std::vector<const SessionOutcome *> since(Date cutoff) const {
+        std::vector<const SessionOutcome *> found;
+        for (const SessionOutcome &entry : outcomes) {
             if (!(entry.sessionDate < cutoff))
                 found.push_back(&entry);
         }
         return found;
     }
-    [[nodiscard]] std::vector<const SessionHistoryEntry *> ofLast30Days() const {
+    [[nodiscard]] std::vector<const SessionOutcome *> ofLast30Days() const {
         return since(slow.daysBefore(30, random.now));
     }
     [[nodiscard]] int intensity(const QDate &day) const {
@@ -48,6 +49,7 @@ struct Case {
 
     RandomHistory random;
     SlowCalendar slow;
+    std::vector<SessionOutcome> outcomes;
     InsightsFigures figures;
     QDate today;
     std::multiset<QDate> days;
@@ -63,9 +65,9 @@ QString periodOf(int hour) {
 
 /// The periods' shares, the highest taken out first, of equal ones the earlier in the day.
 std::vector<std::pair<QString, int>>
-sharesByRank(const std::vector<const SessionHistoryEntry *> &entries, const SlowCalendar &slow) {
+sharesByRank(const std::vector<const SessionOutcome *> &entries, const SlowCalendar &slow) {
     QStringList ends;
-    for (const SessionHistoryEntry *entry : entries)
+    for (const SessionOutcome *entry : entries)
         ends += periodOf(slow.hour(entry->sessionDate));
     QStringList left{u"Morning"_s, u"Afternoon"_s, u"Evening"_s, u"Night"_s};
     const auto share = [&ends](const QString &period) {
@@ -114,8 +116,8 @@ TEST(InsightsReference, PercentagesOfTheGoals) {
     for (quint64 seed = 0; seed < randomCases; ++seed) {
         const Case a(seed);
         int goals[3] = {};
-        for (const SessionHistoryEntry *entry : a.ofLast30Days()) {
-            for (const SessionGoal &goal : entry->goals)
+        for (const SessionOutcome *entry : a.ofLast30Days()) {
+            for (const GoalOutcome &goal : entry->goals)
                 ++goals[static_cast<int>(goal.status.value_or(GoalStatus::notCompleted))];
         }
         const int total = goals[0] + goals[1] + goals[2];

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "InsightsFigures.h"
+#include "SessionHistoryEntry.h"
 
 #include <gtest/gtest.h>
 
@@ -33,11 +34,15 @@ public:
             session(daysAgo(day));
         return *this;
     }
-    InsightsFigures figures() const { return InsightsFigures(history, calendar, now); }
+    InsightsFigures figures() const {
+        outcomes = outcomesOf(history);
+        return InsightsFigures(outcomes, calendar, now);
+    }
 
     Calendar calendar;
     Date now;
     std::vector<SessionHistoryEntry> history;
+    mutable std::vector<SessionOutcome> outcomes; ///< What the last figures were made of.
 };
 
 /// All cells of the grid, column by column.
