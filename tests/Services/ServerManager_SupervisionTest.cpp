@@ -155,6 +155,18 @@ TEST_F(ServerSupervisionTest, ErrorOutputIsLoggedAndSetsNoError) {
     EXPECT_EQ(nextAddress(), u"http://localhost:3000/health"_s);
 }
 
+TEST_F(ServerSupervisionTest, AnEmptyChunkOfErrorOutputIsDropped) {
+    start();
+    launcher.last().launch.standardError("");
+    EXPECT_TRUE(log.lines().isEmpty());
+}
+
+TEST_F(ServerSupervisionTest, AChunkOfWhiteSpaceInErrorOutputIsLoggedEmpty) {
+    start();
+    launcher.last().launch.standardError(" \n");
+    EXPECT_EQ(log.lines(), QStringList{u"⚠️ Server Error: "_s});
+}
+
 TEST_F(ServerSupervisionTest, AnAnnouncedPortIsTheOneThatHealthChecksAsk) {
     start();
     print("TARNE Classification Server running on port 3005\n");

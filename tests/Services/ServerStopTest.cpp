@@ -6,7 +6,18 @@ using namespace std::chrono_literals;
 namespace tarne::test {
 namespace {
 
-class ServerStopTest : public ServerFixture {};
+class ServerStopTest : public ServerFixture {
+protected:
+    /// The sweep of the ports and of the strays, and the second that it is given.
+    static QStringList sweep() {
+        QStringList calls;
+        for (const int port :
+             {3000, 3000, 3001, 3002, 3003, 3004, 3005, 3006, 3007, 3008, 3009, 3010})
+            calls += u"/usr/bin/lsof -ti :%1"_s.arg(port);
+        return calls + QStringList{u"/usr/bin/pkill -f tarne-server"_s, u"/usr/bin/pkill -f node"_s,
+                                   u"sleep 1000000 us"_s};
+    }
+};
 
 TEST_F(ServerStopTest, AStopWithoutAChildChangesNothing) {
     manager->stopServer();
@@ -172,16 +183,19 @@ TEST_F(ServerStopTest, ForceCleanupStopsThenSweepsThenSleepsASecondAndStartsNoth
     ports.busy = {3000}; // The sweep begins with port 3000, not with the server's.
     start();
     manager->forceCleanup();
-    QStringList expected{u"🧹 Force cleaning up all server processes..."_s,
-                         u"🔴 Stopping server..."_s, u"terminate"_s, u"wait 3000 ms"_s,
-                         u"🔴 Server process terminated"_s};
-    for (const int port : {3000, 3000, 3001, 3002, 3003, 3004, 3005, 3006, 3007, 3008, 3009, 3010})
-        expected += u"/usr/bin/lsof -ti :%1"_s.arg(port);
-    expected +=
-        {u"/usr/bin/pkill -f tarne-server"_s, u"/usr/bin/pkill -f node"_s, u"sleep 1000000 us"_s};
-    EXPECT_EQ(journal, expected);
+    const QStringList stop{u"🧹 Force cleaning up all server processes..."_s,
+                           u"🔴 Stopping server..."_s, u"terminate"_s, u"wait 3000 ms"_s,
+                           u"🔴 Server process terminated"_s};
+    EXPECT_EQ(journal, stop + sweep());
     time.advance(10s);
     EXPECT_EQ(launcher.children.size(), 1u);
+}
+
+TEST_F(ServerStopTest, ForceCleanupWithoutAChildSweepsAllTheSame) {
+    manager->forceCleanup();
+    const QStringList noStop{u"🧹 Force cleaning up all server processes..."_s,
+                             u"🔴 No server process to stop"_s};
+    EXPECT_EQ(journal, noStop + sweep());
 }
 
 TEST_F(ServerStopTest, ASavedKeyRestartsARunningServerWithTheNewKey) {

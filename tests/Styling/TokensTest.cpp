@@ -74,6 +74,20 @@ TEST(Tokens, ReachScreensAsFonts) {
         EXPECT_EQ(token<TypographyTokens>(name).value<QFont>(), font) << name;
 }
 
+TEST(Tokens, ReachScreensAsFontSizes) {
+    const std::vector<std::pair<const char *, double>> sizes = {{"small", 12},      {"body", 14},
+                                                                {"bodyLarge", 16},  {"title", 20},
+                                                                {"largeTitle", 24}, {"timer", 48}};
+    const QVariant fontSize = token<TypographyTokens>("fontSize");
+    const QMetaObject *const type = fontSize.metaType().metaObject();
+    ASSERT_TRUE(type);
+    EXPECT_EQ(type->propertyCount(), int(sizes.size()));
+    for (const auto &[name, size] : sizes) {
+        const QMetaProperty property = type->property(type->indexOfProperty(name));
+        EXPECT_EQ(property.readOnGadget(fontSize.constData()).toDouble(), size) << name;
+    }
+}
+
 TEST(Tokens, ReachScreensAsMeasures) {
     const std::vector<std::pair<const char *, double>> measures = {{"spacingSmall", 8},
                                                                    {"spacingMedium", 16},

@@ -28,6 +28,13 @@ TEST_F(Schedule, LogsAnErrorOfThePermissionAndGoesOn) {
     EXPECT_THAT(schedule().scheduledGoals(), SizeIs(1));
 }
 
+TEST_F(Schedule, AfterARefusalRemindersAreAskedForAllTheSame) {
+    m_fakes.notifications.refuses = true;
+    EXPECT_TRUE(addAt(3, 9).notificationScheduled);
+    EXPECT_THAT(m_fakes.notifications.pending, SizeIs(1));
+    EXPECT_THAT(m_fakes.log.lines(), IsEmpty());
+}
+
 TEST_F(Schedule, SavesAnAddedGoalBeforeItsReminderIsAskedFor) {
     m_fakes.notifications.answersNever = true;
     addAt(3, 9);

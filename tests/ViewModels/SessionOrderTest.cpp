@@ -58,10 +58,11 @@ TEST_F(SessionOrder, ANewSessionIsTheCurrentOneBeforeItsCountdownRuns) {
 TEST_F(SessionOrder, AStartClearsTheKeysOfTheLastCountdownBeforeItTakesTheSession) {
     start(u"First"_s, 300);
     defaults.takeWrites();
-    QObject::connect(&controller(), &SessionViewModel::currentSessionChanged, [&] {
-        EXPECT_EQ(defaults.takeWrites().count(u"synchronize"_s), 2) << "for each clearing of keys";
-    });
+    std::vector<qsizetype> clearings;
+    QObject::connect(&controller(), &SessionViewModel::currentSessionChanged,
+                     [&] { clearings.push_back(defaults.takeWrites().count(u"synchronize"_s)); });
     controller().startSession(FocusSession());
+    EXPECT_THAT(clearings, ElementsAre(2)) << "by the stop and by the start";
 }
 
 TEST_F(SessionOrder, ACountdownThatReplacesAnotherStopsItBeforeItTakesItsOwnLength) {
@@ -88,9 +89,19 @@ TEST_F(SessionOrder, AnEndStopsTheCountdownThenClearsItsKeysThenTheSession) {
 
 TEST_F(SessionOrder, AnEndSavesTheHistoryBeforeItStopsTheCountdown) {
     start(u"Review"_s, 300);
+    std::vector<std::size_t> saved;
     QObject::connect(&controller(), &SessionViewModel::isTimerActiveChanged,
-                     [&] { EXPECT_EQ(history().size(), 1u); });
+                     [&] { saved.push_back(history().size()); });
     controller().endSession(std::nullopt, true);
+    EXPECT_THAT(saved, ElementsAre(1u));
+}
+
+TEST_F(SessionOrder, ARunOutIsInTheHistoryBeforeItsNoticeIsShown) {
+    start(u"Review"_s, 300);
+    std::vector<std::size_t> saved;
+    userNotifications.whenAdding = [&] { saved.push_back(history().size()); };
+    pass(300);
+    EXPECT_THAT(saved, ElementsAre(1u));
 }
 
 TEST_F(SessionOrder, AnEndPublishesOnceTheSessionIsCleared) {
@@ -98,11 +109,15 @@ TEST_F(SessionOrder, AnEndPublishesOnceTheSessionIsCleared) {
     pass(10);
     log.takeLines();
     defaults.takeWrites();
+    std::vector<qsizetype> published;
+    std::vector<qsizetype> clearings;
     QObject::connect(&controller(), &SessionViewModel::currentSessionChanged, [&] {
-        EXPECT_FALSE(log.lines().join(u'\n').contains(u"Session data"_s));
-        EXPECT_EQ(defaults.takeWrites().count(u"synchronize"_s), 2) << "for each clearing of keys";
+        published.push_back(log.lines().filter(u"Session data"_s).size());
+        clearings.push_back(defaults.takeWrites().count(u"synchronize"_s));
     });
     controller().endSession(std::nullopt, false);
+    EXPECT_THAT(published, ElementsAre(0));
+    EXPECT_THAT(clearings, ElementsAre(2)) << "by the stop and by the end";
     EXPECT_TRUE(
         log.lines().contains(u"📱 Session data cleared: Active=0, Goals='', TimeRemaining=0"_s));
     EXPECT_EQ(defaults.takeWrites().count(u"synchronize"_s), 1);

@@ -90,6 +90,10 @@ TEST_F(SessionRunOut, RunningOutNotifiesAtOnceUnderANewIdentifier) {
     EXPECT_FALSE(notice.trigger);
     EXPECT_FALSE(QUuid::fromString(notice.identifier).isNull());
     EXPECT_EQ(notice.identifier, notice.identifier.toUpper());
+    const QString identifier = notice.identifier;
+    start(u"Review"_s, 300);
+    pass(300);
+    EXPECT_NE(userNotifications.added.back().identifier, identifier);
 }
 
 TEST_F(SessionRunOut, RunningOutStopsTheTick) {

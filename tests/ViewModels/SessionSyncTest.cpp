@@ -68,6 +68,20 @@ TEST_F(SessionSync, WithARunOutInBetweenSetsTheValuesAndDoesNotCompleteAgain) {
     EXPECT_DOUBLE_EQ(controller().timeRemaining(), 200.0) << "what was worked out before the hop";
 }
 
+TEST_F(SessionSync, AResumedRunOutWhoseFlagWasLoweredCompletesAgain) {
+    start(u"Review"_s, 300);
+    pass(300);
+    controller().setTimerComplete(false); // The timer screen has come back.
+    controller().resumeTimer();
+    userNotifications.added.clear();
+    controller().syncTimerWithRealTime();
+    time.runPending();
+    EXPECT_TRUE(controller().isTimerComplete());
+    EXPECT_FALSE(controller().isTimerActive());
+    EXPECT_EQ(userNotifications.added.size(), 1u);
+    EXPECT_EQ(history().size(), 1u) << "merged into the first run-out's";
+}
+
 TEST_F(SessionSync, DoesNothingWhilePausedOrIdle) {
     controller().syncTimerWithRealTime();
     EXPECT_EQ(time.pendingBlockCount(), 0u);

@@ -93,9 +93,12 @@ TEST_F(SessionCountdown, PausingAndResumingAnIdleControllerOnlySetsTheFlag) {
 }
 
 TEST_F(SessionCountdown, StoppingInvalidatesTheActivityAndResetsTheDisplay) {
+    controller();
+    const std::size_t timers = time.timerCount();
     start(u"Review"_s, 300);
     pass(100);
     controller().stopTimer();
+    EXPECT_EQ(time.timerCount(), timers) << "the tick is gone";
     EXPECT_TRUE(activities.activities[0]->invalidated);
     EXPECT_FALSE(controller().isTimerActive());
     EXPECT_EQ(controller().timeRemaining(), 300.0) << "the length of the count-down that ended";

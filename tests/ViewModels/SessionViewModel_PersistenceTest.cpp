@@ -44,11 +44,11 @@ TEST_F(SessionPersistence, EachTickWritesTheFourKeysInTheirOrderAndForcesNothing
 }
 
 TEST_F(SessionPersistence, WritesTheFourKeysInTheirOrder) {
-    start(u"Review"_s, 300);
+    start(u"Review"_s, 300.5);
     defaults.takeWrites();
     controller().saveTimerState();
     EXPECT_EQ(defaults.takeWrites(), saving()) << "and the store is not forced to disk";
-    EXPECT_EQ(defaults.doubleForKey(keys::timerOriginalDuration), 300.0);
+    EXPECT_EQ(defaults.objectForKey(keys::timerOriginalDuration), DefaultsValue(300.5));
     EXPECT_EQ(defaults.objectForKey(keys::timerIsActive), DefaultsValue(true));
     EXPECT_EQ(defaults.stringForKey(keys::timerSessionGoal), u"Review"_s);
 }
@@ -143,6 +143,29 @@ TEST_F(SessionPersistence, ARestoredCountdownSchedulesNoNotificationAndNoActivit
     EXPECT_TRUE(userNotifications.added.empty());
     EXPECT_TRUE(activities.activities.empty());
     EXPECT_THAT(userNotifications.calls, IsEmpty()) << "a pending one of the last run stays";
+}
+
+TEST_F(SessionPersistence, ASessionThatRanOutWhileAwayLeavesPendingNotificationsAlone) {
+    storeCountdown(400, 300, u"Review"_s);
+    controller();
+    ASSERT_EQ(history().size(), 1u);
+    EXPECT_THAT(userNotifications.calls, IsEmpty());
+}
+
+TEST_F(SessionPersistence, ALaunchWithNothingStoredLeavesPendingNotificationsAlone) {
+    controller();
+    EXPECT_THAT(userNotifications.calls, IsEmpty());
+}
+
+TEST_F(SessionPersistence, ARestorationDuringACountdownReplacesItsTick) {
+    start(u"Review"_s, 300);
+    const std::size_t timers = time.timerCount();
+    pass(10);
+    controller().restoreTimerState();
+    EXPECT_EQ(time.timerCount(), timers);
+    EXPECT_DOUBLE_EQ(controller().timeRemaining(), 290.0);
+    pass(1);
+    EXPECT_DOUBLE_EQ(controller().timeRemaining(), 289.0) << "the new one counts";
 }
 
 TEST_F(SessionPersistence, ARestoredSessionTakesTheBlockListsOfThePreferences) {

@@ -97,6 +97,18 @@ TEST_F(SessionSharing, ARunOutSessionIsNotActive) {
     expectEmptyKeys();
 }
 
+TEST_F(SessionSharing, ARunOutSessionThatIsResumedIsActive) {
+    start(u"Review"_s, 300);
+    pass(301);
+    controller().resumeTimer();
+    pass(1);
+    EXPECT_EQ(defaults.objectForKey(keys::sessionActive), DefaultsValue(qint64{1}));
+    EXPECT_EQ(defaults.objectForKey(keys::sessionGoals), DefaultsValue(u"Review"_s));
+    EXPECT_EQ(defaults.objectForKey(keys::sessionDuration), DefaultsValue(300.0));
+    EXPECT_EQ(defaults.objectForKey(keys::timeRemaining), DefaultsValue(0.0)) << "no tick is left";
+    EXPECT_EQ(controller().getCurrentSessionGoals()[u"active"_s], QVariant(true));
+}
+
 TEST_F(SessionSharing, ACountdownWithoutASessionIsNotActive) {
     controller().startTimer(300);
     pass(1);

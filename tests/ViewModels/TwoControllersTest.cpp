@@ -48,6 +48,23 @@ TEST_F(TwoControllers, TheOtherGoesOnAfterTheUsersHasEndedAndSavesItsOwn) {
     EXPECT_EQ(userNotifications.added.back().content.title, u"Session Complete"_s);
 }
 
+TEST_F(TwoControllers, BothRunOutIntoOneEntryAndNotifyUnderDifferentIdentifiers) {
+    storeCountdown(100, 300, u"Review"_s);
+    launch(0.4);
+    pass(100);
+    EXPECT_NEAR(first->timeRemaining(), 100, 1);
+    EXPECT_NEAR(second->timeRemaining(), 100, 1);
+    userNotifications.added.clear();
+    pass(101);
+    EXPECT_TRUE(first->isTimerComplete());
+    EXPECT_TRUE(second->isTimerComplete());
+    EXPECT_EQ(first->loadSessionHistory().size(), 1u);
+    ASSERT_EQ(userNotifications.added.size(), 2u);
+    for (const NotificationRequest &notice : userNotifications.added)
+        EXPECT_EQ(notice.content.title, u"Session Complete"_s);
+    EXPECT_NE(userNotifications.added[0].identifier, userNotifications.added[1].identifier);
+}
+
 TEST_F(TwoControllers, TheFirstSavesAndClearsASessionThatRanOutWhileAway) {
     storeCountdown(400, 300, u"Review"_s);
     launch();

@@ -12,8 +12,10 @@ namespace tarne {
 /// search for strays find us on the server's port. Main thread only.
 class NetworkHealthProbe final : public HealthProbe {
 public:
+    static constexpr std::chrono::seconds defaultIdleLimit{60};
+
     /// A server that says nothing for `idleLimit` has failed.
-    explicit NetworkHealthProbe(std::chrono::milliseconds idleLimit = std::chrono::seconds{60});
+    explicit NetworkHealthProbe(std::chrono::milliseconds idleLimit = defaultIdleLimit);
 
     void get(const QString &address, std::function<void(Reply)> done) override;
 

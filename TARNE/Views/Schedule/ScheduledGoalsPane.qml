@@ -43,6 +43,8 @@ Item {
         NoGoalsScheduled {
             id: noGoals
 
+            // A child of the list would stand still.
+            parent: list.contentItem
             width: list.width
             visible: list.count === 0
             onAddGoal: pane.view.openAddGoal()

@@ -73,6 +73,30 @@ TEST_F(NetworkHealthProbeTest, AnAnswersStatusIsTheReply) {
     EXPECT_TRUE(requests.startsWith("GET /health HTTP/1.1\r\n"));
 }
 
+TEST_F(NetworkHealthProbeTest, SendsNoHeaderOfOurs) {
+    probe();
+    QStringList names;
+    for (const QByteArray &line : requests.split('\n').sliced(1)) {
+        if (const auto colon = line.indexOf(':'); colon > 0)
+            names += QString::fromLatin1(line.first(colon));
+    }
+    // These are the transport's own.
+    EXPECT_EQ(names, QStringList({u"Host"_s, u"Content-Length"_s, u"Connection"_s,
+                                  u"Accept-Encoding"_s, u"Accept-Language"_s, u"User-Agent"_s}));
+    EXPECT_TRUE(requests.contains("\r\nUser-Agent: Mozilla/5.0\r\n"));
+}
+
+TEST_F(NetworkHealthProbeTest, IsPatientForAMinute) {
+    EXPECT_EQ(NetworkHealthProbe::defaultIdleLimit, 60s);
+    answer.clear();
+    bool hasAnswered = false;
+    NetworkHealthProbe patient;
+    patient.get(u"http://localhost:%1/health"_s.arg(server.serverPort()),
+                [&](const HealthProbe::Reply &) { hasAnswered = true; });
+    EXPECT_EQ(failure(probe()), u"The request timed out."_s) << "where it was told half a second";
+    EXPECT_FALSE(hasAnswered);
+}
+
 TEST_F(NetworkHealthProbeTest, AnErrorStatusIsAnAnswerToo) {
     for (const QByteArray status : {"404", "500", "503"}) {
         answer = "HTTP/1.1 " + status + " X\r\nContent-Length: 0\r\n\r\n";

@@ -138,6 +138,17 @@ TEST(EditReflectionScreen, ItsPartsStandApartAndAtTheEdgesOfAPaddingOf24) {
               ground.bottomRight() + QPointF(0, 20));
 }
 
+TEST(EditReflectionScreen, KeepsTheSamePaddingAboveAndBelow) {
+    const EditedSheet edited;
+    const double above =
+        test::placeOf(*edited.ui.find(u"Edit Reflection"_s, QAccessible::Heading)).top();
+    const double below =
+        300 - test::placeOf(*edited.ui.find(u"Save"_s, QAccessible::Button)).bottom();
+    EXPECT_NEAR(above, below, 0.5);
+    EXPECT_GT(above, 0);
+    EXPECT_LE(above, 24);
+}
+
 TEST(EditReflectionScreen, TabGoesFromTheEditorToSaveToCancelAndBackToTheEditor) {
     EditedSheet edited;
     ASSERT_TRUE(edited.ui.click(prompt, QAccessible::EditableText));

@@ -67,12 +67,34 @@ TEST_F(HistoryViewTest, ItsSamplesEndNowAndOneAndTwoDaysBefore) {
         EXPECT_EQ(samples[i].sessionDate, time.now() - static_cast<double>(i) * 86400.0);
 }
 
+TEST_F(HistoryViewTest, TheStoredSamplesHoldAllTheirTexts) {
+    const auto samples = view().createSampleHistoryEntries();
+    view().appear();
+    EXPECT_EQ(contents(history()), contents(samples));
+}
+
+TEST_F(HistoryViewTest, AnEmptyHistoryShowsItsSamplesBeforeEachIsSaved) {
+    std::vector<std::size_t> shown;
+    QObject::connect(&view(), &HistoryView::historyEntriesChanged,
+                     [&] { shown.push_back(view().historyEntries().size()); });
+    view().appear();
+    EXPECT_THAT(shown, testing::ElementsAre(3U, 1U, 2U, 3U));
+}
+
 TEST_F(HistoryViewTest, SeededEntriesHaveIdsOfTheirOwnAndAreOrdinaryEntries) {
+    std::vector<SessionHistoryEntry> shownFirst;
+    QObject::connect(&view(), &HistoryView::historyEntriesChanged, [&] {
+        if (shownFirst.empty())
+            shownFirst = view().historyEntries();
+    });
     view().appear();
     const auto stored = history();
-    ASSERT_EQ(view().historyEntries().size(), stored.size());
-    for (std::size_t i = 0; i < stored.size(); ++i)
-        EXPECT_EQ(view().historyEntries()[i].id, stored[i].id);
+    ASSERT_EQ(shownFirst.size(), 3U);
+    ASSERT_EQ(stored.size(), 3U);
+    for (const SessionHistoryEntry &sample : shownFirst) {
+        for (const SessionHistoryEntry &entry : stored)
+            EXPECT_NE(sample.id, entry.id);
+    }
     EXPECT_EQ(
         stored[0].reflection,
         u"Felt really productive today. The morning session worked well for creative work."_s);

@@ -89,6 +89,12 @@ TEST_F(InsightsViewTest, TheFirstReadOfAnEmptyHistoryFillsItWithSixSamples) {
     EXPECT_EQ(view().sessionHistory().size(), 6U);
 }
 
+TEST_F(InsightsViewTest, TheStoredSamplesHoldAllTheirTexts) {
+    const auto samples = view().createSampleHistoryEntries();
+    view().appear();
+    EXPECT_EQ(contents(history()), contents(samples));
+}
+
 TEST_F(InsightsViewTest, EachOfTheSixSavesOfTheSamplesTellsOfTheChangedHistory) {
     std::vector<std::size_t> stored;
     const auto registration = center.addObserver(notifications::sessionHistoryUpdated,

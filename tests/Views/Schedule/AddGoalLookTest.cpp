@@ -16,6 +16,10 @@ protected:
     }
     QRectF sheet() { return placeOf(*ui().find(u"New Goal"_s, QAccessible::Dialog)); }
     const QQuickItem &picker() { return *ui().find(u"10:00 AM"_s, QAccessible::Grouping); }
+    /// The line under the goal's field.
+    const QQuickItem &rule() {
+        return *around(goalField(), "ruleHeight")->childItems().constLast();
+    }
 };
 
 TEST_F(TheAddGoalSheetsLook, ItsTextsHaveTheirFontsAndColours) {
@@ -97,6 +101,18 @@ TEST_F(TheAddGoalSheetsLook, ItsSectionsStandApartAsTold) {
     EXPECT_EQ(placeOf(*goalField()).topLeft(), QPointF(left + 4, disc(u"Goal"_s).bottom() + 24));
     EXPECT_EQ(goalField()->property("topPadding"), 16);
     EXPECT_EQ(goalField()->property("bottomPadding"), 16);
+}
+
+TEST_F(TheAddGoalSheetsLook, ItsBodyHasRoomAboveItsFirstSectionAndBelowItsLast) {
+    const double head = place(u"Schedule a focus session"_s).bottom() + 20;
+    EXPECT_EQ(placeOf(*symbolBeside(&text(u"Date"_s))->parentItem()).top(), head + 24 + 28);
+    const QQuickItem &rule = this->rule();
+    EXPECT_TRUE(ui().waitUntil([&] { return rule.height() == 2; }));
+    const QQuickItem &body = *around(&text(u"Goal"_s), "contentY");
+    const auto *const content = body.property("contentItem").value<QQuickItem *>();
+    ASSERT_TRUE(content);
+    EXPECT_EQ(body.property("contentHeight").toDouble(),
+              placeOf(rule).bottom() - placeOf(*content).top() + 28 + 24);
 }
 
 TEST_F(TheAddGoalSheetsLook, TheTimeStandsAtTheLeftAndTheFixedNoteAtTheRight) {
@@ -183,13 +199,19 @@ TEST_F(TheAddGoalSheetsLook, TheScheduleButtonsTextMakesRoomForItsSymbolWhichFad
 }
 
 TEST_F(TheAddGoalSheetsLook, TheRuleUnderTheFieldChangesInAFifthOfASecond) {
-    const QQuickItem &rule = *around(goalField(), "ruleHeight")->childItems().constLast();
+    const QQuickItem &rule = this->rule();
     EXPECT_TRUE(ui().waitUntil([&] { return rule.height() == 2; }));
     EXPECT_EQ(rule.property("color").value<QColor>(), color(u"4F46E5"_s));
     ui().tab();
     EXPECT_GT(rule.height(), 1);
     EXPECT_NE(rule.property("color").value<QColor>(), color(u"E1E5E9"_s));
-    EXPECT_EQ(animationOf(rule).first, 200);
+    const auto animations = animationsOf(rule);
+    EXPECT_EQ(animations.size(), 2U) << "of its height and of its colour";
+    for (const auto &[duration, easing] : animations) {
+        EXPECT_EQ(duration, 200);
+        EXPECT_NEAR(easing.valueForProgress(0.25), 0.129, 0.01); // In and out.
+        EXPECT_NEAR(easing.valueForProgress(0.75), 0.871, 0.01);
+    }
     EXPECT_TRUE(ui().waitUntil([&] {
         return rule.height() == 1 && rule.property("color").value<QColor>() == color(u"E1E5E9"_s);
     }));

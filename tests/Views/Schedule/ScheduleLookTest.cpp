@@ -96,6 +96,20 @@ TEST_F(TheScheduleScreensLook, AnEmptyDayHasItsSymbolItsTextsAndItsButton) {
     EXPECT_NEAR(place(u"Add Goal"_s).center().x(), (421 + 900) / 2.0, 1);
 }
 
+TEST_F(TheScheduleScreensLook, AnEmptyDayHasRoomBelowItsButtonToo) {
+    constexpr int lowHeight = 400;
+    m_size.setHeight(lowHeight);
+    const QQuickItem *const list = around(&text(u"No goals scheduled"_s), "atYEnd");
+    const QQuickItem &addGoal = button(u"Add Goal"_s);
+    ASSERT_TRUE(list);
+    ASSERT_FALSE(list->property("atYEnd").toBool());
+    EXPECT_TRUE(ui().waitUntil([&] {
+        ui().wheel(placeOf(*list).center(), -120);
+        return list->property("atYEnd").toBool();
+    }));
+    EXPECT_NEAR(placeOf(addGoal).bottom(), lowHeight - 60, 0.5);
+}
+
 TEST_F(TheScheduleScreensLook, ItsCallsToActionLieOnAnIndigoGradientWithAShadow) {
     expectGradient(u"New Goal"_s, 10);
     EXPECT_EQ(button(u"New Goal"_s).property("leftPadding"), 20);
@@ -104,7 +118,9 @@ TEST_F(TheScheduleScreensLook, ItsCallsToActionLieOnAnIndigoGradientWithAShadow)
     EXPECT_EQ(button(u"New Goal"_s).property("bottomPadding"), 12);
     expectGradient(u"Add Goal"_s, 12);
     EXPECT_EQ(button(u"Add Goal"_s).property("leftPadding"), 24);
+    EXPECT_EQ(button(u"Add Goal"_s).property("rightPadding"), 24);
     EXPECT_EQ(button(u"Add Goal"_s).property("topPadding"), 14);
+    EXPECT_EQ(button(u"Add Goal"_s).property("bottomPadding"), 14);
     for (const QString &name : {u"New Goal"_s, u"Add Goal"_s}) {
         const QRectF plus = placeOf(*symbolsIn(&button(name)).front());
         EXPECT_EQ(place(textOfButton(name)).left(), plus.right() + 8) << qPrintable(name);

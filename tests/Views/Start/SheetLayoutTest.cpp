@@ -81,10 +81,18 @@ TEST_F(SheetLayout, TheDurationSheetKeepsItsPaddingAndItsSpacing) {
     EXPECT_EQ(close.width(), 20);
     EXPECT_EQ(custom.top(),
               LayoutProbe::place(*probe().item(u"15 min"_s).parentItem()).bottom() + 16);
-    EXPECT_LE(custom.width(), 200);
     EXPECT_EQ(go.bottom(), sheet.bottom() - 16);
     EXPECT_GE(go.width(), 100);
     EXPECT_EQ(probe().item(u"Continue"_s).property("minimumWidth"), 100);
+}
+
+TEST_F(SheetLayout, TheCustomButtonIsTwoHundredWideAtMost) {
+    openDurationSheet();
+    QQuickItem &custom = probe().item(u"Custom Duration"_s, QAccessible::Button);
+    EXPECT_LT(custom.width(), 200);
+    custom.setProperty("text", u"Custom Duration of This Session"_s);
+    EXPECT_TRUE(ui().waitUntil([&] { return custom.implicitWidth() > 200; }));
+    EXPECT_EQ(custom.width(), 200);
 }
 
 TEST_F(SheetLayout, TheDurationSheetsRowsStandSixteenPointsApart) {

@@ -1,9 +1,14 @@
 #include "GlowingOrbView.h"
+#include "BlurredShape.h"
 #include "TARNEStyle.h"
 
 #include "UiDriver.h"
 
 #include <gmock/gmock.h>
+
+#include <algorithm>
+#include <cmath>
+#include <limits>
 
 using namespace Qt::StringLiterals;
 
@@ -192,6 +197,7 @@ public:
         const QImage picture = paintPicture(1.0);
         return picture.pixelColor(picture.width() / 2 + x, picture.height() / 2 + y);
     }
+    int pictureWidth() { return paintPicture(1.0).width(); }
     /// How much hides what lies behind.
     double opacityAt(int x, int y) { return static_cast<double>(at(x, y).alphaF()); }
     bool isInvisible() {
@@ -284,15 +290,26 @@ TEST_F(GlowingOrbViewTest, IsDrawnInItsColourAtItsIntensityWithItsHighlight) {
 }
 
 TEST_F(GlowingOrbViewTest, ItsEdgeIsSmooth) {
-    UiDriver ui(document(u"progress: 1"_s));
-    const QImage picture = ui.picture();
-    // From the circle outwards the colour never jumps: neither a jagged edge nor an end of the
-    // glow.
-    for (int y = 0; y < picture.height() / 2; ++y) {
-        const int step =
-            std::abs(picture.pixelColor(500, y).blue() - picture.pixelColor(500, y + 1).blue());
-        EXPECT_LT(step, 140) << y;
+    DrivenOrb orb(1);
+    const double radius = orb.look().size / 2;
+    // Where the edge runs at 45 degrees a pixel is covered as far as the circle reaches into it.
+    for (int x = 68; x <= 73; ++x) {
+        for (const int y : {x - 1, x, x + 1}) {
+            const double beyondEdge = std::hypot(x + 0.5, y + 0.5) - radius;
+            const double circle = std::clamp(0.5 - beyondEdge, 0.0, 1.0);
+            const double glow = blurCoverage(beyondEdge, orb.look().glowRadius);
+            EXPECT_NEAR(orb.opacityAt(x, y), circle + (1 - circle) * glow, 0.05) << x << ' ' << y;
+        }
     }
+    // From the circle outwards neither the glow nor its end is a step.
+    const int border = orb.pictureWidth() / 2 - 1;
+    double opacity = orb.opacityAt(101, 0);
+    for (int x = 102; x <= border; ++x) {
+        const double next = orb.opacityAt(x, 0);
+        EXPECT_LT(opacity - next, 0.03) << x;
+        opacity = next;
+    }
+    EXPECT_LT(opacity, 0.03) << "at the border";
 }
 
 } // namespace

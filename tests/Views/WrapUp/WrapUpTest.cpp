@@ -321,6 +321,23 @@ TEST_F(WrapUpTest, ASessionCanBeFinishedWhileTheCoachingLoads) {
     EXPECT_EQ(history()[0].goals[0].status, GoalStatus::completed);
 }
 
+TEST_F(WrapUpTest, TheScreenThatComesBackHasNeitherSheetAndALateAnswerBringsNone) {
+    const auto hasASheet = [&] {
+        return ui().has(u"Session Feedback"_s, QAccessible::Dialog) ||
+               ui().has(u"How did you do with your goals?"_s, QAccessible::Dialog);
+    };
+    openFeedback(u"Review"_s);
+    ASSERT_TRUE(hasASheet());
+    leaveTabAndReturn();
+    layOut();
+    EXPECT_FALSE(hasASheet());
+    EXPECT_TRUE(ui().has(u"Pause"_s));
+    answer();
+    EXPECT_FALSE(hasASheet());
+    EXPECT_TRUE(ui().has(u"Pause"_s));
+    EXPECT_TRUE(history().empty());
+}
+
 TEST_F(WrapUpTest, IsUsedByKeyboardAlone) {
     openReflection(u"Review"_s);
     EXPECT_THAT(tabOrder(),

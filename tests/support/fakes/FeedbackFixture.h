@@ -46,9 +46,6 @@ protected:
         m_feedback->generateFeedback();
     }
 
-    /// The sheet is gone, and its view with it.
-    void dropFeedback() { m_feedback.reset(); }
-
     /// Gemini answers with this text, given as the inside of a JSON string.
     void answer(const QByteArray &text) {
         gemini.answer(FeedbackFakes::answerWith(text));

@@ -49,6 +49,23 @@ protected:
         return result;
     }
 
+    /// All of the sessions but their ids, which differ from one making to the next.
+    static QStringList contents(const std::vector<SessionHistoryEntry> &entries) {
+        QStringList result;
+        for (const SessionHistoryEntry &entry : entries) {
+            result += QString::number(entry.sessionDate.secondsSince1970(), 'f', 3);
+            for (const SessionGoal &goal : entry.goals)
+                result += {goal.text, goal.status ? rawValue(*goal.status) : QString()};
+            result += {QString::number(entry.duration),
+                       entry.overallAssessment,
+                       entry.patternsObserved,
+                       entry.suggestions,
+                       entry.motivation,
+                       entry.reflection};
+        }
+        return result;
+    }
+
 private:
     std::unique_ptr<SessionViewModel> m_controller;
 };

@@ -140,14 +140,21 @@ inline const QQuickItem *rectangleAround(const QQuickItem *item) {
     return item;
 }
 
-/// Duration and easing curve of the animation that a change of one of the item's properties runs.
-inline std::pair<int, QEasingCurve> animationOf(const QQuickItem &item) {
+/// Duration and easing curve of each animation that a change of the item's properties runs.
+inline std::vector<std::pair<int, QEasingCurve>> animationsOf(const QQuickItem &item) {
+    std::vector<std::pair<int, QEasingCurve>> animations;
     for (const QObject *object : item.findChildren<QObject *>()) {
         if (object->inherits("QQuickPropertyAnimation"))
-            return {object->property("duration").toInt(),
-                    object->property("easing").toEasingCurve()};
+            animations.emplace_back(object->property("duration").toInt(),
+                                    object->property("easing").toEasingCurve());
     }
-    return {};
+    return animations;
+}
+
+/// Those of an item with one such animation.
+inline std::pair<int, QEasingCurve> animationOf(const QQuickItem &item) {
+    const auto animations = animationsOf(item);
+    return animations.empty() ? std::pair<int, QEasingCurve>() : animations.front();
 }
 
 } // namespace tarne::test
