@@ -155,6 +155,16 @@ TEST_F(StoredUserDefaultsTest, HandsOverAWholeEventEvenWhenSynchronizeStandsInIt
     EXPECT_EQ(stored(u"Second"_s), "1");
 }
 
+TEST_F(StoredUserDefaultsTest, WakesTheLoopOnceForAChangeAndOnceForItsSynchronizing) {
+    open();
+    store().synchronize();
+    EXPECT_EQ(time.pendingBlockCount(), 0u) << "there is nothing to hand over";
+    store().setObject(key, true);
+    for (int times = 0; times < 3; ++times)
+        store().synchronize();
+    EXPECT_EQ(time.pendingBlockCount(), 2u);
+}
+
 TEST_F(StoredUserDefaultsTest, KeepsTheOrderOfWritesInABatch) {
     open();
     for (const QString &name : {u"C"_s, u"A"_s, u"B"_s, u"C"_s})
