@@ -4,6 +4,7 @@
 
 #include <QFile>
 #include <QFileInfo>
+#include <SQLiteCpp/SQLiteCpp.h>
 
 #include <array>
 #include <atomic>
