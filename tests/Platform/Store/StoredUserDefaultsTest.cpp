@@ -2,6 +2,7 @@
 
 #include <SQLiteCpp/Statement.h>
 
+#include <QDir>
 #include <QFileInfo>
 
 #include <ctime>
@@ -153,6 +154,14 @@ TEST_F(StoredUserDefaultsTest, HandsOverAWholeEventEvenWhenSynchronizeStandsInIt
     runPosted();
     ASSERT_TRUE(comesToHold(u"First"_s, "1"));
     EXPECT_EQ(stored(u"Second"_s), "1");
+}
+
+TEST_F(StoredUserDefaultsTest, ARunLeavesNoFileOfTheStoreOpen) {
+    open().setObject(key, true);
+    close();
+    for (const QFileInfo &descriptor :
+         QDir(u"/proc/self/fd"_s).entryInfoList(QDir::Files | QDir::System))
+        EXPECT_FALSE(descriptor.symLinkTarget().startsWith(folder()));
 }
 
 TEST_F(StoredUserDefaultsTest, WakesTheLoopOnceForAChangeAndOnceForItsSynchronizing) {
