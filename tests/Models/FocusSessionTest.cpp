@@ -77,8 +77,8 @@ TEST(FocusSession, OnlyTheCommaSeparatesGoals) {
 TEST(FocusSession, ACommaSeparatesWhereReadersSeeOne) {
     // With an acute accent, a joiner or a variation on it, or an Arabic number sign before it, a
     // comma is a part of another character.
-    for (const QString &line :
-         {u"a,\u0301b"_s, u"a,\u200Db"_s, u"a,\uFE0Fb"_s, u"a\u0600,b"_s, u"a,\U000E0100b"_s})
+    for (const QString &line : {u"a,\u0300b"_s, u"a,\u0301b"_s, u"a,\u200Db"_s, u"a,\uFE0Fb"_s,
+                                u"a\u0600,b"_s, u"a,\U000E0100b"_s})
         EXPECT_EQ(parsed(line), QStringList(line));
     EXPECT_EQ(parsed(u"a,\u0301b,c"_s), (QStringList{u"a,\u0301b"_s, u"c"_s}));
     EXPECT_EQ(parsed(u",\u0301"_s), (QStringList{u",\u0301"_s}));

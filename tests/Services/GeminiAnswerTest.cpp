@@ -61,7 +61,7 @@ TEST(GeminiAnswer, IsReadBesideNumbersOfAnySize) {
         const QByteArray answer =
             R"("candidates":[{"content":{"parts":[{"text":"\\\"1e999\" 2"}]}}])";
         EXPECT_EQ(success("{" + answer + R"(,"n":)" + number + "}"), u"\\\"1e999\" 2"_s);
-        EXPECT_EQ(success(R"({"n":[)" + number + ",1]," + answer + "}"), u"\\\"1e999\" 2"_s);
+        EXPECT_EQ(success(R"({"n":[10.5,)" + number + ",1]," + answer + "}"), u"\\\"1e999\" 2"_s);
         EXPECT_EQ(failure(R"({"error":{"message":)" + number + "}}"), invalidFormat);
     }
 }

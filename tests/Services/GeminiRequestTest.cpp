@@ -25,6 +25,7 @@ TEST(GeminiRequest, EncodesNothingInTheKey) {
     EXPECT_TRUE(
         address(u"a+b&c=d/e?f:g@h!$'()*,;~._-"_s).endsWith("?key=a+b&c=d/e?f:g@h!$'()*,;~._-"));
     EXPECT_TRUE(address(u"a%2Fb"_s).endsWith("?key=a%2Fb"));
+    EXPECT_TRUE(address(u"azAZ09"_s).endsWith("?key=azAZ09"));
 }
 
 TEST(GeminiRequest, EscapesInTheKeyTakeTheirNormalForm) {

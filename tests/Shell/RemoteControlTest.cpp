@@ -150,6 +150,15 @@ TEST_F(TheRemoteControl, PausesAndResumesBehindAClosedWindow) {
     EXPECT_FALSE(timer().isSetupMode());
 }
 
+TEST_F(TheRemoteControl, PausesAndResumesARestoredSessionBeforeTheWindowIsFirstShown) {
+    storeCountdown(200, 600, u"a secret plan"_s);
+    RemoteControl early(app(), defaults, [](const QString &) {});
+    EXPECT_TRUE(early.pause());
+    EXPECT_FALSE(session().isTimerActive());
+    EXPECT_TRUE(early.resume());
+    EXPECT_TRUE(session().isTimerActive());
+}
+
 TEST_F(TheRemoteControl, TellsASessionThatRanOutUntilItIsWrappedUp) {
     startSession(600);
     pass(601);

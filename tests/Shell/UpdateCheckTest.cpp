@@ -70,11 +70,19 @@ TEST_F(UpdateCheckTest, SaysSoWhenThereIsNoFeed) {
     EXPECT_FALSE(check.offersDownload());
 }
 
+TEST_F(UpdateCheckTest, SaysSoWhenThereIsNothingNewer) {
+    answer({.kind = Kind::UpToDate, .version = {}, .downloadPage = {}, .failure = {}});
+    EXPECT_EQ(check.title(), u"You're Up to Date"_s);
+    EXPECT_EQ(check.message(), u"There is no version newer than yours."_s);
+    EXPECT_FALSE(check.offersDownload());
+}
+
 TEST_F(UpdateCheckTest, NamesANewerVersionAndOpensItsPage) {
     answer({.kind = Kind::NewerVersion,
             .version = u"2.0"_s,
             .downloadPage = QUrl(u"https://updates.example/tarne"_s),
             .failure = {}});
+    EXPECT_EQ(check.title(), u"A New Version Is Available"_s);
     EXPECT_EQ(check.message(), u"TARNE 2.0 is ready to download."_s);
     EXPECT_TRUE(check.offersDownload());
     check.download();
@@ -87,6 +95,7 @@ TEST_F(UpdateCheckTest, TellsAFailureAndOpensNothing) {
             .version = {},
             .downloadPage = {},
             .failure = u"The server did not answer."_s});
+    EXPECT_EQ(check.title(), u"Update Check Failed"_s);
     EXPECT_EQ(check.message(), u"The server did not answer."_s);
     check.download();
     EXPECT_THAT(workspace.opened, IsEmpty());

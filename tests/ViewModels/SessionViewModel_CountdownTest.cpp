@@ -20,6 +20,19 @@ TEST_F(SessionCountdown, TheTickTakesTheTimeFromTheWallClock) {
     EXPECT_DOUBLE_EQ(controller().timeRemaining(), 198.0);
 }
 
+TEST_F(SessionCountdown, EndsItsLengthAfterItsStartHoweverLongAPauseLasts) {
+    EXPECT_EQ(controller().countdownEnd(), std::nullopt);
+    const Date end = time.now() + 300;
+    start(u"Review"_s, 300);
+    EXPECT_EQ(controller().countdownEnd(), end);
+    pass(10);
+    controller().pauseTimer();
+    pass(10);
+    EXPECT_EQ(controller().countdownEnd(), end);
+    controller().stopTimer();
+    EXPECT_EQ(controller().countdownEnd(), std::nullopt);
+}
+
 TEST_F(SessionCountdown, AClockSetBackByADayShowsMoreThanTheLengthAndLosesNothing) {
     start(u"Review"_s, 300);
     pass(10);

@@ -96,5 +96,19 @@ TEST_F(DailyCopiesTest, AreNotMadeAtAMomentOutsideTheCalendar) {
     EXPECT_EQ(open().dataForKey(preferencesKey), QByteArray("first"));
 }
 
+TEST_F(DailyCopiesTest, AreNotMadeWhenTheClockLeavesTheCalendarInARun) {
+    run("first");
+    open();
+    time.setWallClock(Date::fromReferenceSeconds(1e300));
+    for (const char *text : {"second", "third"}) {
+        store().setObject(preferencesKey, QByteArray(text));
+        store().synchronize();
+        runPosted();
+        ASSERT_TRUE(comesToHold(preferencesKey, text));
+    }
+    close();
+    EXPECT_EQ(copies(), QStringList{u"defaults-2026-03-02.sqlite"_s});
+}
+
 } // namespace
 } // namespace tarne::test

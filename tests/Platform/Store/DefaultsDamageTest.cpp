@@ -158,6 +158,18 @@ TEST_F(DefaultsDamage, KeepsTheLogOfTheDamagedFile) {
     EXPECT_TRUE(bytesOf(aside + u"-wal"_s) == logOfAKilledRun);
 }
 
+TEST_F(DefaultsDamage, IsNamedByTheNumberItselfWhereNoCalendarReaches) {
+    constexpr double secondsFrom1970To2001 = 978307200;
+    for (const double seconds : {1e11 - 1, 1e11}) {
+        close();
+        time.setWallClock(Date::fromReferenceSeconds(seconds - secondsFrom1970To2001));
+        overwrite(file(), 0, QByteArray(100, '\x5a'));
+        open();
+    }
+    EXPECT_EQ(damagedFiles(), (QStringList{u"defaults.damaged-1e+11.sqlite"_s,
+                                           u"defaults.damaged-51381116-094639.sqlite"_s}));
+}
+
 TEST_F(DefaultsDamage, TwiceInASecondKeepsBothFiles) {
     for (int times = 0; times < 2; ++times) {
         close();

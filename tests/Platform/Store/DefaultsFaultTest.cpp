@@ -301,6 +301,24 @@ TEST_F(DefaultsFaults, ALockOfAnotherProcessDelaysTheWrite) {
     expectOneLineThatSays("locked");
 }
 
+TEST_F(DefaultsFaults, WhatADelayKeptIsWrittenInTheOrderOfTheLatestChanges) {
+    open();
+    write(u"before"_s);
+    ASSERT_TRUE(comesToHold(key, "before"));
+    LockingProcess locking(u"lock"_s, file());
+    store().setObject(u"A"_s, qint64{1});
+    store().setObject(u"B"_s, qint64{1});
+    write(u"while locked"_s);
+    ASSERT_TRUE(isRefusalTold());
+    store().setObject(u"A"_s, qint64{2});
+    write(u"still locked"_s);
+    locking.release();
+    ASSERT_TRUE(comesToHold(u"A"_s, "2"));
+    EXPECT_EQ(read("SELECT group_concat(key, '') FROM "
+                   "(SELECT key FROM defaults WHERE key IN ('A', 'B') ORDER BY rowid)"),
+              "BA");
+}
+
 TEST_F(DefaultsFaults, ALockOfAnotherProcessNeverHoldsTheCaller) {
     open();
     LockingProcess locking(u"lock"_s, file());

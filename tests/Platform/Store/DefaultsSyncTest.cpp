@@ -2,16 +2,24 @@
 
 #include "StoreTest.h"
 
+#include <QFile>
+#include <QFileInfo>
+#include <SQLiteCpp/SQLiteCpp.h>
+
 #include <array>
 #include <atomic>
 #include <string_view>
 
+#include <sys/stat.h>
 #include <sys/syscall.h>
 #include <unistd.h>
+
+using namespace Qt::StringLiterals;
 
 namespace {
 
 std::atomic<int> logSyncs = 0;
+std::atomic<qint64> syncedLogBytes = 0;
 
 bool isLog(int file) {
     std::array<char, 4096> path{};
@@ -25,9 +33,13 @@ bool isLog(int file) {
 
 /// Takes the place of the system's, for SQLite too, and notes what is done to the store's log.
 extern "C" [[gnu::visibility("default")]] int fdatasync(int file) {
+    struct stat log {};
+    const bool isStoresLog = isLog(file) && ::fstat(file, &log) == 0;
     const auto result = ::syscall(SYS_fdatasync, file);
-    if (result == 0 && isLog(file))
+    if (result == 0 && isStoresLog) {
+        syncedLogBytes = log.st_size;
         ++logSyncs;
+    }
     return static_cast<int>(result);
 }
 
@@ -69,6 +81,29 @@ TEST_F(DefaultsSync, WhatMeansNothingAfterAPowerCutDoesNotWakeTheDisk) {
     runPosted();
     ASSERT_TRUE(comesToHold(key, "2"));
     EXPECT_GT(logSyncs, before);
+}
+
+TEST_F(DefaultsSync, AFileInThePlaceOfALostOneIsOnTheDiskWhateverMadeItNeeded) {
+    open();
+    store().setObject(key, qint64{1});
+    store().synchronize();
+    runPosted();
+    ASSERT_TRUE(comesToHold(key, "1"));
+    for (const QString &name : {file(), file() + u"-wal"_s, file() + u"-shm"_s})
+        ASSERT_TRUE(QFile::remove(name));
+    syncedLogBytes = 0;
+    store().setObject(passingKey, qint64{1});
+    store().synchronize();
+    runPosted();
+    ASSERT_TRUE(eventually([&] {
+        try {
+            return stored(passingKey) == "1";
+        } catch (const SQLite::Exception &) {
+            return false; // There is no file yet, or no table in it.
+        }
+    }));
+    EXPECT_EQ(stored(key), "1");
+    EXPECT_EQ(syncedLogBytes, QFileInfo(file() + u"-wal"_s).size());
 }
 
 } // namespace

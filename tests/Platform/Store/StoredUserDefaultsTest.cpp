@@ -2,6 +2,7 @@
 
 #include <SQLiteCpp/Statement.h>
 
+#include <QDir>
 #include <QFileInfo>
 
 #include <ctime>
@@ -153,6 +154,24 @@ TEST_F(StoredUserDefaultsTest, HandsOverAWholeEventEvenWhenSynchronizeStandsInIt
     runPosted();
     ASSERT_TRUE(comesToHold(u"First"_s, "1"));
     EXPECT_EQ(stored(u"Second"_s), "1");
+}
+
+TEST_F(StoredUserDefaultsTest, ARunLeavesNoFileOfTheStoreOpen) {
+    open().setObject(key, true);
+    close();
+    for (const QFileInfo &descriptor :
+         QDir(u"/proc/self/fd"_s).entryInfoList(QDir::Files | QDir::System))
+        EXPECT_FALSE(descriptor.symLinkTarget().startsWith(folder()));
+}
+
+TEST_F(StoredUserDefaultsTest, WakesTheLoopOnceForAChangeAndOnceForItsSynchronizing) {
+    open();
+    store().synchronize();
+    EXPECT_EQ(time.pendingBlockCount(), 0u) << "there is nothing to hand over";
+    store().setObject(key, true);
+    for (int times = 0; times < 3; ++times)
+        store().synchronize();
+    EXPECT_EQ(time.pendingBlockCount(), 2u);
 }
 
 TEST_F(StoredUserDefaultsTest, KeepsTheOrderOfWritesInABatch) {
