@@ -291,7 +291,23 @@ class TheSystemBus(FourFaults, ServiceCase):
         self.await_both_notices()
 
 
-class TheSessionBus(FourFaults, KeyboardUser, ServiceCase):
+class ASystemBusThatHangsFromTheStart(ServiceCase):
+    """A connection to it would never be made and never fail."""
+
+    service, fault = "system bus", "hangs from the start"
+
+    def setUp(self):
+        super().setUp()
+        self.extra_environment = {"DBUS_SYSTEM_BUS_ADDRESS": self.desktop.start_bus("system")}
+        self.expect_error("the system bus does not answer: this run does without it")
+
+    def test_costs_the_start_seconds_and_a_session_nothing(self):
+        self.desktop.buses["system"].send_signal(signal.SIGSTOP)
+        self.drive()
+        self.assertEqual(len(self.program.errors), 1)
+
+
+class SessionBusCase(KeyboardUser, ServiceCase):
     """Without it there is no accessibility tree, so the keyboard leads through the session."""
 
     service = "session bus"
@@ -333,3 +349,24 @@ class TheSessionBus(FourFaults, KeyboardUser, ServiceCase):
             bus.send_signal(signal.SIGCONT)
             self.node(TITLE)
             self.eventually(lambda: IMMEDIATE in self.desktop.notifications(), "it is shown")
+
+
+class TheSessionBus(FourFaults, SessionBusCase):
+    """Where it comes later the program does without it: it looks for it once."""
+
+
+class ASessionBusThatHangsFromTheStart(SessionBusCase):
+    fault = "hangs from the start"
+
+    def setUp(self):
+        super().setUp()
+        self.address = self.desktop.start_bus("hung")
+        self.expect_error("the session bus does not answer: this run does without it")
+
+    def environment(self):
+        return super().environment() | {"DBUS_SESSION_BUS_ADDRESS": self.address}
+
+    def test_costs_the_start_seconds_and_a_session_nothing(self):
+        self.desktop.buses["hung"].send_signal(signal.SIGSTOP)
+        self.drive()
+        self.assertEqual(len(self.program.errors), 1)
