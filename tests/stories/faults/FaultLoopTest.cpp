@@ -30,13 +30,14 @@ constexpr int mostCalls = 400;
 struct CallAndErrors {
     QByteArray call;
     QList<QByteArray> errors; ///< The first ones are those of the short form.
+    bool isMadeByAll = false; ///< By every run that meets no fault.
 };
 
 const QList<CallAndErrors> failures{
-    {"pwrite64", {"ENOSPC", "EIO"}},
-    {"fdatasync", {"EIO", "ENOSPC"}},
+    {"pwrite64", {"ENOSPC", "EIO"}, true},
+    {"fdatasync", {"EIO", "ENOSPC"}, true},
     {"fsync", {"EIO", "ENOSPC"}},
-    {"openat", {"EMFILE", "EACCES", "EIO", "ENOSPC"}},
+    {"openat", {"EMFILE", "EACCES", "EIO", "ENOSPC"}, true},
     {"ftruncate", {"EIO", "ENOSPC"}},
     {"rename", {"EIO", "ENOSPC", "EACCES"}},
     {"renameat2", {"EIO", "ENOSPC", "EACCES"}},
@@ -48,6 +49,11 @@ const QList<CallAndErrors> failures{
 /// Every error takes its way through every call in the long form, the first one in the short.
 bool isLongForm() {
     return qEnvironmentVariableIsSet("TARNE_LONG_PROOF");
+}
+
+/// The one run that is to be played again; empty for all of them.
+QByteArray oneFault() {
+    return qgetenv("TARNE_ONE_FAULT");
 }
 
 /// What the reader of another process sees; 0 while it sees nothing.
@@ -84,11 +90,14 @@ public:
 
     /// Until a run meets no fault, for each call, error and way to fail.
     void loop(Stage stage, Play play) {
-        for (const auto &[call, errors] : failures) {
+        for (const auto &[call, errors, isMadeByAll] : failures) {
+            const int before = m_faults;
             for (const QByteArray &error : isLongForm() ? errors : errors.mid(0, 1)) {
                 for (const bool isLasting : {false, true})
                     loop(stage, play, {call, error, 1, isLasting});
             }
+            const bool hasFailed = m_faults > before || !oneFault().isEmpty();
+            EXPECT_TRUE(hasFailed || !isMadeByAll) << "no call failed: " << call.constData();
         }
     }
 
@@ -140,12 +149,16 @@ public:
         EXPECT_TRUE(file->save(now));
     }
 
-    [[nodiscard]] int runs() const { return m_runs; }
-    [[nodiscard]] int faults() const { return m_faults; }
+    void printProof(const char *name, const char *what) const {
+        std::printf(
+            "proof: %s: %d runs with %d failed calls, %s, %d runs that said they would save "
+            "nothing (no seed)\n",
+            name, m_runs, m_faults, HasFailure() ? "BROKEN" : what, m_givenUp);
+    }
 
 private:
     void loop(Stage stage, Play play, Fault fault) {
-        const QByteArray only = qgetenv("TARNE_ONE_FAULT");
+        const QByteArray only = oneFault();
         for (; fault.first <= mostCalls; ++fault.first) {
             const QByteArray description = FaultStages::nameOf(stage) + ": " + fault.description();
             if (!only.isEmpty() && only != description)
@@ -165,6 +178,7 @@ private:
         m_lastMet = run.faultsMet();
         EXPECT_GE(m_lastMet, 0);
         m_faults += m_lastMet;
+        m_givenUp += run.isGivenUp() ? 1 : 0;
         ++m_runs;
     }
 
@@ -194,7 +208,7 @@ private:
             EXPECT_GE(passing, acknowledged);
             EXPECT_LE(passing, preparedNumber + 4);
             const bool isOfPassing = passing == preparedNumber + momentOfPassing;
-            if (number != 0 || acknowledged > preparedNumber) {
+            if (passing != 0) {
                 EXPECT_EQ(number, isOfPassing ? passing - 1 : passing);
                 EXPECT_EQ(numberOfHistory(store.dataForKey(historyKey).value_or(QByteArray())),
                           number);
@@ -245,22 +259,19 @@ private:
     QtMessageHandler m_previousHandler;
     int m_runs = 0;
     int m_faults = 0;
+    int m_givenUp = 0;
     int m_lastMet = 0;
 };
 
 TEST_F(FaultLoop, OfTheStoreLosesNothingThatWasAcknowledgedAndGoesOn) {
     for (const Stage stage : {Stage::Absent, Stage::Whole, Stage::Killed, Stage::Damaged})
         loop(stage, &FaultLoop::playStore);
-    EXPECT_GT(faults(), runs() / 2);
-    std::printf("proof: store-fault-loops: %d runs with %d failed calls, %s (no seed)\n", runs(),
-                faults(), HasFailure() ? "BROKEN" : "0 crashes, 0 acknowledged values lost");
+    printProof("store-fault-loops", "0 crashes, 0 acknowledged values lost");
 }
 
 TEST_F(FaultLoop, OfTheNotifiersFileLosesNoRequestThatWasAcknowledgedAndGoesOn) {
     loop(Stage::Requests, &FaultLoop::playRequests);
-    EXPECT_GT(faults(), runs() / 2);
-    std::printf("proof: notifier-fault-loops: %d runs with %d failed calls, %s (no seed)\n", runs(),
-                faults(), HasFailure() ? "BROKEN" : "0 crashes, 0 acknowledged requests lost");
+    printProof("notifier-fault-loops", "0 crashes, 0 acknowledged requests lost");
 }
 
 } // namespace
