@@ -159,10 +159,6 @@ class Desktop:
         eventually(lambda: self.owns(name), f"{name} is on the bus")
         return mock
 
-    def start_program(self, program, environment):
-        """Starts a program that this desktop does not offer on its bus."""
-        return self._start(str(program), **self.environment | environment)
-
     def stop_notifications(self):
         self._notifications.kill()
         self._notifications.wait()

@@ -80,16 +80,13 @@ class TarneTestCase(unittest.TestCase):
         """A folder of what the bus starts on demand: the notifier, in the user's home."""
         folder = self.folder / "services"
         folder.mkdir()
-        variables = self.notifier_environment()
+        variables = {"HOME": self.home, "XDG_DATA_HOME": self.home / "share", "TZ": "UTC"}
+        if self.notifier_sees_wall_clock:
+            variables |= self.clock.environment
         words = " ".join(f"'{name}={value}'" for name, value in variables.items())
         (folder / f"{NOTIFIER}.service").write_text(
             f"[D-BUS Service]\nName={NOTIFIER}\nExec=/usr/bin/env {words} '{NOTIFIER_PROGRAM}'\n")
         return folder
-
-    def notifier_environment(self):
-        variables = {"HOME": str(self.home), "XDG_DATA_HOME": str(self.home / "share"),
-                     "TZ": "UTC"}
-        return variables | self.clock.environment if self.notifier_sees_wall_clock else variables
 
     def requests(self):
         """The identifiers of the requests in the notifier's file."""

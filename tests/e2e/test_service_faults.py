@@ -9,8 +9,10 @@ import os
 import signal
 import time
 
+from gi.repository import GLib
+
 from desktop import KEY_STORE, NOTIFICATIONS, PORTAL
-from fixture import NOTIFIER, NOTIFIER_PROGRAM, TarneTestCase
+from fixture import NOTIFIER, TarneTestCase
 from keyboard import KeyboardUser
 from store import REFERENCE_DATE
 
@@ -232,7 +234,12 @@ class TheNotifier(FourFaults, ServiceCase):
     service = "notifier"
 
     def offered_services(self):
-        return None if self.fault in ("is_absent", "comes_later") else super().offered_services()
+        folder = super().offered_services()
+        self.offer = folder / f"{NOTIFIER}.service"
+        self.offer_to_come = folder / "to-come"
+        if self.fault in ("is_absent", "comes_later"):
+            self.offer.rename(self.offer_to_come)
+        return folder
 
     def before(self):
         if self.fault != "dies":
@@ -251,7 +258,7 @@ class TheNotifier(FourFaults, ServiceCase):
         elif self.fault == "comes_later":
             self.eventually(lambda: NO_NOTIFIER in "".join(self.program.errors),
                             "the missing notifier is told of")
-            self.desktop.start_program(NOTIFIER_PROGRAM, self.notifier_environment())
+            self.install()
             self.await_scheduled()
 
     def at_run_out(self):
@@ -264,6 +271,13 @@ class TheNotifier(FourFaults, ServiceCase):
                             lambda: f"both are shown: {self.desktop.notifications()}")
         else:
             self.await_both_notices()
+
+    def install(self):
+        self.offer_to_come.rename(self.offer)
+        for method, arguments in (("ReloadConfig", None),
+                                  ("StartServiceByName", GLib.Variant("(su)", (NOTIFIER, 0)))):
+            self.desktop.call("org.freedesktop.DBus", "/org/freedesktop/DBus",
+                              "org.freedesktop.DBus", method, arguments)
 
     def await_scheduled(self):
         self.eventually(lambda: self.requests() == ["timer-completion"], "the end is scheduled")
