@@ -31,6 +31,7 @@
 #include "QtRunLoop.h"
 #include "SecretServiceKeychain.h"
 #include "ServerManager.h"
+#include "SilentBuses.h"
 #include "SingleInstance.h"
 #include "SocketPortProbe.h"
 #include "StandardDescriptors.h"
@@ -67,6 +68,8 @@ using namespace tarne;
 int main(int argc, char **argv) {
     openStandardDescriptors();
     disableCoreDumps();
+    // Long enough for a bus that has much to do when a user logs in.
+    doWithoutSilentBuses(10s);
     // A rasteriser of the driver costs five times the CPU and three times the memory of Qt's own.
     if (!hasGraphicsHardware())
         QQuickWindow::setSceneGraphBackend(u"software"_s);

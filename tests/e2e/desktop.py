@@ -27,7 +27,8 @@ SETTINGS = {
     "text_scale": ("org.gnome.desktop.interface", "text-scaling-factor", "Double"),
     "contrast": ("org.freedesktop.appearance", "contrast", "UInt32"),
 }
-PASSWORD_DIALOG = pathlib.Path(__file__).resolve().parents[1] / "support" / "password_dialog.py"
+SUPPORT = pathlib.Path(__file__).resolve().parents[1] / "support"
+PASSWORD_DIALOG = SUPPORT / "password_dialog.py"
 
 # Nothing is started on demand but what a test offers, so no stray window lies over a control.
 BUS_CONFIGURATION = """<!DOCTYPE busconfig PUBLIC "-//freedesktop//DTD D-Bus Bus Configuration 1.0//EN"
@@ -102,6 +103,7 @@ class Desktop:
         self.notification_log = self.folder / "notifications.log"
         self._dialog_log = self.folder / "dialogs.log"
         self._processes = []
+        self.buses = {}  # Their processes, by name.
         self._log = open(self.folder / "desktop.log", "wb")
         self._start_display()
         self._start_bus()
@@ -150,9 +152,10 @@ class Desktop:
         """The window in which dunst shows notifications; empty while it shows none."""
         return self.xdotool("search", "--onlyvisible", "--class", "Dunst").split("\n")[0]
 
-    def start_mock_of_template(self, template, name):
+    def start_mock_of_template(self, template, name, **parameters):
         """Starts a service of python-dbusmock that a file describes; its process."""
-        mock = self._start(*MOCK, "--session", "--template", str(template), **self.environment)
+        mock = self._start(*MOCK, "--session", "--template", str(template),
+                           "--parameters", json.dumps(parameters), **self.environment)
         eventually(lambda: self.owns(name), f"{name} is on the bus")
         return mock
 
@@ -260,18 +263,13 @@ class Desktop:
     def start_portal(self, **settings):
         """Starts a desktop portal with the settings that a user may have made, as `change_setting`
         names them."""
-        self._start(*MOCK, "--session", PORTAL, PORTAL_PATH, PORTAL_SETTINGS, **self.environment)
-        eventually(lambda: self.owns(PORTAL), "there is a portal")
         groups = {}
         for name, value in settings.items():
             group, key, kind = SETTINGS[name]
             groups.setdefault(group, []).append(f"'{key}': dbus.{kind}({value!r})")
         entries = ", ".join(f"'{group}': dbus.Dictionary({{{', '.join(entries)}}}, signature='sv')"
                             for group, entries in groups.items())
-        self.call(PORTAL, PORTAL_PATH, "org.freedesktop.DBus.Mock", "AddMethod",
-                  GLib.Variant("(sssss)", (
-                      PORTAL_SETTINGS, "ReadAll", "as", "a{sa{sv}}",
-                      f"ret = dbus.Dictionary({{{entries}}}, signature='sa{{sv}}')")))
+        self.start_mock_of_template(SUPPORT / "portal_settings.py", PORTAL, groups=entries)
 
     def change_setting(self, name, value):
         """What the portal tells when the user changes a setting."""
@@ -360,6 +358,7 @@ class Desktop:
             socket=socket, services=f"<servicedir>{services}</servicedir>" if services else ""))
         bus = self._start("dbus-daemon", f"--config-file={configuration}", "--nofork",
                           "--print-address=1", stdout=subprocess.PIPE, **environment)
+        self.buses[name] = bus
         with bus.stdout:
             address = bus.stdout.readline().decode().strip()
         if not address:

@@ -3,6 +3,7 @@ every screen works, a session runs from its start to its end, and what is missin
 hurts."""
 
 from fixture import TarneTestCase
+from keyboard import KeyboardUser
 
 NO_KEY = "Gemini API key not configured. Please set it in Settings."
 NO_SERVER = "Server binary not found in app bundle or project root"
@@ -92,26 +93,11 @@ class WithAKeyAndNoNetwork(NewUser):
         self.finish_session()
 
 
-class WithoutABus(NewUser):
+class WithoutABus(KeyboardUser, NewUser):
     """Nor is there an accessibility tree, so the keyboard leads and the picture is looked at."""
 
     has_session_bus = False
     has_seen_onboarding = True
-    # Of the window, beside every sheet.
-    CORNER = "1x1+152+785"
-
-    def brightness(self):
-        return self.desktop.ask_bytes("import", "-window", "root", "-crop", self.CORNER,
-                                      "-depth", "8", "gray:-")[0]
-
-    def await_sheets(self, count):
-        """Each sheet darkens what is behind it by a fifth."""
-        expected = 255 * 0.8 ** count
-        self.eventually(lambda: abs(self.brightness() - expected) < 6,
-                        lambda: f"{count} sheets are up: {self.brightness()}, not {expected:.0f}")
-
-    def go_on(self, tabs, key="space"):
-        self.desktop.xdotool("key", "--delay", 20, *["Tab"] * tabs, key)
 
     def test_a_session_is_held_by_the_keyboard_from_its_start_to_its_end(self):
         self.launch()

@@ -4,8 +4,6 @@ import pathlib
 import unittest
 
 ROOT = pathlib.Path(__file__).resolve().parents[2]
-# What only people use: strace shows which calls of the system a run makes.
-BY_HAND = {"strace"}
 
 
 def packages():
@@ -28,16 +26,12 @@ def is_found(use):
 
 class PackagesTest(unittest.TestCase):
     def test_each_package_is_used_by_what_stands_beside_it(self):
-        unused = [package for package, use in packages() if use != "by hand" and not is_found(use)]
+        unused = [package for package, use in packages() if not is_found(use)]
         self.assertEqual(unused, [])
 
     def test_no_package_is_there_twice(self):
         names = [package for package, _ in packages()]
         self.assertEqual(sorted(names), sorted(set(names)))
-
-    def test_only_what_is_named_here_is_used_by_hand(self):
-        by_hand = {package for package, use in packages() if use == "by hand"}
-        self.assertEqual(by_hand, BY_HAND)
 
 
 if __name__ == "__main__":

@@ -43,13 +43,13 @@ void DailyCopies::copyOncePerDay(SQLiteFile &file, Date now) {
     DefaultsFolder::createPrivateFile(unfinished);
     try {
         file.copyTo(unfinished);
+        DefaultsFolder::moveFile(unfinished, path);
     } catch (const DefaultsFault &fault) {
         DefaultsFolder::removeFile(unfinished);
         qCWarning(storeLog).noquote()
             << "no copy of the defaults store was made today:" << fault.reason();
         return;
     }
-    QFile::rename(unfinished, path);
     const QStringList copies = latestFirst();
     for (const QString &old : copies.mid(std::min<qsizetype>(kept, copies.size())))
         QFile::remove(old);

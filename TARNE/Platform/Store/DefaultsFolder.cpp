@@ -107,8 +107,13 @@ void DefaultsFolder::removeFile(const QString &path) {
     QFile::remove(path + sharedMemorySuffix);
 }
 
-bool DefaultsFolder::hasLog() const {
-    return QFileInfo(file() + logSuffix).size() > 0;
+void DefaultsFolder::moveFile(const QString &from, const QString &to) {
+    if (::rename(QFile::encodeName(from).constData(), QFile::encodeName(to).constData()) != 0)
+        throwSystemError("giving the file its name");
+}
+
+bool DefaultsFolder::hasLog(const QString &path) {
+    return QFileInfo(path + logSuffix).size() > 0;
 }
 
 QString DefaultsFolder::unusedNameForDamaged(Date now) const {
@@ -129,18 +134,35 @@ QString DefaultsFolder::setAsideAndReplace(Date now) const {
     const QString name = unusedNameForDamaged(now);
     const QByteArray from = QFile::encodeName(file());
     const QByteArray aside = QFile::encodeName(m_path + u'/' + name);
+    const QByteArray log = QFile::encodeName(file() + logSuffix);
+    const QByteArray logAside = QFile::encodeName(m_path + u'/' + name + logSuffix);
     const QByteArray replacement = QFile::encodeName(scratchFile());
     // A second name first, so that a kill in between leaves the damaged file to be found again and
     // no empty place. Where the disk knows no second names, that has to be risked.
-    if (::link(from.constData(), aside.constData()) != 0 &&
-        ::rename(from.constData(), aside.constData()) != 0)
+    const bool hasSecondName = ::link(from.constData(), aside.constData()) == 0;
+    if (!hasSecondName && ::rename(from.constData(), aside.constData()) != 0)
         throwSystemError("setting the file aside");
-    QFile::rename(file() + logSuffix, m_path + u'/' + name + logSuffix);
+    const auto giveUp = [&](const char *what) {
+        const int reason = errno;
+        if (hasSecondName)
+            ::unlink(aside.constData());
+        else
+            ::rename(aside.constData(), from.constData());
+        errno = reason;
+        throwSystemError(what);
+    };
+    // SQLite would take a log that stays for the new file's.
+    if (::rename(log.constData(), logAside.constData()) != 0 && errno != ENOENT)
+        giveUp("setting the log aside");
     QFile::remove(file() + sharedMemorySuffix);
     // A power cut must not leave the old log beside the new file, into which it would be read.
     syncFolder(m_path);
-    if (::rename(replacement.constData(), from.constData()) != 0)
-        throwSystemError("putting the new file in place");
+    if (::rename(replacement.constData(), from.constData()) != 0) {
+        const int reason = errno;
+        ::rename(logAside.constData(), log.constData());
+        errno = reason;
+        giveUp("putting the new file in place");
+    }
     syncFolder(m_path);
     return name;
 }

@@ -32,19 +32,20 @@ public:
     /// opened.
     void create() const;
 
-    /// Whether the log beside the file may hold what the file lacks.
-    bool hasLog() const;
-
     /// Puts the scratch file in the place of the file, which is kept under a new name together with
-    /// its log. Returns the new name; throws
-    /// DefaultsFault.
+    /// its log. Returns the new name; throws DefaultsFault where the disk refuses, and leaves the
+    /// file in its place.
     QString setAsideAndReplace(Date now) const;
 
     /// Creates an empty file with mode 0600 if there is none, and takes an existing one's from
     /// others.
     static void createPrivateFile(const QString &path);
+    /// Whether the log beside a file that SQLite made may hold what the file lacks.
+    static bool hasLog(const QString &path);
     /// Removes a file that SQLite made, and its log.
     static void removeFile(const QString &path);
+    /// Gives a file another name, and never copies it; throws DefaultsFault.
+    static void moveFile(const QString &from, const QString &to);
 
 private:
     QString unusedNameForDamaged(Date now) const;

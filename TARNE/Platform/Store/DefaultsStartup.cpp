@@ -79,7 +79,8 @@ OpenedDefaults openUnwritable(const DefaultsFolder &folder, const QStringList &k
                               Date now, const DefaultsFault &reason) {
     if (!QFileInfo::exists(folder.file()))
         return {};
-    const bool fileIsWhole = reason.kind() == Kind::Unavailable && !folder.hasLog();
+    const bool fileIsWhole =
+        reason.kind() == Kind::Unavailable && !DefaultsFolder::hasLog(folder.file());
     try {
         SQLiteFile file(folder.file(), fileIsWhole ? Access::Immutable : Access::ReadOnly);
         return {file.load(), Saving::Changes, nullptr};
@@ -102,7 +103,7 @@ OpenedDefaults openDefaults(const DefaultsFolder &folder, const QStringList &key
     // SQLite takes an empty file for a new database; where there are copies it has lost its
     // content.
     const QFileInfo info(folder.file());
-    if (info.exists() && info.size() == 0 && !folder.hasLog() &&
+    if (info.exists() && info.size() == 0 && !DefaultsFolder::hasLog(folder.file()) &&
         !DailyCopies(folder).latestFirst().isEmpty())
         return openDamaged(folder, keysToRestore, now, u"it is empty"_s);
     try {
@@ -130,8 +131,14 @@ replaceDamagedFile(const DefaultsFolder &folder, const DefaultsValues &values, D
     // Closed before it is moved: its log is merged, and no connection knows it by its first name.
     SQLiteFile(folder.scratchFile(), Access::ReadWrite)
         .write(changesThatWrite(values), SQLiteFile::Commit::Durable);
+    if (DefaultsFolder::hasLog(folder.scratchFile())) // It would stay behind.
+        throw DefaultsFault(Kind::Unavailable, "the log of the new file cannot be merged");
     const QString name = folder.setAsideAndReplace(now);
-    return {std::make_unique<SQLiteFile>(folder.file(), Access::ReadWrite), name};
+    try {
+        return {std::make_unique<SQLiteFile>(folder.file(), Access::ReadWrite), name};
+    } catch (const DefaultsFault &) {
+        return {nullptr, name}; // All is done; the next save opens it.
+    }
 }
 
 DefaultsChanges changesThatWrite(const DefaultsValues &values) {

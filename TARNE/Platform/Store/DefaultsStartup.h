@@ -33,7 +33,8 @@ struct OpenedDefaults {
                                           const QStringList &keysToRestore, Date now);
 
 /// Puts a new file with these values in the place of a damaged one and opens it. Returns the
-/// connection and the name under which the damaged file is kept; throws DefaultsFault.
+/// connection, null where the new file cannot be opened now, and the name under which the damaged
+/// file is kept. Throws DefaultsFault.
 [[nodiscard]] std::pair<std::unique_ptr<SQLiteFile>, QString>
 replaceDamagedFile(const DefaultsFolder &folder, const DefaultsValues &values, Date now);
 

@@ -264,7 +264,7 @@ bool SQLiteFile::isInPlace() const {
 
 void SQLiteFile::copyTo(const QString &path) {
     guarded([&] {
-        SQLite::Database copy(path.toStdString(), SQLite::OPEN_READWRITE | SQLite::OPEN_CREATE);
+        SQLite::Database copy(path.toStdString(), SQLite::OPEN_READWRITE);
         if (SQLite::Backup(copy, m_database).executeStep() != SQLITE_DONE)
             throw DefaultsFault(DefaultsFault::Kind::Locked, "the file is locked");
         // The copy takes over that the file has a log; one that is never written needs none.
