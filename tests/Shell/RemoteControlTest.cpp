@@ -152,7 +152,7 @@ TEST_F(TheRemoteControl, PausesAndResumesBehindAClosedWindow) {
 
 TEST_F(TheRemoteControl, PausesAndResumesARestoredSessionBeforeTheWindowIsFirstShown) {
     storeCountdown(200, 600, u"a secret plan"_s);
-    RemoteControl early(app(), defaults, [](const QString &) {});
+    RemoteControl early(app(), defaults, center, [](const QString &) {});
     EXPECT_TRUE(early.pause());
     EXPECT_FALSE(session().isTimerActive());
     EXPECT_TRUE(early.resume());

@@ -27,7 +27,6 @@ constexpr std::array months{"Jan", "Feb", "Mar", "Apr", "May", "Jun",
                             "Jul", "Aug", "Sep", "Oct", "Nov", "Dec"};
 constexpr std::array weekdays{"Monday", "Tuesday",  "Wednesday", "Thursday",
                               "Friday", "Saturday", "Sunday"};
-constexpr double sessionLength = 1500.0;
 constexpr int daysOfFlatMap = 365;
 constexpr const char *everyNth = rounds(10) == 10 ? "1" : "10";
 
@@ -108,10 +107,9 @@ public:
             return;
         // A session at each day's first moment, or at its last.
         for (const double shift : {0.0, -1.0}) {
-            std::vector<SessionHistoryEntry> history;
+            std::vector<SessionOutcome> history;
             for (auto start = std::next(m_starts.begin()); start != m_starts.end(); ++start)
-                history.push_back(
-                    {.sessionDate = start->second + shift, .goals = {}, .duration = sessionLength});
+                history.push_back({.sessionDate = start->second + shift, .goals = {}});
             const int days = static_cast<int>(history.size());
             const Date now = history.back().sessionDate;
             const InsightsFigures whole(history, m_calendar, now);
@@ -125,7 +123,7 @@ public:
         // By its rule the map is reckoned from the present clock time, and no zone skips a noon.
         const QDate today = std::prev(m_starts.end())->first;
         const auto noon = m_calendar.date({today.year(), today.month(), today.day(), 12});
-        const std::vector<SessionHistoryEntry> none;
+        const std::vector<SessionOutcome> none;
         expectMaps(InsightsFigures(none, m_calendar, noon.value()), today);
     }
 
