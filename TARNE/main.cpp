@@ -209,13 +209,14 @@ int main(int argc, char **argv) {
     });
     MainWindow window(&engine);
     const WindowProcess windowProcess(window, QDBusConnection::sessionBus());
-    RemoteControl remoteControl(app, defaults, notificationCenter, [&window](const QString &activationToken) {
-        // Where Qt looks for it when a window is to come to the front.
-        if (!activationToken.isEmpty())
-            qputenv("XDG_ACTIVATION_TOKEN", activationToken.toUtf8());
-        window.present();
-        qunsetenv("XDG_ACTIVATION_TOKEN"); // No child is to inherit it.
-    });
+    RemoteControl remoteControl(app, defaults, notificationCenter,
+                                [&window](const QString &activationToken) {
+                                    // Where Qt looks for it when a window is to come to the front.
+                                    if (!activationToken.isEmpty())
+                                        qputenv("XDG_ACTIVATION_TOKEN", activationToken.toUtf8());
+                                    window.present();
+                                    qunsetenv("XDG_ACTIVATION_TOKEN"); // No child is to inherit it.
+                                });
     perform = std::bind_front(&RemoteControl::perform, &remoteControl);
     QObject::connect(&userNotifications, &NotifierUserNotificationCenter::activated, &remoteControl,
                      &RemoteControl::answerNotice);

@@ -151,6 +151,17 @@ function(tarne_test_as_user test)
   set_tests_properties(${test}.user PROPERTIES TIMEOUT 600 LABELS user SKIP_RETURN_CODE 77)
 endfunction()
 
+# tarne_proof(<name> <command>...): the long form of a test, as proof_<name>. `scripts/test --all` runs
+# it, and ctest by its name.
+function(tarne_proof name)
+  if(TARNE_SANITIZE)
+    return()
+  endif()
+  add_test(NAME proof_${name} COMMAND ${ARGN})
+  set_tests_properties(proof_${name} PROPERTIES TIMEOUT 3600 LABELS proof
+    ENVIRONMENT TARNE_PROOF=long)
+endfunction()
+
 # tarne_qml_module(<target> URI <uri> SOURCES <files> QML <files> LINKS <targets>)
 #
 # A layer that is also a static QML module: flat, whatever its rooms are. A program that uses it links `<target>plugin` and names

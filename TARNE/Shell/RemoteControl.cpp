@@ -53,7 +53,8 @@ RemoteControl::RemoteControl(TARNEApp &app, UserDefaults &defaults, Notification
       m_sleep(center.addObserver(notifications::willSleep, [this] { setAsleep(true); })),
       m_wake(center.addObserver(notifications::didWake, [this] {
           // Behind the controller, which looks at the clock in a turn of its own.
-          QMetaObject::invokeMethod(this, [this] { setAsleep(false); }, Qt::QueuedConnection);
+          QMetaObject::invokeMethod(
+              this, [this] { setAsleep(false); }, Qt::QueuedConnection);
       })) {
     connect(&m_app, &TARNEApp::gateChanged, this, &RemoteControl::followController);
     followController();

@@ -20,11 +20,11 @@ protected:
     RemoteControl &remote() {
         if (!m_remote) {
             app().windowShown();
-            m_remote =
-                std::make_unique<RemoteControl>(app(), defaults, center, [this](const QString &token) {
-                    shown += token;
-                    app().windowShown();
-                });
+            m_remote = std::make_unique<RemoteControl>(app(), defaults, center,
+                                                       [this](const QString &token) {
+                                                           shown += token;
+                                                           app().windowShown();
+                                                       });
         }
         return *m_remote;
     }

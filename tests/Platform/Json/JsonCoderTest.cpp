@@ -184,7 +184,8 @@ TEST(JsonCoder, OnlyWhatMustBeIsEscaped) {
 TEST(JsonCoder, TextsOfEveryLengthAndMixtureReadBackEqual) {
     for (qsizetype length = 0; length < 200; ++length) {
         const QString plain(length, u'p');
-        for (const QString &foreign : {u""_s, u"\""_s, u"é"_s, u"🙂"_s, u"\n"_s, u"漢字"_s, u"\uFEFF"_s}) {
+        for (const QString &foreign :
+             {u""_s, u"\""_s, u"é"_s, u"🙂"_s, u"\n"_s, u"漢字"_s, u"\uFEFF"_s}) {
             for (const QString &text :
                  {plain + foreign, foreign + plain, plain + foreign + plain}) {
                 const auto read = json::decode<QStringList>(written(text));

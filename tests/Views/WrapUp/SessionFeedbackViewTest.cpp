@@ -318,7 +318,8 @@ TEST_F(SessionFeedbackViewTest, HasTheReflectionBeforeItAsks) {
     EXPECT_EQ(gemini.requests.size(), 1U);
 }
 
-TEST_F(SessionFeedbackViewTest, AsksAboutTheReflectionThatItCameUpWithThoughTheTimeRunsOutMeanwhile) {
+TEST_F(SessionFeedbackViewTest,
+       AsksAboutTheReflectionThatItCameUpWithThoughTheTimeRunsOutMeanwhile) {
     reflectOn(u"A"_s, {}, u"Went well."_s);
     SessionFeedbackView view(controller(), feedbackPlatform(), &isPresented, [] {});
     view.appear();

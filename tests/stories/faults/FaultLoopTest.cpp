@@ -1,5 +1,5 @@
 // Every call of the system that the store and the notifier's file make is made to fail, one after
-// the other, alone and for ever, until a run meets no fault. TARNE_LONG_PROOF makes every error
+// the other, alone and for ever, until a run meets no fault. TARNE_PROOF=long makes every error
 // take its turn, TARNE_ONE_FAULT="killed: pwrite64 ENOSPC at 7" plays one run again.
 
 #include "FaultStages.h"
@@ -7,6 +7,7 @@
 #include "FaultyRun.h"
 #include "FixedClock.h"
 #include "ManualTime.h"
+#include "Proof.h"
 
 #include <SQLiteCpp/Database.h>
 #include <SQLiteCpp/Statement.h>
@@ -45,11 +46,6 @@ const QList<CallAndErrors> failures{
     {"unlink", {"EIO", "EACCES"}},
     {"mkdir", {"ENOSPC", "EACCES"}},
 };
-
-/// Every error takes its way through every call in the long form, the first one in the short.
-bool isLongForm() {
-    return qEnvironmentVariableIsSet("TARNE_LONG_PROOF");
-}
 
 /// The one run that is to be played again; empty for all of them.
 QByteArray oneFault() {
@@ -92,7 +88,7 @@ public:
     void loop(Stage stage, Play play) {
         for (const auto &[call, errors, isMadeByAll] : failures) {
             const int before = m_faults;
-            for (const QByteArray &error : isLongForm() ? errors : errors.mid(0, 1)) {
+            for (const QByteArray &error : isLongProof() ? errors : errors.mid(0, 1)) {
                 for (const bool isLasting : {false, true})
                     loop(stage, play, {call, error, 1, isLasting});
             }
