@@ -86,7 +86,8 @@ class Node:
         self._path = path
 
     def __eq__(self, other):
-        return (self._owner, self._path) == (other._owner, other._path)
+        return (isinstance(other, Node)
+                and (self._owner, self._path) == (other._owner, other._path))
 
     def __hash__(self):
         return hash((self._owner, self._path))

@@ -90,6 +90,11 @@ class WhatTheTestsRun(CommandTestCase):
         shutil.copy(SCRIPTS / "test", self.checkout / "scripts")
         for name in ("install-packages", "lint"):
             (self.checkout / "scripts" / name).symlink_to(self.tools / "cmake")
+        for name in ("coverage", "mutate"):
+            self.tool(name, f"echo {name} >>{self.tools}/counted")
+            (self.checkout / "scripts" / name).symlink_to(self.tools / name)
+        for name in ("grep", "sort"):
+            (self.tools / name).symlink_to(shutil.which(name))
 
     def told(self, *words):
         """What ctest is told to run, and the presets whose tests it finds."""
@@ -99,13 +104,28 @@ class WhatTheTestsRun(CommandTestCase):
         found = (self.checkout / "build" / "tests" / "CTestTestfile.cmake").read_text()
         return (self.tools / "told").read_text().splitlines(), re.findall(r"\.\./(\w+)", found)
 
+    def counted(self):
+        """What was counted behind the tests."""
+        file = self.tools / "counted"
+        return file.read_text().split() if file.exists() else []
+
+    def test_ends_in_what_the_proofs_have_counted(self):
+        log = self.checkout / "build" / "tests" / "Testing" / "Temporary" / "LastTest.log"
+        log.parent.mkdir(parents=True)
+        log.write_text("Output:\nproof: b: 2 of 2\n noise\nproof: a: 1 of 1\n")
+        done = subprocess.run([self.checkout / "scripts" / "test"], timeout=60,
+                              env={"PATH": str(self.tools)}, capture_output=True, text=True)
+        self.assertEqual(done.stdout, "proof: a: 1 of 1\nproof: b: 2 of 2\n")
+
     def test_is_all_but_what_takes_long_unless_it_is_asked_for(self):
         told, presets = self.told()
-        self.assertEqual(told[told.index("-LE") + 1], "^(browsers-all|screens|packages)$")
+        self.assertEqual(told[told.index("-LE") + 1], "^(browsers-all|screens|packages|proof)$")
+        self.assertEqual(self.counted(), [])
         self.assertEqual(presets, ["dev", "asan", "tsan"])
 
     def test_is_everything_with_all(self):
         told, presets = self.told("--all")
+        self.assertEqual(self.counted(), ["coverage", "mutate"])
         self.assertFalse({"-L", "-LE", "-R", "-E"} & set(told))
         self.assertEqual(presets, ["dev", "asan", "tsan"])
 

@@ -42,6 +42,8 @@ class AnInstalledTARNE(LauncherTestCase):
         bus.call_sync("com.tarne.app", "/com/tarne/app", "org.freedesktop.Application", "Activate",
                       GLib.Variant("(a{sv})", ({},)), None, Gio.DBusCallFlags.NONE, 60_000, None)
         self.eventually(self.window_id, "the window is up")
+        # A child of it looks like it until it has become another program.
+        self.eventually(lambda: len(self.program_ids()) == 1, "there is one program")
         program, = self.program_ids()
         self.assertEqual(os.readlink(f"/proc/{program}/cwd"), "/")
 
