@@ -165,6 +165,8 @@ DefaultsValues SQLiteFile::load() {
 
 DefaultsValues SQLiteFile::checkedRows() {
     DefaultsValues values;
+    // One moment of the file, while other hands may write it.
+    const SQLite::Transaction snapshot(m_database);
     const int version = checkedVersion(m_database);
     if (version == 0)
         return values;

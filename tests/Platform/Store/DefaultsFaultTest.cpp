@@ -1,3 +1,4 @@
+#include "SQLiteFile.h"
 #include "StoreTest.h"
 
 #include <QDir>
@@ -7,7 +8,10 @@
 
 #include <gmock/gmock.h>
 
+#include <atomic>
 #include <csignal>
+#include <thread>
+#include <tuple>
 
 #include <sys/resource.h>
 #include <sys/stat.h>
@@ -286,6 +290,24 @@ TEST_F(DefaultsFaults, AFolderInThePlaceOfTheFileIsSetAside) {
     expectOneLineThatSays("set aside");
     EXPECT_EQ(stored(key), "saved");
     EXPECT_TRUE(QDir(folder() + u"/defaults.damaged-20260302-120000.sqlite/inside"_s).exists());
+}
+
+TEST_F(DefaultsFaults, AFileThatAnotherHandWritesMeanwhileIsReadAsOfOneMoment) {
+    open();
+    write(u"before"_s);
+    close();
+    std::atomic<bool> isRead = false;
+    std::thread hand([&] {
+        while (!isRead) {
+            execute("INSERT INTO defaults (key, type, value) VALUES ('Other', 'text', 'value')");
+            execute("DELETE FROM defaults WHERE key = 'Other'");
+        }
+    });
+    for (int reading = 0; reading < 1'000; ++reading) {
+        EXPECT_NO_THROW(std::ignore = SQLiteFile(file(), SQLiteFile::Access::ReadOnly).load());
+    }
+    isRead = true;
+    hand.join();
 }
 
 TEST_F(DefaultsFaults, ALockOfAnotherProcessDelaysTheWrite) {
