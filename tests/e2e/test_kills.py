@@ -84,7 +84,7 @@ class AKill(TarneTestCase):
         history = self.goals_in_history()
         lost = [goal for goal in self.planted if goal not in history]
         twice = len(history) - len(set(history))
-        print(f"proof: tarne-kills: {KILLS} kills, {len(self.planted)} sessions, {len(lost)} lost, "
+        print(f"\nproof: tarne-kills: {KILLS} kills, {len(self.planted)} sessions, {len(lost)} lost, "
               f"{twice} in the history twice, {self.harmful} harmful kills (seed {SEED})",
               flush=True)
         self.assertEqual(lost, [])
