@@ -192,11 +192,18 @@ TEST(TarneKill, At1000RandomInstantsLosesNothingThatWasAccepted) {
         tarne.start(QStringLiteral(TARNE_CENTER_HELPER),
                     {program.bus().address(), QString::number(kill)});
         ASSERT_TRUE(serveUntil([&] { return tarne.state() == QProcess::Running; }));
+        // Every other one in its work, on a machine of any speed: behind an answer.
+        const auto answers = kill % 2 == 0 ? 0 : static_cast<qsizetype>(1 + random() % 4);
+        QByteArray told;
+        ASSERT_TRUE(serveUntil([&] {
+            told += tarne.readAllStandardOutput();
+            return told.count('\n') >= answers;
+        }));
         pass(std::chrono::microseconds(random() % 80'000));
         tarne.kill();
         ASSERT_TRUE(serveUntil([&] { return tarne.state() == QProcess::NotRunning; }));
         EXPECT_EQ(tarne.readAllStandardError(), QByteArray());
-        auto lines = tarne.readAllStandardOutput().split('\n');
+        auto lines = (told + tarne.readAllStandardOutput()).split('\n');
         lines.removeLast(); // Cut short by the kill, or empty.
         if (lines.isEmpty())
             continue;
@@ -208,7 +215,7 @@ TEST(TarneKill, At1000RandomInstantsLosesNothingThatWasAccepted) {
         program.call(u"RemoveAll"_s);
         EXPECT_TRUE(program.connection().unregisterService(u"com.tarne.app"_s));
     }
-    EXPECT_GT(accepted, kills / 10); // On a busy machine most are killed before they ask.
+    EXPECT_GT(accepted, kills);
 }
 
 } // namespace
