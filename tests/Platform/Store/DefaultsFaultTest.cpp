@@ -1,5 +1,4 @@
-#include "SQLiteFile.h"
-#include "StoreTest.h"
+#include "DefaultsFaultFixture.h"
 
 #include <QDir>
 #include <QElapsedTimer>
@@ -18,7 +17,6 @@
 #include <unistd.h>
 
 using namespace Qt::StringLiterals;
-using testing::HasSubstr;
 
 namespace tarne::test {
 namespace {
@@ -82,40 +80,6 @@ private:
 
     const bool m_isRoot = ::geteuid() == 0;
     const QByteArray m_folder;
-};
-
-/// Another process that holds a lock on the file until `release`.
-class LockingProcess {
-public:
-    LockingProcess(const QString &kind, const QString &file) {
-        m_process.start(QStringLiteral(TARNE_STORE_HELPER), {kind, file});
-        EXPECT_TRUE(m_process.waitForReadyRead()) << m_process.readAllStandardError().constData();
-    }
-    void release() {
-        m_process.closeWriteChannel();
-        EXPECT_TRUE(m_process.waitForFinished());
-    }
-
-private:
-    QProcess m_process;
-};
-
-class DefaultsFaults : public StoreTest {
-protected:
-    void write(const QString &text) {
-        store().setObject(key, text);
-        store().synchronize();
-        runPosted();
-    }
-    bool isRefusalTold() const {
-        return eventually([] { return !StoreDiagnostics::lines().isEmpty(); });
-    }
-    void expectOneLineThatSays(const std::string &part) {
-        ASSERT_EQ(StoreDiagnostics::lines().size(), 1);
-        EXPECT_THAT(StoreDiagnostics::lines().constFirst().toStdString(), HasSubstr(part));
-    }
-
-    StoreDiagnostics diagnostics;
 };
 
 TEST_F(DefaultsFaults, AFullDiskCostsTheWriteAndSavingResumesByItself) {
@@ -290,161 +254,6 @@ TEST_F(DefaultsFaults, AFolderInThePlaceOfTheFileIsSetAside) {
     expectOneLineThatSays("set aside");
     EXPECT_EQ(stored(key), "saved");
     EXPECT_TRUE(QDir(folder() + u"/defaults.damaged-20260302-120000.sqlite/inside"_s).exists());
-}
-
-TEST_F(DefaultsFaults, AFileThatAnotherHandWritesMeanwhileIsReadAsOfOneMoment) {
-    open();
-    write(u"before"_s);
-    close();
-    std::atomic<bool> isRead = false;
-    std::thread hand([&] {
-        while (!isRead) {
-            execute("INSERT INTO defaults (key, type, value) VALUES ('Other', 'text', 'value')");
-            execute("DELETE FROM defaults WHERE key = 'Other'");
-        }
-    });
-    for (int reading = 0; reading < 1'000; ++reading) {
-        EXPECT_NO_THROW(std::ignore = SQLiteFile(file(), SQLiteFile::Access::ReadOnly).load());
-    }
-    isRead = true;
-    hand.join();
-}
-
-TEST_F(DefaultsFaults, ALockOfAnotherProcessDelaysTheWrite) {
-    open();
-    write(u"before"_s);
-    ASSERT_TRUE(comesToHold(key, "before"));
-    LockingProcess locking(u"lock"_s, file());
-    write(u"while locked"_s);
-    ASSERT_TRUE(isRefusalTold());
-    EXPECT_EQ(stored(key), "before");
-    locking.release();
-    EXPECT_TRUE(comesToHold(key, "while locked"));
-    expectOneLineThatSays("locked");
-}
-
-TEST_F(DefaultsFaults, WhatADelayKeptIsWrittenInTheOrderOfTheLatestChanges) {
-    open();
-    write(u"before"_s);
-    ASSERT_TRUE(comesToHold(key, "before"));
-    LockingProcess locking(u"lock"_s, file());
-    store().setObject(u"A"_s, qint64{1});
-    store().setObject(u"B"_s, qint64{1});
-    write(u"while locked"_s);
-    ASSERT_TRUE(isRefusalTold());
-    store().setObject(u"A"_s, qint64{2});
-    write(u"still locked"_s);
-    locking.release();
-    ASSERT_TRUE(comesToHold(u"A"_s, "2"));
-    EXPECT_EQ(read("SELECT group_concat(key, '') FROM "
-                   "(SELECT key FROM defaults WHERE key IN ('A', 'B') ORDER BY rowid)"),
-              "BA");
-}
-
-TEST_F(DefaultsFaults, ALockOfAnotherProcessNeverHoldsTheCaller) {
-    open();
-    LockingProcess locking(u"lock"_s, file());
-    QElapsedTimer spent;
-    spent.start();
-    write(u"while locked"_s);
-    // The lock lasts until the release: a caller that waits for it waits for this long at least.
-    EXPECT_LT(spent.elapsed(), 250);
-    ASSERT_TRUE(isRefusalTold());
-    locking.release();
-}
-
-TEST_F(DefaultsFaults, ALockOfAnotherProcessAtTheStartLetsTheValuesBeRead) {
-    open().setObject(key, u"before"_s);
-    close();
-    LockingProcess locking(u"lock"_s, file());
-    EXPECT_EQ(open().stringForKey(key), u"before"_s);
-    locking.release();
-    write(u"after"_s);
-    EXPECT_TRUE(comesToHold(key, "after"));
-}
-
-TEST_F(DefaultsFaults, ALockAtTheEndDelaysItByABoundedTime) {
-    open();
-    LockingProcess locking(u"lock"_s, file());
-    store().setObject(key, u"lost"_s);
-    QElapsedTimer spent;
-    spent.start();
-    close();
-    EXPECT_LT(spent.elapsed(), 5000);
-    locking.release();
-    expectOneLineThatSays("locked");
-}
-
-TEST_F(DefaultsFaults, AFileThatAnotherProcessLetsNobodyReadIsNotOverwritten) {
-    open().setObject(historyKey, QByteArray("[\"precious\"]"));
-    close();
-    LockingProcess locking(u"lock-all"_s, file());
-    QElapsedTimer spent;
-    spent.start();
-    EXPECT_EQ(open().objectForKey(historyKey), std::nullopt);
-    EXPECT_LT(spent.elapsed(), 5000);
-    locking.release();
-    store().setObject(historyKey, QByteArray("[]"));
-    close();
-    EXPECT_EQ(stored(historyKey), "[\"precious\"]");
-    expectOneLineThatSays("cannot be read");
-}
-
-TEST_F(DefaultsFaults, AFileOfANewerVersionIsReadAndLeftAlone) {
-    open().setObject(historyKey, QByteArray("[\"newer\"]"));
-    close();
-    execute("PRAGMA user_version = 2");
-    const QByteArray before = bytesOf(file());
-    open();
-    EXPECT_EQ(store().dataForKey(historyKey), QByteArray("[\"newer\"]"));
-    store().setObject(historyKey, QByteArray("[]"));
-    EXPECT_EQ(store().dataForKey(historyKey), QByteArray("[]"));
-    close();
-    EXPECT_TRUE(bytesOf(file()) == before);
-    EXPECT_EQ(damagedFiles(), QStringList());
-    expectOneLineThatSays("newer version of TARNE (version 2)");
-}
-
-TEST_F(DefaultsFaults, AValueThatIsDamagedIsNotReadFromANewerVersionEither) {
-    open().setObject(historyKey, QByteArray("[\"newer\"]"));
-    close();
-    execute("PRAGMA user_version = 2");
-    corrupt("[\"newer\"]", "[\"nower\"]");
-    const QByteArray before = bytesOf(file());
-    EXPECT_EQ(open().objectForKey(historyKey), std::nullopt);
-    close();
-    EXPECT_TRUE(bytesOf(file()) == before);
-    expectOneLineThatSays("its values cannot be read");
-}
-
-TEST_F(DefaultsFaults, TheLogOfANewerVersionIsLeftAloneToo) {
-    const QString log = file() + u"-wal"_s;
-    open();
-    write(u"before"_s);
-    ASSERT_TRUE(comesToHold(key, "before"));
-    execute("PRAGMA user_version = 2"); // In the log, since the store's connection is open.
-    const QByteArray fileOfAKilledRun = bytesOf(file());
-    const QByteArray logOfAKilledRun = bytesOf(log);
-    close();
-    overwrite(file(), 0, fileOfAKilledRun);
-    ASSERT_TRUE(QFile::resize(file(), fileOfAKilledRun.size()));
-    overwrite(log, 0, logOfAKilledRun);
-    EXPECT_EQ(open().stringForKey(key), u"before"_s);
-    close();
-    EXPECT_TRUE(bytesOf(file()) == fileOfAKilledRun);
-    EXPECT_TRUE(bytesOf(log) == logOfAKilledRun);
-    expectOneLineThatSays("version 2");
-}
-
-TEST_F(DefaultsFaults, ANewerVersionWithOtherTablesIsLeftAlone) {
-    open();
-    close();
-    execute("DROP TABLE defaults; CREATE TABLE settings (x); PRAGMA user_version = 7");
-    const QByteArray before = bytesOf(file());
-    open().setObject(key, true);
-    close();
-    EXPECT_TRUE(bytesOf(file()) == before);
-    expectOneLineThatSays("its values cannot be read");
 }
 
 } // namespace
