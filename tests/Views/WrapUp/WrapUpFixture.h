@@ -133,4 +133,38 @@ private:
     static QString nameOf(const QQuickItem &symbol) { return symbol.property("symbol").toString(); }
 };
 
+/// The two sheets that end a session, above the timer screen, used by accessible name.
+class WrapUpTest : public WrapUpScreenTest {
+protected:
+    /// Moves the focus with Tab.
+    void tabTo(const QString &name) {
+        for (int i = 0; i < 30 && ui().focusedName() != name; ++i)
+            ui().tab();
+        ASSERT_EQ(ui().focusedName(), name);
+    }
+    bool canComplete() { return ui().isEnabled(QStringLiteral("Complete reflection")); }
+    /// The item of a visible text or control.
+    const QQuickItem &item(const QString &name, QAccessible::Role role = QAccessible::NoRole) {
+        static const QQuickItem nothing;
+        const QQuickItem *const found = ui().find(name, role);
+        EXPECT_TRUE(found) << qPrintable(name);
+        return found ? *found : nothing;
+    }
+    bool showsTextThatEndsWith(const QString &end) {
+        return std::ranges::any_of(
+            ui().texts(), [&](const QString &text) { return text.trimmed().endsWith(end); });
+    }
+    void expectTheBeginningOfALongTextAlone() {
+        EXPECT_TRUE(showsTextThatEndsWith(QStringLiteral("word")));
+        EXPECT_FALSE(showsTextThatEndsWith(QStringLiteral("end."))) << "laid out in one piece";
+    }
+    const QString longText = QStringLiteral("word ").repeated(10'000) + QStringLiteral("end.");
+    /// The circle of the complete button, enabled or not.
+    QQuickItem *circle() { return item(QStringLiteral("Complete reflection")).parentItem(); }
+    QRectF place(const QString &name, QAccessible::Role role = QAccessible::NoRole) {
+        const QQuickItem &found = item(name, role);
+        return found.mapRectToScene(found.boundingRect());
+    }
+};
+
 } // namespace tarne::test
