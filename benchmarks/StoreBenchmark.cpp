@@ -79,23 +79,23 @@ void saveRawFile(benchmark::State &state) {
     state.SetBytesProcessed(state.iterations() * state.range(0) * bytesOfAnEntry);
 }
 
-/// Runs nothing but the hand-over that was posted, when told.
-class PostedOnly final : public RunLoop {
+/// Runs nothing but the hand-over that was asked for last, when told.
+class HandOverOnly final : public RunLoop {
 public:
-    void async(Block block) override { m_posted = std::move(block); }
-    void asyncAfter(Seconds, Block) override {}
+    void async(Block) override {}
+    void asyncAfter(Seconds, Block block) override { m_handOver = std::move(block); }
     Timer scheduleRepeating(Seconds, Block) override { return Timer::None; }
     void invalidate(Timer) override {}
-    void run() { m_posted(); }
+    void run() { m_handOver(); }
 
 private:
-    Block m_posted;
+    Block m_handOver;
 };
 
 void handOver(benchmark::State &state) {
     const Folder folder;
     const SystemClock clock;
-    PostedOnly runLoop;
+    HandOverOnly runLoop;
     StoredUserDefaults defaults(folder.path(), {}, clock, runLoop);
     int save = 0;
     for (auto _ : state) {
@@ -111,7 +111,7 @@ void handOver(benchmark::State &state) {
 void load(benchmark::State &state) {
     const Folder folder;
     const SystemClock clock;
-    PostedOnly runLoop;
+    HandOverOnly runLoop;
     StoredUserDefaults(folder.path(), {}, clock, runLoop)
         .setObject(historyKey, history(state.range(0), 0));
     for (auto _ : state) {

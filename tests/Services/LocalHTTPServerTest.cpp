@@ -1,6 +1,7 @@
 #include "LocalHTTPServerFixture.h"
 
 #include <atomic>
+#include <ctime>
 
 #include <poll.h>
 #include <sys/prctl.h>
@@ -123,6 +124,17 @@ TEST_F(LocalHTTPServerTest, APieceThatComesDuringTheAnswerIsARequestOfItsOwnWith
     const QByteArray response = readToEnd(*socket);
     EXPECT_EQ(response.count("HTTP/1.1 "), 1);
     EXPECT_EQ(response.size() - response.indexOf("\r\n\r\n") - 4, 20'000'012);
+}
+
+TEST_F(LocalHTTPServerTest, AConnectionThatWaitsForADescriptorCostsNoWork) {
+    start();
+    const int client = ::socket(AF_INET, SOCK_STREAM, 0);
+    const DescriptorLimit one(1);
+    ASSERT_TRUE(request(client));
+    const std::clock_t before = std::clock(); // The processor's time of all threads.
+    QThread::msleep(300);
+    EXPECT_LT(std::clock() - before, CLOCKS_PER_SEC / 10);
+    ::close(client);
 }
 
 TEST_F(LocalHTTPServerTest, AConnectionThatComesWhileNoDescriptorIsFreeIsAnsweredOnceOneIs) {

@@ -87,6 +87,29 @@ TEST_F(SessionOrder, AnEndStopsTheCountdownThenClearsItsKeysThenTheSession) {
     EXPECT_THAT(seen, ElementsAre(u"session, still, stored"_s, u"no session, still, cleared"_s));
 }
 
+TEST_F(SessionOrder, AnEndInvalidatesTheTimerBeforeItLowersTheFlag) {
+    controller();
+    const std::size_t others = time.timerCount();
+    start(u"Review"_s, 300);
+    ASSERT_EQ(time.timerCount(), others + 1);
+    std::vector<std::size_t> timers;
+    QObject::connect(&controller(), &SessionViewModel::isTimerActiveChanged,
+                     [&] { timers.push_back(time.timerCount()); });
+    controller().endSession(std::nullopt, true);
+    EXPECT_THAT(timers, ElementsAre(others));
+}
+
+TEST_F(SessionOrder, ASyncSetsTheTimeBeforeTheProgress) {
+    start(u"Review"_s, 300);
+    time.sleep(Seconds(100));
+    controller().syncTimerWithRealTime();
+    std::vector<double> shown;
+    QObject::connect(&controller(), &SessionViewModel::progressChanged,
+                     [&] { shown.push_back(controller().timeRemaining()); });
+    time.runPending();
+    EXPECT_THAT(shown, ElementsAre(200.0));
+}
+
 TEST_F(SessionOrder, AnEndSavesTheHistoryBeforeItStopsTheCountdown) {
     start(u"Review"_s, 300);
     std::vector<std::size_t> saved;

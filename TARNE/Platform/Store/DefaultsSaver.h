@@ -40,7 +40,6 @@ public:
 
     /// The open file; null while there is none.
     [[nodiscard]] SQLiteFile *file() const { return m_file.get(); }
-    void closeFile() { m_file.reset(); }
 
 private:
     void saveIntoFile();

@@ -43,7 +43,6 @@ void DefaultsWriter::run() {
         goesOn = takeBatches();
         m_saver.save();
     }
-    m_saver.closeFile();
 }
 
 bool DefaultsWriter::isWorthCopying() const {
