@@ -7,6 +7,8 @@ import TARNE.Views
 Column {
     id: state
 
+    readonly property bool isFocused: button.activeFocus
+
     signal addGoal
 
     topPadding: 60
@@ -40,6 +42,8 @@ Column {
         }
     }
     GradientButton {
+        id: button
+
         anchors.horizontalCenter: parent.horizontalCenter
         ground: SchedulePalette.ground
         text: "Add Goal"

@@ -47,6 +47,10 @@ Item {
             parent: list.contentItem
             width: list.width
             visible: list.count === 0
+            onIsFocusedChanged: {
+                if (isFocused)
+                    list.contentY = Math.max(0, noGoals.implicitHeight - list.height);
+            }
             onAddGoal: pane.view.openAddGoal()
         }
     }

@@ -110,6 +110,17 @@ TEST_F(TheScheduleScreensLook, AnEmptyDayHasRoomBelowItsButtonToo) {
     EXPECT_NEAR(placeOf(addGoal).bottom(), lowHeight - 60, 0.5);
 }
 
+TEST_F(TheScheduleScreensLook, TheKeyboardBringsAnEmptyDaysButtonIntoView) {
+    m_size.setHeight(400);
+    const QQuickItem &addGoal = button(u"Add Goal"_s);
+    ASSERT_GT(placeOf(addGoal).bottom(), 400);
+    for (int stops = 0; !addGoal.hasActiveFocus() && stops < 100; ++stops)
+        ui().tab();
+    draw();
+    ASSERT_TRUE(addGoal.hasActiveFocus());
+    EXPECT_LE(placeOf(addGoal).bottom(), 400);
+}
+
 TEST_F(TheScheduleScreensLook, ItsCallsToActionLieOnAnIndigoGradientWithAShadow) {
     expectGradient(u"New Goal"_s, 10);
     EXPECT_EQ(button(u"New Goal"_s).property("leftPadding"), 20);
