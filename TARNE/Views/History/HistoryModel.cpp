@@ -25,8 +25,8 @@ bool isSameEntry(const SessionHistoryEntry &entry, const SessionHistoryEntry &ot
            std::ranges::equal(entry.goals, other.goals, isSameGoal);
 }
 
-bool isSameGroup(const HistoryGroup &group, const HistoryGroup &other) {
-    return group.key == other.key && std::ranges::equal(group.value, other.value, isSameEntry);
+bool hasSameEntries(const HistoryGroup &group, const HistoryGroup &other) {
+    return std::ranges::equal(group.value, other.value, isSameEntry);
 }
 
 /// Whether the same moments are worded in the same way.
@@ -42,8 +42,10 @@ void HistoryModel::setGroups(std::vector<HistoryGroup> groups, const Calendar &c
     for (HistoryGroup &group : groups)
         HistoryGrouping::sortForDisplay(group.value);
     if (m_calendar && isSameCalendar(*m_calendar, calendar) &&
-        std::ranges::equal(m_groups, groups, isSameGroup))
+        std::ranges::equal(m_groups, groups, hasSameEntries)) {
+        setLabels(groups);
         return;
+    }
     beginResetModel();
     m_groups = std::move(groups);
     m_calendar = calendar;
@@ -53,6 +55,18 @@ void HistoryModel::setGroups(std::vector<HistoryGroup> groups, const Calendar &c
             m_rows.push_back({group, entry});
     }
     endResetModel();
+}
+
+void HistoryModel::setLabels(const std::vector<HistoryGroup> &groups) {
+    for (std::size_t row = 0; row < m_rows.size(); ++row) {
+        QString &label = m_groups[m_rows[row].group].key;
+        const QString &wanted = groups[m_rows[row].group].key;
+        if (label == wanted)
+            continue;
+        label = wanted;
+        const QModelIndex first = index(static_cast<int>(row)); // Of its group.
+        Q_EMIT dataChanged(first, first, {SectionLabelRole});
+    }
 }
 
 QString HistoryModel::sessionAt(int row) const {

@@ -26,8 +26,9 @@ public:
 
     explicit HistoryModel(QObject *parent = nullptr);
 
-    /// Shows these groups, in their order. Where they are those that it shows already, nothing
-    /// happens; otherwise all rows are replaced, and every coaching text is closed again.
+    /// Shows these groups, in their order. Where their sessions are those that it shows already,
+    /// only labels change; otherwise all rows are replaced, and every coaching text is closed
+    /// again.
     void setGroups(std::vector<HistoryGroup> groups, const Calendar &calendar);
 
     /// The session that a row shows; an empty text where there is no such row.
@@ -49,6 +50,7 @@ private:
         quint32 expanded = 0; ///< One bit a coaching text.
     };
 
+    void setLabels(const std::vector<HistoryGroup> &groups);
     [[nodiscard]] const SessionHistoryEntry &entryOf(const Row &row) const;
 
     std::vector<HistoryGroup> m_groups;

@@ -184,6 +184,28 @@ TEST_F(HistoryScrolling, ALoadKeepsThePlaceInALongList) {
     EXPECT_EQ(test::placeOf(*screen().find(u"11:54 AM"_s)).top(), place);
 }
 
+TEST_F(HistoryScrolling, TheTurnOfTheDayLeavesTheReaderWhereTheyAre) {
+    time.setWallClock(calendar()().startOfDay(time.now() + 86400.0) - 2);
+    store(60);
+    view().appear();
+    start(u"A"_s, 1500.0);
+    list()->forceActiveFocus();
+    screen().key(Qt::Key_PageDown);
+    const double before = scrolledBy();
+    pass(3);
+    screen().settle();
+    EXPECT_EQ(scrolledBy(), before);
+    screen().key(Qt::Key_PageDown);
+    const double after = scrolledBy();
+    ASSERT_GT(after, before);
+    view().loadHistoryEntries();
+    screen().settle();
+    EXPECT_EQ(scrolledBy(), after);
+    screen().key(Qt::Key_Home);
+    EXPECT_TRUE(screen().has(u"Yesterday"_s));
+    EXPECT_FALSE(screen().has(u"Today"_s));
+}
+
 TEST_F(HistoryScrolling, OnlyCardsInSightExist) {
     store(10000);
     view().appear();

@@ -244,7 +244,8 @@ TEST_F(HistoryViewTest, RowsAreReplacedWhereAnythingOfWhatTheyShowHasChangedAndO
     EXPECT_TRUE(changed([](auto &other) { other.motivation = u"m"_s; }));
     EXPECT_TRUE(changed([](auto &other) { other.reflection = u"r"_s; }));
     pass(86400);
-    EXPECT_EQ(load(entry), 1) << "its label says another day";
+    EXPECT_EQ(load(entry), 0);
+    EXPECT_EQ(row(0, HistoryModel::SectionLabelRole), u"Yesterday"_s);
 }
 
 TEST_F(HistoryViewTest, ASessionIsFoundAgainByTheRowThatShowsIt) {
@@ -292,6 +293,20 @@ TEST_F(HistoryViewTest, WhileASessionRunsItsLabelsFollowTheDay) {
     EXPECT_EQ(row(0, HistoryModel::SectionLabelRole), u"Today"_s);
     pass(2);
     EXPECT_EQ(row(0, HistoryModel::SectionLabelRole), u"Yesterday"_s);
+}
+
+TEST_F(HistoryViewTest, TheTurnOfTheDayReplacesNoRow) {
+    time.setWallClock(calendar()().startOfDay(time.now() + 86400.0) - 2);
+    store(3);
+    view().appear();
+    view().setExpanded(1, 0, true);
+    const QSignalSpy resets(view().rows(), &QAbstractItemModel::modelReset);
+    start(u"A"_s, 1500.0);
+    pass(3);
+    EXPECT_EQ(row(0, HistoryModel::SectionLabelRole), u"Yesterday"_s);
+    EXPECT_EQ(row(1, HistoryModel::SectionLabelRole), QString());
+    EXPECT_EQ(row(1, HistoryModel::ExpandedRole), 1U);
+    EXPECT_EQ(resets.count(), 0);
 }
 
 TEST_F(HistoryViewTest, AnotherTimeZoneRegroupsAtTheNextLoad) {
