@@ -1,6 +1,8 @@
+#include "AnimationClock.h"
 #include "ItemLook.h"
 #include "LayoutProbe.h"
 #include "ShellFixture.h"
+#include "ShownOrb.h"
 #include "TARNEStyle.h"
 
 #include <QSignalSpy>
@@ -155,6 +157,22 @@ TEST_F(ShellScreen, APressOnATabShowsItAndHidesTheOther) {
     EXPECT_TRUE(ui().waitUntil([&] { return !ui().has(u"Session Setup"_s); }));
     ASSERT_TRUE(ui().click(u"Timer"_s));
     EXPECT_TRUE(ui().waitUntil([&] { return ui().has(u"Session Setup"_s); }));
+}
+
+TEST_F(ShellScreen, TheOrbLeavesAndReturnsTogetherWithItsPage) {
+    const GlowingOrbView *const orb = orbBelow(*ui().root());
+    ASSERT_TRUE(orb);
+    AnimationClock clock;
+    content().setSelectedTab(1);
+    clock.pass(150);
+    EXPECT_TRUE(orb->isVisible());
+    clock.pass(150);
+    EXPECT_FALSE(orb->isVisible());
+    content().setSelectedTab(0);
+    ui().settle();
+    clock.pass(150);
+    EXPECT_TRUE(orb->isVisible());
+    EXPECT_TRUE(ui().waitUntil([&] { return orb->isAnimating(); }));
 }
 
 TEST_F(ShellScreen, TheInsightsAndTheHistoryAreTabs) {

@@ -1,7 +1,7 @@
 // The whole window for users who have asked the desktop for something.
 
 #include "AnimationClock.h"
-#include "GlowingOrbView.h"
+#include "ShownOrb.h"
 #include "TARNEStyle.h"
 #include "WishesFixture.h"
 
@@ -22,19 +22,6 @@ constexpr DesktopWishes noMotion{.reducedMotion = true};
 class Wishes : public WishesTest {
 protected:
     const GlowingOrbView *orb() { return orbBelow(*ui().root()); }
-
-private:
-    static const GlowingOrbView *orbBelow(const QQuickItem &item) {
-        for (const QQuickItem *const child : item.childItems()) {
-            if (!child->isVisible())
-                continue;
-            if (const auto *const found = qobject_cast<const GlowingOrbView *>(child))
-                return found;
-            if (const auto *const found = orbBelow(*child))
-                return found;
-        }
-        return nullptr;
-    }
 };
 
 TEST_F(Wishes, ForNoMotionStillTheOrb) {

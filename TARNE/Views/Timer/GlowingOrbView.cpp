@@ -78,6 +78,16 @@ void GlowingOrbView::setStill(bool isStill) {
     Q_EMIT isStillChanged();
 }
 
+void GlowingOrbView::setOnScreen(bool isOnScreen) {
+    if (m_isOnScreen == isOnScreen)
+        return;
+    m_isOnScreen = isOnScreen;
+    if (!isOnScreen)
+        m_hasAppeared = false;
+    appear();
+    Q_EMIT isOnScreenChanged();
+}
+
 void GlowingOrbView::startAnimations() {
     m_pulse.start();
     updateTimer();
@@ -94,14 +104,18 @@ void GlowingOrbView::stopPulse(double seconds) {
     Q_EMIT pulseAnimationChanged();
 }
 
-void GlowingOrbView::shownChanged(bool isShown) {
-    if (isShown && !std::exchange(m_hasAppeared, true))
+void GlowingOrbView::shownChanged(bool) {
+    appear();
+}
+
+void GlowingOrbView::appear() {
+    if (m_isOnScreen && isShown() && !std::exchange(m_hasAppeared, true))
         startAnimations();
 }
 
 void GlowingOrbView::itemChange(ItemChange change, const ItemChangeData &value) {
-    // Made invisible, by its tab, its face of the screen or a window that was closed, it appears
-    // anew the next time. A sheet above it and a minimised or newly mapped window only hold it.
+    // Made invisible, by its face of the screen, it appears anew the next time. A sheet above it
+    // and a minimised or newly mapped window only hold it.
     if (change == ItemVisibleHasChanged && !value.boolValue)
         m_hasAppeared = false;
     AnimatedTexture::itemChange(change, value);

@@ -21,6 +21,8 @@ class GlowingOrbView : public tarne::AnimatedTexture {
     Q_PROPERTY(bool isPaused MEMBER m_isPaused WRITE setPaused NOTIFY isPausedChanged FINAL)
     /// Whether it stands at its smaller scale, whatever it would do otherwise.
     Q_PROPERTY(bool isStill MEMBER m_isStill WRITE setStill NOTIFY isStillChanged FINAL)
+    /// Whether the screen that it belongs to is shown: each time anew, it appears with it.
+    Q_PROPERTY(bool isOnScreen MEMBER m_isOnScreen WRITE setOnScreen NOTIFY isOnScreenChanged FINAL)
     /// Nothing reads or animates it.
     Q_PROPERTY(double rotationAnimation MEMBER m_rotationAnimation CONSTANT FINAL)
     /// Whether it is to stand at its larger scale.
@@ -33,6 +35,7 @@ public:
     void setActive(bool isActive);
     void setPaused(bool isPaused);
     void setStill(bool isStill);
+    void setOnScreen(bool isOnScreen);
 
     [[nodiscard]] bool pulseAnimation() const { return m_pulse.isPulsing(); }
     [[nodiscard]] OrbLook look() const { return orbLook(m_progress, m_isPaused); }
@@ -46,6 +49,7 @@ Q_SIGNALS:
     void isActiveChanged();
     void isPausedChanged();
     void isStillChanged();
+    void isOnScreenChanged();
     void pulseAnimationChanged();
 
 protected:
@@ -57,6 +61,7 @@ protected:
     void itemChange(ItemChange change, const ItemChangeData &value) override;
 
 private:
+    void appear();
     void stopPulse(double seconds);
     void updateLook(double devicePixelRatio);
     void updateGlow();
@@ -66,6 +71,7 @@ private:
     bool m_isActive = false;
     bool m_isPaused = false;
     bool m_isStill = false;
+    bool m_isOnScreen = true;
     double m_rotationAnimation = 0.0;
     OrbPulse m_pulse;
     bool m_hasAppeared = false;

@@ -20,7 +20,7 @@ Column {
 
         GlowingOrbView {
             anchors.centerIn: parent
-            visible: display.view.isShown
+            isOnScreen: display.view.isShown
             progress: display.visible ? display.view.orbProgress : 0
             isActive: display.view.isTimerActive
             isPaused: display.view.isPaused
