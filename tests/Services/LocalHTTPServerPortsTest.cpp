@@ -117,6 +117,19 @@ TEST_F(LocalHTTPServerPorts, AReplacedListenerGoesOn) {
     EXPECT_TRUE(ask(goals).startsWith("HTTP/1.1 200 OK\r\n"));
 }
 
+TEST_F(LocalHTTPServerPorts, ANewStartBeginsAtThePortThatItHasNow) {
+    start();
+    const quint16 second = freePort();
+    ASSERT_TRUE(server->startOnPort(second));
+    ASSERT_TRUE(waitUntil([&] { return server->getPort() == second; }));
+    server->stop();
+    ASSERT_TRUE(waitForLine(u"stopped"_s));
+    log.takeLines();
+    server->start();
+    ASSERT_TRUE(waitUntil([&] { return !log.lines().isEmpty(); }));
+    EXPECT_EQ(log.lines(), QStringList{u"🌐 TARNE HTTP Server started on port %1"_s.arg(second)});
+}
+
 /// The port is held by another program, on one of these addresses.
 class TakenPort : public LocalHTTPServerPorts,
                   public testing::WithParamInterface<QHostAddress::SpecialAddress> {};

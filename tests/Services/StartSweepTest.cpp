@@ -32,6 +32,13 @@ TEST_F(StartSweepTest, OutputThatIsNoUtf8IsSkipped) {
     EXPECT_TRUE(tools.calls.filter(u"signal"_s).isEmpty());
 }
 
+TEST_F(StartSweepTest, WhatLsofNamesCountsWhateverItEndsWith) {
+    tools.results[u":3001"_s] = {1, "43\n"};
+    manager->startServer();
+    EXPECT_EQ(tools.calls.filter(u"signal"_s),
+              (QStringList{u"signal 15 to 43"_s, u"signal 9 to 43"_s}));
+}
+
 TEST_F(StartSweepTest, AToolThatFoundNothingIsSilent) {
     manager->startServer();
     EXPECT_TRUE(log.lines().filter(u"No existing process"_s).isEmpty());

@@ -132,6 +132,14 @@ TEST_F(Schedule, TogglingTicksOffAndOnAgainAndSaves) {
     EXPECT_FALSE(schedule().scheduledGoals().front().isCompleted);
 }
 
+TEST_F(Schedule, TogglesTheFirstEntryOfAnIdentityAlone) {
+    const ScheduledGoal goal(m_fakes.at(3, 9), m_fakes.at(3, 9), u"twice"_s);
+    m_fakes.defaults.setObject(keys::scheduledGoals, *encodeScheduledGoals({goal, goal}));
+    schedule().toggleGoalCompletion(goal);
+    EXPECT_TRUE(schedule().scheduledGoals().front().isCompleted);
+    EXPECT_FALSE(schedule().scheduledGoals().back().isCompleted);
+}
+
 TEST_F(Schedule, TogglingAGoalThatIsGoneDoesNothing) {
     const ScheduledGoal goal = addAt(3, 9);
     schedule().deleteGoal(goal);

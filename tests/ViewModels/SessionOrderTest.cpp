@@ -127,6 +127,39 @@ TEST_F(SessionOrder, ARunOutIsInTheHistoryBeforeItsNoticeIsShown) {
     EXPECT_THAT(saved, ElementsAre(1u));
 }
 
+TEST_F(SessionOrder, ARunOutIsFeltBeforeItIsSaved) {
+    start(u"Review"_s, 300);
+    pass(299);
+    const int before = haptics.count;
+    std::vector<int> felt;
+    const auto observer = center.addObserver(notifications::sessionHistoryUpdated,
+                                             [&] { felt.push_back(haptics.count - before); });
+    pass(1);
+    EXPECT_THAT(felt, ElementsAre(2));
+}
+
+TEST_F(SessionOrder, ARunOutEndsItsTimerBeforeItsNoticeIsShown) {
+    start(u"Review"_s, 300);
+    const std::size_t running = time.timerCount();
+    std::vector<std::size_t> timers;
+    userNotifications.whenAdding = [&] { timers.push_back(time.timerCount()); };
+    pass(300);
+    EXPECT_THAT(timers, ElementsAre(running - 1));
+}
+
+TEST_F(SessionOrder, AStopClearsItsKeysThenWithdrawsItsNoticeThenEndsTheBackgroundActivity) {
+    start(u"Review"_s, 300);
+    const auto activity = activities.activities.front();
+    QStringList seen;
+    userNotifications.whenRemovingAll = [&] {
+        seen += state();
+        EXPECT_FALSE(activity->invalidated);
+    };
+    controller().stopTimer();
+    EXPECT_THAT(seen, ElementsAre(u"session, still, cleared"_s));
+    EXPECT_TRUE(activity->invalidated);
+}
+
 TEST_F(SessionOrder, AnEndPublishesOnceTheSessionIsCleared) {
     start(u"Review"_s, 300);
     pass(10);

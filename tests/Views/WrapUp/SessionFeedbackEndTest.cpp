@@ -28,6 +28,17 @@ TEST_F(SessionFeedbackEndTest, SaveAndShareCopiesASummaryAndNothingElse) {
     EXPECT_EQ(defaults.takeWrites(), QStringList());
 }
 
+TEST_F(SessionFeedbackEndTest, SaveAndShareTellsTheLogOnceTheSummaryIsCopied) {
+    reflectOn(u"A"_s, {}, {});
+    feedback();
+    log.takeLines();
+    QStringList before;
+    pasteboard.whenSetting = [&] { before = log.takeLines(); };
+    feedback().saveAndShareFeedback();
+    EXPECT_EQ(before, QStringList());
+    EXPECT_EQ(log.takeLines(), QStringList(u"Session summary copied to clipboard"_s));
+}
+
 TEST_F(SessionFeedbackEndTest, SaveAndShareLeavesTheFeedbackOutUntilItIsThere) {
     reflectOn(u"A"_s, {}, {});
     feedback().saveAndShareFeedback();

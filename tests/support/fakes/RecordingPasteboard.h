@@ -4,6 +4,8 @@
 
 #include <QStringList>
 
+#include <functional>
+
 namespace tarne::test {
 
 /// A clipboard that notes what happens to it.
@@ -14,12 +16,15 @@ public:
         text.clear();
     }
     void setString(const QString &newText) override {
+        if (whenSetting)
+            whenSetting();
         calls += QStringLiteral("set");
         text = newText;
     }
 
     QString text;
-    QStringList calls; ///< "clear" and "set".
+    QStringList calls;                 ///< "clear" and "set".
+    std::function<void()> whenSetting; ///< What a test looks at before the text is there.
 };
 
 } // namespace tarne::test

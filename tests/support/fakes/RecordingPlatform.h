@@ -41,6 +41,8 @@ public:
         calls += QStringLiteral("remove ") + identifiers.join(QLatin1Char(','));
     }
     void removeAllPendingNotificationRequests() override {
+        if (whenRemovingAll)
+            whenRemovingAll();
         pending.clear();
         calls += QStringLiteral("removeAll");
     }
@@ -52,9 +54,10 @@ public:
     QStringList calls;                                 ///< "add ID", "remove ID,ID", "removeAll".
     int authorizationRequests = 0;
 
-    std::function<void()> whenAdding; ///< What a test looks at before a request is kept.
-    std::optional<QString> error;     ///< The error that every answer carries.
-    bool refuses = false;             ///< The user said no, which is no error.
+    std::function<void()> whenAdding;      ///< What a test looks at before a request is kept.
+    std::function<void()> whenRemovingAll; ///< Likewise, before all are removed.
+    std::optional<QString> error;          ///< The error that every answer carries.
+    bool refuses = false;                  ///< The user said no, which is no error.
     bool answersLate = false;
     bool answersNever = false;
 };
