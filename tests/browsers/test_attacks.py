@@ -1,5 +1,6 @@
 """Pages that want to know, to press, or to get away."""
 
+import contextlib
 import http.server
 import json
 import os
@@ -217,11 +218,23 @@ class ServersPortTest(BrowserTestCase):
             def log_message(self, *_):
                 pass
 
-        page = http.server.ThreadingHTTPServer(("127.0.0.1", PORT), Page)
+        class Server(http.server.ThreadingHTTPServer):
+            taken = []
+
+            def get_request(self):
+                connection, address = super().get_request()
+                self.taken.append(connection)
+                return connection, address
+
+        page = Server(("127.0.0.1", PORT), Page)
         threading.Thread(target=page.serve_forever, daemon=True).start()
         self.visit(f"http://rebound.example:{PORT}/")
         page.shutdown()
         page.server_close()
+        # A browser may have opened one more, for what it asks next.
+        for connection in page.taken:
+            with contextlib.suppress(OSError):
+                connection.shutdown(socket.SHUT_RDWR)
         self.start_server()
         for question in (QUESTION, QUESTION | {"op": "override"}):
             learnt = self.browser.run_asynchronously(
