@@ -4,6 +4,7 @@
 #include "PrivateBus.h"
 
 #include <QDBusConnectionInterface>
+#include <QDBusReply>
 #include <QProcess>
 #include <QTemporaryDir>
 
@@ -37,6 +38,10 @@ public:
         m_process.write("password");
         m_process.closeWriteChannel();
         ASSERT_TRUE(serveUntil([this] { return isOnTheBus(); }));
+        // It is on the bus before it has read the password.
+        if (isUnlocked) {
+            ASSERT_TRUE(serveUntil([this] { return isOpen(); }));
+        }
     }
 
     void hang() { ::kill(static_cast<pid_t>(m_process.processId()), SIGSTOP); }
@@ -55,6 +60,15 @@ private:
         return m_connection.interface()
             ->isServiceRegistered(QStringLiteral("org.freedesktop.secrets"))
             .value();
+    }
+    bool isOpen() {
+        auto question = QDBusMessage::createMethodCall(
+            QStringLiteral("org.freedesktop.secrets"),
+            QStringLiteral("/org/freedesktop/secrets/collection/login"),
+            QStringLiteral("org.freedesktop.DBus.Properties"), QStringLiteral("Get"));
+        question << QStringLiteral("org.freedesktop.Secret.Collection") << QStringLiteral("Locked");
+        const QDBusReply<QVariant> isLocked = m_connection.call(question);
+        return isLocked.isValid() && !isLocked.value().toBool();
     }
 
     PrivateBus &m_bus;

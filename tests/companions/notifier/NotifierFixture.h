@@ -99,6 +99,10 @@ protected:
         return identifiers;
     }
 
+    bool comesToStoreNothing() {
+        return serveUntil([&] { return stored().isEmpty(); });
+    }
+
     FixedClock m_clock;
     Calendar m_calendar{QTimeZone::utc(), QLocale::c()};
     QTemporaryDir m_folder;

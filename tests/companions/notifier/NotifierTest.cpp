@@ -24,7 +24,7 @@ TEST_F(ANotifier, ShowsARequestAtItsMomentAndNotBeforeAndOnce) {
     EXPECT_THAT(shown(), ElementsAre(u"a"_s));
     arriveAt(at(3, 2, 12));
     EXPECT_THAT(shown(), ElementsAre(u"a"_s));
-    EXPECT_THAT(stored(), IsEmpty());
+    EXPECT_TRUE(comesToStoreNothing());
     EXPECT_TRUE(serveUntil([&] { return subject().isIdle(); }));
 }
 
@@ -56,7 +56,7 @@ TEST_F(ANotifier, ShowsLateAndOnceWhatWasMissedWhileTheMachineWasOff) {
 TEST_F(ANotifier, NeverShowsWhatWasPastWhenItWasAdded) {
     startDaemon();
     add(u"past"_s, m_clock.moment - 1.0);
-    EXPECT_THAT(stored(), IsEmpty());
+    EXPECT_TRUE(comesToStoreNothing());
     start();
     EXPECT_THAT(shown(), IsEmpty());
 }
@@ -77,7 +77,7 @@ TEST_F(ANotifier, ReplacesARequestByOneThatIsPastWithNothing) {
     add(u"a"_s, at(3, 2, 11));
     add(u"a"_s, at(3, 2, 9));
     EXPECT_THAT(subject().pending(), IsEmpty());
-    EXPECT_THAT(stored(), IsEmpty());
+    EXPECT_TRUE(comesToStoreNothing());
 }
 
 TEST_F(ANotifier, RemovesByIdentifier) {
@@ -96,7 +96,7 @@ TEST_F(ANotifier, RemovesAll) {
     subject().removeAll();
     subject().commit();
     EXPECT_THAT(subject().pending(), IsEmpty());
-    EXPECT_THAT(stored(), IsEmpty());
+    EXPECT_TRUE(comesToStoreNothing());
     EXPECT_EQ(m_next, std::nullopt);
     EXPECT_TRUE(subject().isIdle());
 }
@@ -107,7 +107,7 @@ TEST_F(ANotifier, ShowsARequestWithoutAMomentAtOnceAndNeverHasItPending) {
     EXPECT_THAT(subject().pending(), IsEmpty());
     subject().commit();
     EXPECT_THAT(shown(), ElementsAre(u"now"_s));
-    EXPECT_THAT(stored(), IsEmpty());
+    EXPECT_TRUE(comesToStoreNothing());
 }
 
 TEST_F(ANotifier, ShowsNothingThatIsRemovedInTheSameCommit) {
@@ -228,7 +228,7 @@ TEST_F(ANotifier, KeepsWhatFindsNoDaemonUntilOneAppearsEvenInTheNextProcess) {
     EXPECT_TRUE(serveUntil([&] { return warning.isMet(); }));
     startDaemon();
     EXPECT_THAT(shown(), ElementsAre(u"a"_s));
-    EXPECT_THAT(stored(), IsEmpty());
+    EXPECT_TRUE(comesToStoreNothing());
 }
 
 TEST_F(ANotifier, ShowsNothingThatWasRemovedWhileThereWasNoDaemon) {
@@ -268,7 +268,7 @@ TEST_F(ANotifier, GivesUpWhatTheDaemonRefuses) {
     add(u"a"_s, at(3, 2, 11));
     arriveAt(at(3, 2, 11));
     EXPECT_TRUE(serveUntil([&] { return subject().isIdle(); }));
-    EXPECT_THAT(stored(), IsEmpty());
+    EXPECT_TRUE(comesToStoreNothing());
 }
 
 TEST_F(ANotifier, ShowsAThousandThatAreDueAtOnceInTheirOrder) {
@@ -300,7 +300,7 @@ protected:
     }
     void show() {
         add(u"a"_s, std::nullopt);
-        EXPECT_TRUE(serveUntil([&] { return stored().isEmpty(); }));
+        EXPECT_TRUE(comesToStoreNothing());
     }
 };
 
