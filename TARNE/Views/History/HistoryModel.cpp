@@ -38,7 +38,8 @@ bool isSameCalendar(const Calendar &calendar, const Calendar &other) {
 
 HistoryModel::HistoryModel(QObject *parent) : QAbstractListModel(parent) {}
 
-void HistoryModel::setGroups(std::vector<HistoryGroup> groups, const Calendar &calendar) {
+void HistoryModel::setGroups(std::vector<HistoryGroup> groups, const Calendar &calendar,
+                             OpenTexts openTexts) {
     for (HistoryGroup &group : groups)
         HistoryGrouping::sortForDisplay(group.value);
     if (m_calendar && isSameCalendar(*m_calendar, calendar) &&
@@ -46,13 +47,14 @@ void HistoryModel::setGroups(std::vector<HistoryGroup> groups, const Calendar &c
         setLabels(groups);
         return;
     }
+    const auto expanded = openTexts == OpenTexts::Keep ? expandedTexts() : QHash<QUuid, quint32>();
     beginResetModel();
     m_groups = std::move(groups);
     m_calendar = calendar;
     m_rows.clear();
     for (std::size_t group = 0; group < m_groups.size(); ++group) {
         for (std::size_t entry = 0; entry < m_groups[group].value.size(); ++entry)
-            m_rows.push_back({group, entry});
+            m_rows.push_back({group, entry, expanded.value(m_groups[group].value[entry].id)});
     }
     endResetModel();
 }
@@ -67,6 +69,15 @@ void HistoryModel::setLabels(const std::vector<HistoryGroup> &groups) {
         const QModelIndex first = index(static_cast<int>(row)); // Of its group.
         Q_EMIT dataChanged(first, first, {SectionLabelRole});
     }
+}
+
+QHash<QUuid, quint32> HistoryModel::expandedTexts() const {
+    QHash<QUuid, quint32> expanded;
+    for (const Row &row : m_rows) {
+        if (row.expanded)
+            expanded.insert(entryOf(row).id, row.expanded);
+    }
+    return expanded;
 }
 
 QString HistoryModel::sessionAt(int row) const {

@@ -24,12 +24,14 @@ public:
         ExpandedRole,            ///< The open coaching texts, one bit a row of `feedback`.
     };
 
+    /// What becomes of the open coaching texts where all rows are replaced.
+    enum class OpenTexts { Close, Keep };
+
     explicit HistoryModel(QObject *parent = nullptr);
 
-    /// Shows these groups, in their order. Where their sessions are those that it shows already,
-    /// only labels change; otherwise all rows are replaced, and every coaching text is closed
-    /// again.
-    void setGroups(std::vector<HistoryGroup> groups, const Calendar &calendar);
+    /// Shows these groups, in their order. Where the same sessions stand in the same order already,
+    /// only labels change; otherwise all rows are replaced.
+    void setGroups(std::vector<HistoryGroup> groups, const Calendar &calendar, OpenTexts openTexts);
 
     /// The session that a row shows; an empty text where there is no such row.
     [[nodiscard]] QString sessionAt(int row) const;
@@ -51,6 +53,7 @@ private:
     };
 
     void setLabels(const std::vector<HistoryGroup> &groups);
+    [[nodiscard]] QHash<QUuid, quint32> expandedTexts() const;
     [[nodiscard]] const SessionHistoryEntry &entryOf(const Row &row) const;
 
     std::vector<HistoryGroup> m_groups;

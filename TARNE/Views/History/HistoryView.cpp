@@ -54,20 +54,21 @@ void HistoryView::loadHistoryEntries() {
 
 void HistoryView::setHistoryEntries(std::vector<SessionHistoryEntry> entries) {
     m_historyEntries = std::move(entries);
-    group();
-    Q_EMIT historyEntriesChanged();
+    group(HistoryModel::OpenTexts::Close);
 }
 
-void HistoryView::group() {
+void HistoryView::group(HistoryModel::OpenTexts openTexts) {
     const Calendar calendar = m_calendar();
     const Date now = m_clock.now();
     m_dayOfLabels = calendar.startOfDay(now);
-    m_rows.setGroups(HistoryGrouping(calendar, now).groupedEntries(m_historyEntries), calendar);
+    m_rows.setGroups(HistoryGrouping(calendar, now).groupedEntries(m_historyEntries), calendar,
+                     openTexts);
+    Q_EMIT historyEntriesChanged();
 }
 
 void HistoryView::regroupOnANewDay() {
     if (m_calendar().startOfDay(m_clock.now()) != m_dayOfLabels)
-        group();
+        group(HistoryModel::OpenTexts::Keep);
 }
 
 void HistoryView::setExpanded(int row, int section, bool isExpanded) {

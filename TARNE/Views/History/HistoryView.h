@@ -64,11 +64,12 @@ public:
     [[nodiscard]] QString currentDateString() const;
 
 Q_SIGNALS:
+    /// Also where the same entries stand under other labels.
     void historyEntriesChanged();
 
 private:
     void setHistoryEntries(std::vector<SessionHistoryEntry> entries);
-    void group();
+    void group(HistoryModel::OpenTexts openTexts);
     void regroupOnANewDay();
 
     SessionViewModel &m_sessionViewModel;

@@ -14,6 +14,38 @@ namespace {
 class HistoryScrolling : public test::HistoryScreenTest {
 protected:
     double scrolledBy() { return list()->property("contentY").toDouble(); }
+    Date beforeMidnight() { return calendar()().startOfDay(time.now() + 86400.0) - 2; }
+    /// Of a running session, with the list a page down. The next load finds the list a page
+    /// further.
+    void passMidnightInTheMiddleOfTheList() {
+        view().appear();
+        start(u"A"_s, 1500.0);
+        list()->forceActiveFocus();
+        screen().key(Qt::Key_PageDown);
+        const auto place = uppermost();
+        ASSERT_GT(scrolledBy(), 0);
+        pass(3);
+        screen().settle();
+        EXPECT_EQ(uppermost(), place);
+        screen().key(Qt::Key_PageDown);
+        const auto further = uppermost();
+        ASSERT_NE(further, place);
+        view().loadHistoryEntries();
+        screen().settle();
+        EXPECT_EQ(uppermost(), further);
+    }
+    /// The uppermost clock time in sight of those before midnight, and how far it is from the top.
+    std::pair<QString, double> uppermost() {
+        std::pair<QString, double> found{QString(), 700};
+        for (int minute = 10; minute < 60; ++minute) {
+            const QString text = u"11:%1 PM"_s.arg(minute);
+            QQuickItem *item = screen().find(text);
+            if (const double top = item ? test::placeOf(*item).top() : -1;
+                top >= 0 && top < found.second)
+                found = {text, top};
+        }
+        return found;
+    }
 };
 
 } // namespace
@@ -185,25 +217,28 @@ TEST_F(HistoryScrolling, ALoadKeepsThePlaceInALongList) {
 }
 
 TEST_F(HistoryScrolling, TheTurnOfTheDayLeavesTheReaderWhereTheyAre) {
-    time.setWallClock(calendar()().startOfDay(time.now() + 86400.0) - 2);
+    time.setWallClock(beforeMidnight());
     store(60);
-    view().appear();
-    start(u"A"_s, 1500.0);
-    list()->forceActiveFocus();
-    screen().key(Qt::Key_PageDown);
-    const double before = scrolledBy();
-    pass(3);
-    screen().settle();
-    EXPECT_EQ(scrolledBy(), before);
-    screen().key(Qt::Key_PageDown);
-    const double after = scrolledBy();
-    ASSERT_GT(after, before);
-    view().loadHistoryEntries();
-    screen().settle();
-    EXPECT_EQ(scrolledBy(), after);
+    passMidnightInTheMiddleOfTheList();
     screen().key(Qt::Key_Home);
     EXPECT_TRUE(screen().has(u"Yesterday"_s));
     EXPECT_FALSE(screen().has(u"Today"_s));
+}
+
+TEST_F(HistoryScrolling, ATurnOfTheDayThatMovesAGroupLeavesTheReaderWhereTheyAre) {
+    time.setWallClock(beforeMidnight());
+    std::vector<SessionHistoryEntry> entries;
+    for (int i = 0; i < 60; ++i)
+        entries.push_back({.sessionDate = time.now() - i * 60.0,
+                           .goals = {},
+                           .duration = 0,
+                           .reflection = u"long words "_s.repeated(i % 7 * 20)});
+    for (const int days : {1, 20})
+        entries.push_back({.sessionDate = time.now() - days * 86400.0, .goals = {}, .duration = 0});
+    controller().saveSessionHistory(entries);
+    passMidnightInTheMiddleOfTheList();
+    screen().key(Qt::Key_End);
+    EXPECT_TRUE(screen().has(u"Sunday"_s)); // It stood above February.
 }
 
 TEST_F(HistoryScrolling, OnlyCardsInSightExist) {

@@ -24,10 +24,24 @@ protected:
         return [] { return Calendar(QTimeZone::utc(), QLocale(u"en_US"_s)); };
     }
     void store(int entries) {
-        std::vector<SessionHistoryEntry> stored;
+        std::vector<double> ages;
         for (int i = 0; i < entries; ++i)
-            stored.push_back({.sessionDate = time.now() - i * 60.0, .goals = {}, .duration = 60.0});
+            ages.push_back(i * 60.0);
+        storeFrom(ages);
+    }
+    /// An entry for each age in seconds.
+    void storeFrom(const std::vector<double> &ages) {
+        std::vector<SessionHistoryEntry> stored;
+        for (const double age : ages)
+            stored.push_back({.sessionDate = time.now() - age, .goals = {}, .duration = 60.0});
         controller().saveSessionHistory(stored);
+    }
+    /// What stands above each row.
+    QStringList labels() {
+        QStringList result;
+        for (int index = 0; index < view().rows()->rowCount(); ++index)
+            result += row(index, HistoryModel::SectionLabelRole).toString();
+        return result;
     }
     QVariant row(int index, HistoryModel::Role role) {
         return view().rows()->index(index, 0).data(role);
@@ -295,18 +309,44 @@ TEST_F(HistoryViewTest, WhileASessionRunsItsLabelsFollowTheDay) {
     EXPECT_EQ(row(0, HistoryModel::SectionLabelRole), u"Yesterday"_s);
 }
 
-TEST_F(HistoryViewTest, TheTurnOfTheDayReplacesNoRow) {
-    time.setWallClock(calendar()().startOfDay(time.now() + 86400.0) - 2);
-    store(3);
+TEST_F(HistoryViewTest, ATurnOfTheDayThatLeavesTheOrderOfTheGroupsReplacesNoRow) {
+    time.setWallClock(*calendar()().date({2026, 3, 8, 23, 59, 58})); // A Sunday.
+    storeFrom({0, 60, 86400});
     view().appear();
     view().setExpanded(1, 0, true);
+    EXPECT_EQ(labels(), QStringList({u"Today"_s, u""_s, u"Yesterday"_s}));
     const QSignalSpy resets(view().rows(), &QAbstractItemModel::modelReset);
     start(u"A"_s, 1500.0);
     pass(3);
-    EXPECT_EQ(row(0, HistoryModel::SectionLabelRole), u"Yesterday"_s);
-    EXPECT_EQ(row(1, HistoryModel::SectionLabelRole), QString());
+    EXPECT_EQ(labels(), QStringList({u"Yesterday"_s, u""_s, u"Mar 7"_s}));
     EXPECT_EQ(row(1, HistoryModel::ExpandedRole), 1U);
     EXPECT_EQ(resets.count(), 0);
+}
+
+TEST_F(HistoryViewTest, ATurnOfTheDayThatMovesAGroupKeepsItsOpenTextsOpen) {
+    time.setWallClock(*calendar()().date({2026, 3, 2, 23, 59, 58})); // A Monday.
+    storeFrom({0, 86400, 10 * 86400});
+    view().appear();
+    view().setExpanded(1, 2, true);
+    EXPECT_EQ(labels(), QStringList({u"Today"_s, u"Yesterday"_s, u"Feb 20"_s}));
+    start(u"A"_s, 1500.0);
+    pass(3);
+    EXPECT_EQ(labels(), QStringList({u"Yesterday"_s, u"Feb 20"_s, u"Sunday"_s}));
+    EXPECT_EQ(row(0, HistoryModel::ExpandedRole), 0U);
+    EXPECT_EQ(row(1, HistoryModel::ExpandedRole), 0U);
+    EXPECT_EQ(row(2, HistoryModel::ExpandedRole), 4U);
+}
+
+TEST_F(HistoryViewTest, AfterItsTabWasLeftItsLabelsStayUntilItComesBack) {
+    time.setWallClock(*calendar()().date({2026, 3, 2, 23, 59, 58}));
+    storeFrom({0});
+    view().appear();
+    start(u"A"_s, 1500.0);
+    view().disappear();
+    pass(3);
+    EXPECT_EQ(labels(), QStringList(u"Today"_s));
+    view().appear();
+    EXPECT_EQ(labels(), QStringList(u"Yesterday"_s));
 }
 
 TEST_F(HistoryViewTest, AnotherTimeZoneRegroupsAtTheNextLoad) {
