@@ -44,7 +44,7 @@ private:
     std::vector<DefaultsBatch> m_incoming; ///< Guarded by m_mutex.
     bool m_isEnding = false;               ///< Guarded by m_mutex.
 
-    // Used by the writer's thread alone.
+    // Used by the writer's thread alone, until it has ended.
     DefaultsSaver m_saver;
     DailyCopies m_copies;
 
