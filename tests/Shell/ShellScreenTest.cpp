@@ -175,6 +175,27 @@ TEST_F(ShellScreen, TheOrbLeavesAndReturnsTogetherWithItsPage) {
     EXPECT_TRUE(ui().waitUntil([&] { return orb->isAnimating(); }));
 }
 
+TEST_F(ShellScreen, APausedOrbMovesAgainWhenItsPageReturns) {
+    startSession(u"Write report"_s);
+    ASSERT_TRUE(ui().click(u"Pause"_s));
+    const GlowingOrbView *const orb = orbBelow(*ui().root());
+    ASSERT_TRUE(orb);
+    AnimationClock clock;
+    for (const int milliseconds : {300, 150}) { // Out of sight; on its way there.
+        content().sessionViewModel().resumeTimer();
+        content().sessionViewModel().pauseTimer();
+        ui().settle();
+        ASSERT_FALSE(orb->pulseAnimation());
+        content().setSelectedTab(1);
+        clock.pass(milliseconds);
+        EXPECT_FALSE(orb->pulseAnimation());
+        content().setSelectedTab(0);
+        ui().settle();
+        clock.pass(300);
+        EXPECT_TRUE(orb->pulseAnimation()) << milliseconds;
+    }
+}
+
 TEST_F(ShellScreen, TheInsightsAndTheHistoryAreTabs) {
     ASSERT_TRUE(ui().click(u"Insights"_s, QAccessible::PageTab));
     EXPECT_TRUE(ui().waitUntil([&] { return ui().has(u"Your Focus Journey"_s); }));

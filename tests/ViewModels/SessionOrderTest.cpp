@@ -16,6 +16,24 @@ protected:
         return defaults.objectForKey(keys::timerStartTime).has_value();
     }
 
+    /// What the controller tells from now on, in words.
+    std::shared_ptr<const QStringList> watch() {
+        const auto seen = std::make_shared<QStringList>();
+        const auto note = [seen](const QString &name, auto value) {
+            *seen += u"%1 %2"_s.arg(name).arg(value);
+        };
+        QObject::connect(&controller(), &SessionViewModel::timeRemainingChanged,
+                         [note](double seconds) { note(u"time"_s, seconds); });
+        QObject::connect(&controller(), &SessionViewModel::progressChanged,
+                         [note](double progress) { note(u"progress"_s, progress); });
+        QObject::connect(&controller(), &SessionViewModel::isTimerActiveChanged,
+                         [seen](bool isActive) { *seen += isActive ? u"active"_s : u"still"_s; });
+        QObject::connect(
+            &controller(), &SessionViewModel::isTimerCompleteChanged,
+            [seen](bool isComplete) { *seen += isComplete ? u"complete"_s : u"not complete"_s; });
+        return seen;
+    }
+
     /// How the controller and the store stand, in words.
     QString state() {
         return u"%1, %2, %3"_s.arg(controller().currentSession() ? u"session"_s : u"no session"_s,
@@ -73,6 +91,55 @@ TEST_F(SessionOrder, ACountdownThatReplacesAnotherStopsItBeforeItTakesItsOwnLeng
                      [&](double seconds) { shown.push_back(seconds); });
     controller().startTimer(600);
     EXPECT_THAT(shown, ElementsAre(300.0, 600.0));
+}
+
+TEST_F(SessionOrder, AStartTellsItsTimeThenItsProgressThenThatItRuns) {
+    start(u"Review"_s, 300);
+    pass(300);
+    const auto seen = watch();
+    controller().startTimer(600);
+    EXPECT_THAT(*seen, ElementsAre(u"time 300"_s, u"progress 1"_s, u"time 600"_s, u"active"_s,
+                                   u"not complete"_s));
+}
+
+TEST_F(SessionOrder, AStopTellsThatItIsStillThenItsTimeThenItsProgress) {
+    start(u"Review"_s, 300);
+    pass(75);
+    const auto seen = watch();
+    controller().stopTimer();
+    EXPECT_THAT(*seen, ElementsAre(u"still"_s, u"time 300"_s, u"progress 1"_s));
+}
+
+TEST_F(SessionOrder, ARunOutTellsThatItIsStillThenCompleteThenItsProgressThenItsTime) {
+    start(u"Review"_s, 300);
+    pass(75);
+    const auto seen = watch();
+    controller().timerCompleted();
+    EXPECT_THAT(*seen, ElementsAre(u"still"_s, u"complete"_s, u"progress 0"_s, u"time 0"_s));
+}
+
+TEST_F(SessionOrder, ARunOutShowsNoTimeBeforeItIsFelt) {
+    start(u"Review"_s, 300);
+    pass(75);
+    std::vector<double> shown;
+    haptics.whenPerforming = [&] { shown.push_back(controller().timeRemaining()); };
+    controller().timerCompleted();
+    EXPECT_THAT(shown, ElementsAre(0.0, 0.0));
+}
+
+TEST_F(SessionOrder, ATickTellsItsTimeThenItsProgressAndIsStoredBeforeItsCue) {
+    start(u"Review"_s, 300);
+    pass(269);
+    defaults.takeWrites();
+    const auto seen = watch();
+    int cues = 0;
+    haptics.whenPerforming = [&] {
+        ++cues;
+        EXPECT_THAT(*seen, ElementsAre(u"time 30"_s, u"progress 0.1"_s));
+        EXPECT_TRUE(defaults.takeWrites().contains(keys::timerStartTime));
+    };
+    pass(1);
+    EXPECT_EQ(cues, 1);
 }
 
 TEST_F(SessionOrder, AnEndStopsTheCountdownThenClearsItsKeysThenTheSession) {

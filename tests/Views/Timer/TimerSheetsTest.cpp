@@ -211,6 +211,19 @@ TEST_F(TimerSheetsTest, OpensTheReflectionAgainWhenItWasDismissedAtTheRunOut) {
     EXPECT_TRUE(view().showSessionReflection());
 }
 
+TEST_F(TimerSheetsTest, PutsTheReflectionAwayBeforeItTakesBackTheRunOut) {
+    startThroughTheSheets(5, u"Review"_s);
+    view().resetTimer();
+    leaveTab();
+    pass(301);
+    ASSERT_TRUE(view().showSessionReflection());
+    std::vector<bool> shown;
+    QObject::connect(&controller(), &SessionViewModel::isTimerCompleteChanged,
+                     [&] { shown.push_back(view().showSessionReflection()); });
+    returnToTab();
+    EXPECT_THAT(shown, ElementsAre(false));
+}
+
 TEST_F(TimerSheetsTest, ShowsNoReflectionForARunOutBehindAnotherTab) {
     startThroughTheSheets(5, u"Review"_s);
     leaveTab();

@@ -64,9 +64,14 @@ public:
 
 class CountingHaptics final : public HapticFeedback {
 public:
-    void performLevelChange() override { ++count; }
+    void performLevelChange() override {
+        if (whenPerforming)
+            whenPerforming();
+        ++count;
+    }
 
     int count = 0;
+    std::function<void()> whenPerforming; ///< What a test looks at while a cue is given.
 };
 
 /// Background activities that do nothing but tell how they stand.
