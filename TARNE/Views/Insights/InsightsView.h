@@ -28,6 +28,8 @@ public:
     QString period;
     QString icon;
     int percentage = 0;
+
+    friend bool operator==(const ProductivityTimeRow &, const ProductivityTimeRow &) = default;
 };
 
 /// The insights screen: statistics over the history, worked out afresh when the screen appears and,

@@ -43,6 +43,16 @@ TEST_F(InsightsScreenTest, TheSamplesFillItsCards) {
     EXPECT_EQ(names.count(u"days"_s), 2);
 }
 
+TEST_F(InsightsScreenTest, ATickThatChangesNoFigureKeepsItsRows) {
+    view().appear();
+    const QPointer<QQuickItem> row = screen().find(u"Morning"_s);
+    ASSERT_TRUE(row);
+    start(u"Write"_s, 1500.0);
+    pass(2);
+    screen().settle();
+    EXPECT_TRUE(row);
+}
+
 TEST_F(InsightsScreenTest, LabelsStayPluralAtOne) {
     controller().saveSessionHistory({{.sessionDate = time.now(), .goals = {}, .duration = 0}});
     view().appear();
