@@ -27,6 +27,10 @@ QString dayName(Date moment) {
     return QDate(2001, 1, 1).addDays(static_cast<qint64>(days)).toString(Qt::ISODate);
 }
 
+QString fileName(const QString &day) {
+    return u"defaults-%1.sqlite"_s.arg(day);
+}
+
 } // namespace
 
 void DailyCopies::copyOncePerDay(SQLiteFile &file, Date now) {
@@ -34,7 +38,7 @@ void DailyCopies::copyOncePerDay(SQLiteFile &file, Date now) {
     if (day.isEmpty() || day == m_lastDay)
         return;
     m_lastDay = day;
-    const QString path = u"%1/defaults-%2.sqlite"_s.arg(m_folder.copies(), day);
+    const QString path = m_folder.copies() + u'/' + fileName(day);
     if (QFile::exists(path))
         return;
     // Built under another name, so that a copy that a kill cut short is never taken for one.
@@ -50,18 +54,19 @@ void DailyCopies::copyOncePerDay(SQLiteFile &file, Date now) {
             << "no copy of the defaults store was made today:" << fault.reason();
         return;
     }
-    const QStringList copies = latestFirst();
+    const QStringList copies = latestFirst(now);
     for (const QString &old : copies.mid(std::min<qsizetype>(kept, copies.size())))
         QFile::remove(old);
 }
 
-QStringList DailyCopies::latestFirst() const {
+QStringList DailyCopies::latestFirst(Date now) const {
     const QDir folder(m_folder.copies());
-    QStringList paths;
-    const QStringList names =
-        folder.entryList({u"defaults-*.sqlite"_s}, QDir::Files, QDir::Name | QDir::Reversed);
-    for (const QString &name : names)
-        paths += folder.filePath(name);
+    QStringList paths =
+        folder.entryList({fileName(u"*"_s)}, QDir::Files, QDir::Name | QDir::Reversed);
+    const QString today = fileName(dayName(now));
+    std::ranges::stable_partition(paths, [&](const QString &name) { return name <= today; });
+    for (QString &path : paths)
+        path = folder.filePath(path);
     return paths;
 }
 

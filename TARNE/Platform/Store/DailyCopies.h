@@ -23,8 +23,9 @@ public:
     /// failure costs the day's copy and a line on standard error.
     void copyOncePerDay(SQLiteFile &file, Date now);
 
-    /// The paths of the copies, the latest day first.
-    [[nodiscard]] QStringList latestFirst() const;
+    /// The paths of the copies, the latest day first. Days after that of `now` come behind all
+    /// others: a clock that was ahead has left them, or one that is behind now meets them.
+    [[nodiscard]] QStringList latestFirst(Date now) const;
 
 private:
     DefaultsFolder m_folder;

@@ -21,8 +21,8 @@ struct Restored {
 };
 
 /// The values of `keys` in the latest copy that is whole.
-Restored restoredFromCopies(const DefaultsFolder &folder, const QStringList &keys) {
-    for (const QString &path : DailyCopies(folder).latestFirst()) {
+Restored restoredFromCopies(const DefaultsFolder &folder, const QStringList &keys, Date now) {
+    for (const QString &path : DailyCopies(folder).latestFirst(now)) {
         try {
             const DefaultsValues all = SQLiteFile(path, Access::Immutable).load();
             Restored restored{{}, QFileInfo(path).fileName()};
@@ -40,7 +40,7 @@ Restored restoredFromCopies(const DefaultsFolder &folder, const QStringList &key
 
 OpenedDefaults openDamaged(const DefaultsFolder &folder, const QStringList &keysToRestore, Date now,
                            const QString &reason) {
-    const Restored restored = restoredFromCopies(folder, keysToRestore);
+    const Restored restored = restoredFromCopies(folder, keysToRestore, now);
     const QString keys = QStringList(restored.values.keys()).join(", "_L1);
     const QString source = restored.copy.isEmpty() ? u"there is no good copy to restore from"_s
                            : keys.isEmpty()        ? u"nothing to restore in "_s + restored.copy
@@ -104,7 +104,7 @@ OpenedDefaults openDefaults(const DefaultsFolder &folder, const QStringList &key
     // content.
     const QFileInfo info(folder.file());
     if (info.exists() && info.size() == 0 && !DefaultsFolder::hasLog(folder.file()) &&
-        !DailyCopies(folder).latestFirst().isEmpty())
+        !DailyCopies(folder).latestFirst(now).isEmpty())
         return openDamaged(folder, keysToRestore, now, u"it is empty"_s);
     try {
         auto file = std::make_unique<SQLiteFile>(folder.file(), Access::ReadWrite);

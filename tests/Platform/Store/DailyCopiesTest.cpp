@@ -79,6 +79,45 @@ TEST_F(DailyCopiesTest, AreKeptForTheLatestSevenDays) {
     EXPECT_EQ(copies().constLast(), u"defaults-2026-03-11.sqlite"_s);
 }
 
+TEST_F(DailyCopiesTest, OfDaysThatHaveNotComeTakeNoPlaceOfALaterOne) {
+    const Date today = time.now();
+    time.setWallClock(today + 3650 * 86400.0);
+    for (int number = 0; number < 7; ++number) {
+        run("ahead");
+        time.advance(day);
+    }
+    time.setWallClock(today);
+    run("first");
+    time.advance(day);
+    run("second");
+    EXPECT_EQ(copies().size(), 7);
+    EXPECT_TRUE(hasCopy(u"2026-03-02"_s));
+    EXPECT_TRUE(hasCopy(u"2026-03-03"_s));
+}
+
+TEST_F(DailyCopiesTest, OfDaysThatHaveNotComeAreNotRestoredBeforeOthers) {
+    const Date today = time.now();
+    time.setWallClock(today + 3650 * 86400.0);
+    run("before all");
+    run("ahead");
+    time.setWallClock(today);
+    run("first");
+    time.advance(day);
+    run("second");
+    overwrite(file(), 0, QByteArray(100, '\x5a'));
+    const StoreDiagnostics diagnostics;
+    EXPECT_EQ(open().dataForKey(preferencesKey), QByteArray("first"));
+}
+
+TEST_F(DailyCopiesTest, OfDaysThatHaveNotComeAreRestoredWhereThereAreNoOthers) {
+    run("before all");
+    run("first");
+    time.setWallClock(time.now() - 3650 * 86400.0);
+    overwrite(file(), 0, QByteArray(100, '\x5a'));
+    const StoreDiagnostics diagnostics;
+    EXPECT_EQ(open().dataForKey(preferencesKey), QByteArray("before all"));
+}
+
 TEST_F(DailyCopiesTest, LeaveOutACopyThatAKillCutShort) {
     run("first");
     run("second");

@@ -50,8 +50,8 @@ bool isSound(const QString &file) {
 }
 
 /// Copies that bear the name of a day are whole.
-bool areCopiesSound(const DefaultsFolder &folder) {
-    for (const QString &copy : DailyCopies(folder).latestFirst()) {
+bool areCopiesSound(const DefaultsFolder &folder, Date now) {
+    for (const QString &copy : DailyCopies(folder).latestFirst(now)) {
         try {
             std::ignore = SQLiteFile(copy, SQLiteFile::Access::Immutable).load();
         } catch (const DefaultsFault &) {
@@ -69,7 +69,7 @@ std::optional<Contents> startStore(const QString &folder, Date now, bool isDamag
     OpenedDefaults opened = openDefaults(files, restoredKeys, now);
     DefaultsValues values = opened.values;
     const Contents found = contentsOf(values);
-    if (!isSound(files.file()) || !areCopiesSound(files))
+    if (!isSound(files.file()) || !areCopiesSound(files, now))
         return std::nullopt;
     {
         DefaultsSaver saver(files, std::move(opened), now);
