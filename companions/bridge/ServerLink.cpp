@@ -80,6 +80,7 @@ void ServerLink::lookForServer() {
     }
     m_isLooking = true;
     m_hasMissedChange = false;
+    m_wasOneSilent = false;
     m_candidates = socketsIn(m_folder);
     tryNext();
 }
@@ -91,6 +92,8 @@ void ServerLink::tryNext() {
         setState(State::Absent);
         if (m_hasMissedChange)
             lookForServer();
+        else if (m_wasOneSilent)
+            lookAgainAfter(m_patience.beforeNextLook);
         return;
     }
     const std::string path = std::move(m_candidates.front());
@@ -122,6 +125,7 @@ void ServerLink::greet() {
             if (connection != m_connection)
                 return;
             if (state == nullptr) {
+                m_wasOneSilent = true; // It may be a server of a machine that has much to do.
                 lose();
                 return;
             }
@@ -206,7 +210,11 @@ void ServerLink::lose() {
         return;
     }
     // Not at once, since one that hangs up again and again would be asked again and again.
-    m_return.expires_after(m_patience.beforeReturn);
+    lookAgainAfter(m_patience.beforeReturn);
+}
+
+void ServerLink::lookAgainAfter(std::chrono::milliseconds pause) {
+    m_return.expires_after(pause);
     m_return.async_wait([this](std::error_code error) {
         if (!error)
             lookForServer();

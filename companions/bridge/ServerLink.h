@@ -22,7 +22,8 @@ namespace tarne {
 struct LinkPatience {
     std::chrono::milliseconds forState{5'000};
     std::chrono::milliseconds forAnswer{20'000};
-    std::chrono::milliseconds beforeReturn{100}; ///< After a server has gone.
+    std::chrono::milliseconds beforeReturn{100};      ///< After a server has gone.
+    std::chrono::milliseconds beforeNextLook{30'000}; ///< At one that accepted and said nothing.
 };
 
 /// The connection to the classification server, whichever socket it has now: it is found by its
@@ -58,6 +59,7 @@ private:
     };
 
     void lookForServer();
+    void lookAgainAfter(std::chrono::milliseconds pause);
     void tryNext();
     void greet();
     void read();
@@ -82,6 +84,7 @@ private:
     bool m_hasLooked = false;
     bool m_isLooking = false;
     bool m_hasMissedChange = false;
+    bool m_wasOneSilent = false; ///< In this look.
     std::deque<std::string> m_candidates;
 
     std::optional<Socket> m_socket;

@@ -23,27 +23,28 @@ using State = ServerLink::State;
 /// A server on a real socket that says what it is told to say. `{id}` stands for the question's id.
 class StandInServer {
 public:
-    StandInServer(const std::string &path, QByteArray toState)
-        : m_socket(std::make_unique<QuestionSocket>(
+    StandInServer(const std::string &path, QByteArray answer)
+        : toState(std::move(answer)),
+          m_socket(std::make_unique<QuestionSocket>(
               context,
               QuestionSocket::Answerer{.answer = [this](const QByteArray &line,
                                                         const auto &reply) { take(line, reply); },
-                                       .tooLong = "{}"})),
-          m_toState(std::move(toState)) {
+                                       .tooLong = "{}"})) {
         EXPECT_TRUE(m_socket->listen(path));
     }
 
     asio::io_context context{1};        ///< Its own, with which its connections go.
     std::vector<QJsonObject> questions; ///< Those for a page.
     std::vector<QuestionSocket::Reply> waiting;
+    QByteArray toState; ///< Nothing is said where it is empty.
 
 private:
     void take(const QByteArray &line, const QuestionSocket::Reply &reply) {
         const QJsonObject question = QJsonDocument::fromJson(line).object();
         if (question[u"op"] == u"state"_s) {
-            if (!m_toState.isEmpty())
-                reply(QByteArray(m_toState).replace(
-                    "{id}", QByteArray::number(question[u"id"].toInteger())));
+            if (!toState.isEmpty())
+                reply(QByteArray(toState).replace("{id}",
+                                                  QByteArray::number(question[u"id"].toInteger())));
             return;
         }
         questions.push_back(question);
@@ -51,7 +52,6 @@ private:
     }
 
     std::unique_ptr<QuestionSocket> m_socket;
-    QByteArray m_toState;
 };
 
 const QByteArray ready = R"({"v":1,"id":{id},"key":true,"left_today":300})";
@@ -228,6 +228,16 @@ INSTANTIATE_TEST_SUITE_P(OfEveryKind, AStranger,
                          testing::Values("", "hello", "{}", R"({"v":1,"id":{id},"ok":true})",
                                          R"({"v":1,"id":99,"key":true,"left_today":1})",
                                          R"({"v":1,"id":{id},"key":"yes","left_today":1})"));
+
+TEST_F(AServerLink, FindsAServerThatWasSilentAtFirst) {
+    makeFolder();
+    auto *server = serve(3000, "");
+    open({.forState = 20ms, .forAnswer = 20s, .beforeReturn = 10ms, .beforeNextLook = 10ms});
+    serveUntil([this] { return !states.empty(); });
+    EXPECT_EQ(state(), State::Absent);
+    server->toState = ready;
+    serveUntil([this] { return state() == State::Ready; });
+}
 
 TEST_F(AServerLink, HangsUpOnAServerOfAnotherUserBeforeItSaysAWord) {
     makeFolder();
