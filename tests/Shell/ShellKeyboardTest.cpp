@@ -85,6 +85,14 @@ TEST_F(ShellKeyboard, WhatTakesThePlaceOfAGoneButtonHasTheFocusAsTheButtonHadIt)
     EXPECT_TRUE(isFocusDrawn());
 }
 
+TEST_F(ShellKeyboard, AWindowThatComesBackHasTheFocusWhereItWas) {
+    tabTo(u"Menu"_s);
+    ui().leaveWindow();
+    EXPECT_FALSE(ui().view().activeFocusItem());
+    ui().returnToWindow();
+    EXPECT_EQ(ui().focusedName(), u"Menu"_s);
+}
+
 TEST_F(ShellKeyboard, AnAlertHandsTheFocusBackDrawn) {
     openSettings();
     ASSERT_TRUE(ui().click(u"Enter your Gemini API key"_s));

@@ -299,6 +299,26 @@ QString UiDriver::focusedName() const {
     return node ? node->text(QAccessible::Name) : QString();
 }
 
+void UiDriver::activate(QWindow &window) {
+    window.requestActivate();
+    EXPECT_TRUE(QTest::qWaitForWindowActive(&window));
+    settle();
+}
+
+void UiDriver::leaveWindow() {
+    if (!m_otherWindow) {
+        m_otherWindow = std::make_unique<QWindow>();
+        m_otherWindow->resize(200, 200);
+        m_otherWindow->show();
+    }
+    activate(*m_otherWindow);
+    EXPECT_FALSE(m_view->isActive());
+}
+
+void UiDriver::returnToWindow() {
+    activate(*m_view);
+}
+
 bool UiDriver::waitUntil(const std::function<bool()> &condition) {
     if (!QTest::qWaitFor(condition, 20'000))
         return false;

@@ -76,6 +76,11 @@ public:
     /// The accessible name of what has the focus, or an empty text.
     [[nodiscard]] QString focusedName() const;
 
+    /// Puts another window in front, as Alt+Tab does: this one stays visible and is not active.
+    void leaveWindow();
+    /// Brings the window back to the front.
+    void returnToWindow();
+
     /// Handles what is pending until `condition` holds, and lays out what has changed; false when
     /// it does not within twenty seconds.
     [[nodiscard]] bool waitUntil(const std::function<bool()> &condition);
@@ -91,10 +96,13 @@ private:
     /// a busy machine: a press would miss what it was meant for.
     void layOut() const;
     void show(const QSize &size);
+    void activate(QWindow &window);
     void sendKey(Qt::Key key, QEvent::Type type, bool isRepeat);
     [[nodiscard]] QStringList namesOf(std::initializer_list<QAccessible::Role> roles) const;
 
     std::unique_ptr<QQuickView> m_view;
+    /// The window of another program.
+    std::unique_ptr<QWindow> m_otherWindow;
 };
 
 } // namespace tarne::test
