@@ -173,6 +173,31 @@ TEST_P(SmallWindow, WhatTheUserScrolledAwayFromStaysAway) {
     EXPECT_EQ(contentY(u"Stop"_s), before);
 }
 
+TEST_P(SmallWindow, WhatTheUserScrolledAwayFromStaysAwayWhenTheWindowComesBack) {
+    beginSession();
+    tabTo(u"Stop"_s);
+    scroll(u"Stop"_s, 120);
+    const qreal before = contentY(u"Stop"_s);
+    ui().leaveWindow();
+    ui().returnToWindow();
+    drawFrame();
+    EXPECT_EQ(contentY(u"Stop"_s), before);
+}
+
+TEST_P(SmallWindow, AnEditorThatTheUserScrolledAwayFromStaysAwayWhenTheWindowComesBack) {
+    beginSession();
+    timer().resetTimer();
+    drawFrame();
+    const QString editor = u"Reflection"_s;
+    tabTo(editor);
+    scroll(editor, 120);
+    const qreal before = contentY(editor);
+    ui().leaveWindow();
+    ui().returnToWindow();
+    drawFrame();
+    EXPECT_EQ(contentY(editor), before);
+}
+
 INSTANTIATE_TEST_SUITE_P(AtEachSize, SmallWindow,
                          testing::Values(QSize(1000, 700), QSize(1000, 614), QSize(900, 640),
                                          QSize(800, 600), QSize(960, 540), QSize(640, 360)),

@@ -17,7 +17,9 @@ Flickable {
     // Whether what has the focus is brought into view.
     property bool revealsFocus: true
 
-    readonly property Item focusedItem: Window.activeFocusItem
+    // What has the focus, or gets it back when the window comes to the front again.
+    property Item focusedItem: null
+    readonly property Item activeItem: Window.activeFocusItem
     // Of what has the focus and is written in, in its coordinates.
     readonly property rect caret: focusedItem?.["cursorRectangle"] ?? Qt.rect(0, 0, 0, 0)
     // Whether what has the focus was last left in sight.
@@ -89,6 +91,10 @@ Flickable {
     interactive: contentHeight > height
     Keys.forwardTo: [scroller]
     onMovementEnded: view.noteSight()
+    onActiveItemChanged: {
+        if (activeItem)
+            focusedItem = activeItem;
+    }
     onFocusedItemChanged: {
         if (!view.holdsFocus())
             return;
