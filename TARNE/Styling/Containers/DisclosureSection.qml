@@ -12,6 +12,7 @@ Column {
     required property Component content
     property bool isExpanded: false
     property real contentLeading: 24
+    readonly property Item button: row
 
     FontMetrics {
         id: line

@@ -12,6 +12,17 @@ Card {
 
     signal expansionChanged(section: int, isExpanded: bool)
 
+    function sectionOf(item: Item): int {
+        for (let index = 0; index < sections.count; ++index) {
+            if ((sections.itemAt(index) as DisclosureSection)?.button === item)
+                return index;
+        }
+        return -1;
+    }
+    function focusSection(section: int, reason: int): void {
+        (sections.itemAt(section) as DisclosureSection)?.button.forceActiveFocus(reason);
+    }
+
     color: Colors.controlBackground
     cornerRadius: 12
     shadowRadius: 0
@@ -97,6 +108,8 @@ Card {
         spacing: 12
 
         Repeater {
+            id: sections
+
             model: panel.card.feedback
 
             DisclosureSection {

@@ -18,6 +18,14 @@ Column {
 
     signal expansionChanged(section: int, isExpanded: bool)
 
+    // The number of the coaching text whose row this is, or -1.
+    function sectionOf(item: Item): int {
+        return panel.sectionOf(item);
+    }
+    function focusSection(section: int, reason: int): void {
+        panel.focusSection(section, reason);
+    }
+
     bottomPadding: endsSection ? 24 : 12
     spacing: 16
     Component.onCompleted: HistoryRowOrder.put(row, row.index)

@@ -25,7 +25,9 @@ Rectangle {
     ListView {
         id: list
 
-        readonly property Item focusedItem: Window.activeFocusItem
+        // What has the focus, or gets it back when the window comes to the front again.
+        property Item focusedItem: null
+        readonly property Item activeItem: Window.activeFocusItem
         // The margin that the position was last set for.
         property real heededTopMargin: 0
         // The reader's place when all rows are replaced: the session at the upper edge, and how far
@@ -33,6 +35,10 @@ Rectangle {
         property string placeSession
         property real placeOffset: 0
         property bool isPlaceNoted: false
+        // The coaching text's row that has the focus then: its session, its number, and the reason.
+        property string focusedSession
+        property int focusedSection: -1
+        property int focusReason: Qt.OtherFocusReason
         readonly property real highestY: originY - topMargin
         readonly property real lowestY:
             Math.max(highestY, originY + contentHeight + bottomMargin - height)
@@ -52,6 +58,23 @@ Rectangle {
             placeSession = screen.view.sessionAt(index);
             placeOffset = contentY - (row ? row.y + row.cardTop : originY);
             isPlaceNoted = true;
+            noteFocus();
+        }
+        function noteFocus(): void {
+            focusedSection = -1;
+            for (let item = focusedItem; item && focusedSection < 0; item = item.parent) {
+                const row = item as HistoryRow;
+                if (!row)
+                    continue;
+                focusedSession = screen.view.sessionAt(row.index);
+                focusedSection = row.sectionOf(focusedItem);
+                focusReason = (focusedItem as PlainButton)?.focusReason ?? Qt.OtherFocusReason;
+            }
+        }
+        function returnFocus(): void {
+            const row = itemAtIndex(screen.view.rowOf(focusedSession)) as HistoryRow;
+            if (focusedSection >= 0 && row)
+                row.focusSection(focusedSection, focusReason);
         }
         function returnToPlace(): void {
             forceLayout();
@@ -59,7 +82,10 @@ Rectangle {
             if (index >= 0)
                 positionViewAtIndex(index, ListView.Beginning);
             const row = itemAtIndex(index) as HistoryRow;
-            scrollTo(placeOffset + (row ? row.y + row.cardTop : originY));
+            const y = placeOffset + (row ? row.y + row.cardTop : originY);
+            scrollTo(y);
+            returnFocus();
+            scrollTo(y); // It may have been scrolled away from.
             isPlaceNoted = false;
         }
         function reveal(item: Item): void {
@@ -89,6 +115,10 @@ Rectangle {
         Accessible.name: head.title
         Keys.forwardTo: [scroller]
 
+        onActiveItemChanged: {
+            if (activeItem)
+                focusedItem = activeItem;
+        }
         onFocusedItemChanged: {
             for (let item = focusedItem; item; item = item.parent) {
                 if (item === list.contentItem || item === below) {

@@ -15,6 +15,19 @@ class HistoryScrolling : public test::HistoryScreenTest {
 protected:
     double scrolledBy() { return list()->property("contentY").toDouble(); }
     Date beforeMidnight() { return calendar()().startOfDay(time.now() + 86400.0) - 2; }
+    /// Sessions of one day, a minute apart, and two of earlier days.
+    void storeWithAdvice(int entries) {
+        std::vector<SessionHistoryEntry> stored;
+        for (int i = 0; i < entries; ++i)
+            stored.push_back({.sessionDate = time.now() - i * 60.0,
+                              .goals = {},
+                              .duration = 0,
+                              .suggestions = u"advice %1"_s.arg(i)});
+        for (const int days : {1, 20})
+            stored.push_back(
+                {.sessionDate = time.now() - days * 86400.0, .goals = {}, .duration = 0});
+        controller().saveSessionHistory(stored);
+    }
     /// Of a running session, with the list a page down. The next load finds the list a page
     /// further.
     void passMidnightInTheMiddleOfTheList() {
@@ -239,6 +252,37 @@ TEST_F(HistoryScrolling, ATurnOfTheDayThatMovesAGroupLeavesTheReaderWhereTheyAre
     passMidnightInTheMiddleOfTheList();
     screen().key(Qt::Key_End);
     EXPECT_TRUE(screen().has(u"Sunday"_s)); // It stood above February.
+}
+
+TEST_F(HistoryScrolling, WhatTheReaderScrolledAwayFromStaysAwayWhenTheWindowComesBack) {
+    storeWithAdvice(20);
+    view().appear();
+    screen().tab();
+    screen().key(Qt::Key_PageDown);
+    const double before = scrolledBy();
+    screen().leaveWindow();
+    screen().returnToWindow();
+    EXPECT_EQ(scrolledBy(), before);
+}
+
+TEST_F(HistoryScrolling, ATurnOfTheDayThatMovesAGroupKeepsTheKeyboardOnItsRow) {
+    time.setWallClock(beforeMidnight());
+    storeWithAdvice(20);
+    view().appear();
+    start(u"A"_s, 1500.0);
+    for (int row = 0; row < 4; ++row)
+        screen().tab();
+    screen().key(Qt::Key_Space);
+    const auto opened = [&] { return screen().names().filter(u"advice"_s); };
+    ASSERT_TRUE(screen().waitUntil([&] { return opened().size() == 1; }));
+    const QStringList before = opened();
+    pass(3);
+    screen().settle();
+    EXPECT_EQ(opened(), before);
+    ASSERT_EQ(screen().focusedName(), u"Suggestions"_s);
+    EXPECT_TRUE(screen().view().activeFocusItem()->property("visualFocus").toBool());
+    screen().key(Qt::Key_Space);
+    EXPECT_TRUE(screen().waitUntil([&] { return opened().isEmpty(); }));
 }
 
 TEST_F(HistoryScrolling, OnlyCardsInSightExist) {
