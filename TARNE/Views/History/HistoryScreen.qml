@@ -109,6 +109,9 @@ Rectangle {
         model: screen.view.rows
         currentIndex: -1
         cacheBuffer: 600
+        // Rows in the buffer come when there is time. The next one is always there for the keyboard.
+        displayMarginBeginning: 200
+        displayMarginEnd: 200
         boundsBehavior: Flickable.DragOverBounds
         keyNavigationEnabled: false
         Accessible.role: Accessible.List

@@ -285,6 +285,23 @@ TEST_F(HistoryScrolling, ATurnOfTheDayThatMovesAGroupKeepsTheKeyboardOnItsRow) {
     EXPECT_TRUE(screen().waitUntil([&] { return opened().isEmpty(); }));
 }
 
+TEST_F(HistoryScrolling, TheKeyboardReachesEveryRowHoweverFastTheKeysCome) {
+    storeWithAdvice(40);
+    view().appear();
+    for (int row = 0; row < 40; ++row) {
+        screen().tab();
+        ASSERT_EQ(screen().focusedName(), u"Suggestions"_s) << row;
+        (void)screen().picture();
+    }
+    screen().tab();
+    EXPECT_EQ(screen().focusedName(), u"Load More"_s);
+    for (int row = 0; row < 40; ++row) {
+        screen().backtab();
+        ASSERT_EQ(screen().focusedName(), u"Suggestions"_s) << row;
+        (void)screen().picture();
+    }
+}
+
 TEST_F(HistoryScrolling, OnlyCardsInSightExist) {
     store(10000);
     view().appear();
