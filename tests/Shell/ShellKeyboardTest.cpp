@@ -45,6 +45,21 @@ protected:
         content().sessionViewModel().saveSessionHistory(
             {coachedAt(time.now()), coachedAt(time.now() - 3600.0)});
     }
+    /// Lets the time of a session run out, and its reflection come.
+    void runOut() {
+        pass(1501);
+        ui().settle();
+        ASSERT_TRUE(ui().has(u"How did you do with your goals?"_s, QAccessible::Dialog));
+    }
+    /// Goes through the two sheets that end a session.
+    void finishSession() {
+        pressByKey(u"Completed"_s);
+        pressByKey(u"Complete reflection"_s);
+        ASSERT_TRUE(ui().waitUntil([&] { return !feedback.gemini.requests.empty(); }));
+        pressByKey(u"Finish session"_s);
+        ASSERT_TRUE(ui().waitUntil([&] { return ui().has(u"Start Session"_s); }));
+    }
+
     /// What has the focus one after the other, from the next on, until it is back where it was.
     std::vector<std::string> roundOfTab() {
         const QQuickItem *const start = ui().view().activeFocusItem();
@@ -91,6 +106,28 @@ TEST_F(ShellKeyboard, AWindowThatComesBackHasTheFocusWhereItWas) {
     EXPECT_FALSE(ui().view().activeFocusItem());
     ui().returnToWindow();
     EXPECT_EQ(ui().focusedName(), u"Menu"_s);
+}
+
+TEST_F(ShellKeyboard, ASheetThatCameBehindAnotherWindowHandsTheFocusBack) {
+    startSession(u"Read"_s);
+    ASSERT_EQ(ui().focusedName(), u"Pause"_s);
+    ui().leaveWindow();
+    runOut();
+    ui().returnToWindow();
+    finishSession();
+    EXPECT_EQ(ui().focusedName(), u"Start Session"_s);
+}
+
+TEST_F(ShellKeyboard, ASheetThatCameBeforeAClosedWindowWasShownAgainHandsTheFocusBack) {
+    startSession(u"Read"_s);
+    ui().view().hide();
+    ui().leaveWindow();
+    app().windowClosed();
+    app().windowShown();
+    content().timerView()->resetTimer();
+    ui().returnToWindow();
+    finishSession();
+    EXPECT_EQ(ui().focusedName(), u"Start Session"_s);
 }
 
 TEST_F(ShellKeyboard, AnAlertHandsTheFocusBackDrawn) {

@@ -6,23 +6,6 @@
 #include <QQuickWindow>
 
 namespace tarne {
-namespace {
-
-/// How `item` came by the focus, which decides whether it shows that it has it.
-Qt::FocusReason focusReasonOf(const QQuickItem *item) {
-    const QVariant reason = item ? item->property("focusReason") : QVariant();
-    return reason.isValid() ? reason.value<Qt::FocusReason>() : Qt::PopupFocusReason;
-}
-
-/// The item may have the focus again already, by being enabled, which counts as no reason at all.
-void giveFocus(QQuickItem &item, Qt::FocusReason reason) {
-    item.forceActiveFocus(reason);
-    QQuickItem *const focused = item.window() ? item.window()->activeFocusItem() : nullptr;
-    if (focused && focused->metaObject()->indexOfProperty("focusReason") >= 0)
-        focused->setProperty("focusReason", reason);
-}
-
-} // namespace
 
 ModalLayer::ModalLayer(QQuickItem *parent) : WindowMoveArea(parent) {
     setVisible(false);
@@ -72,8 +55,7 @@ void ModalLayer::cover() {
         return;
     PressGuard::of(*window()).coverChanged();
     m_content = window()->contentItem();
-    m_formerFocus = window()->activeFocusItem();
-    m_formerReason = focusReasonOf(m_formerFocus);
+    m_formerFocus = FormerFocus(*window());
     const QList<QQuickItem *> siblings = m_content->childItems();
     for (QQuickItem *sibling : siblings) {
         if (sibling == this || !sibling->isEnabled())
@@ -106,13 +88,7 @@ void ModalLayer::uncover() {
         if (item)
             item->setEnabled(true);
     }
-    // Where what had the focus is gone, its surroundings know best who is next.
-    QQuickItem *next = m_formerFocus;
-    while (next && !(next->isEnabled() && next->isVisible() &&
-                     (next == m_formerFocus || next->isFocusScope())))
-        next = next->parentItem();
-    if (next)
-        giveFocus(*next, m_formerReason);
+    m_formerFocus.giveBack();
 }
 
 void ModalLayer::fillWindow() {

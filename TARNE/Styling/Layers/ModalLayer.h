@@ -1,5 +1,6 @@
 #pragma once
 
+#include "FormerFocus.h"
 #include "WindowMoveArea.h"
 
 #include <QPointer>
@@ -45,8 +46,7 @@ private:
     bool m_isPresented = false;
     /// What this layer has disabled, to be enabled again.
     QList<QPointer<QQuickItem>> m_covered;
-    QPointer<QQuickItem> m_formerFocus;
-    Qt::FocusReason m_formerReason = Qt::PopupFocusReason;
+    FormerFocus m_formerFocus;
     QPointer<QQuickItem> m_content;
 };
 
