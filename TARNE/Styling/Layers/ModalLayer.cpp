@@ -82,13 +82,30 @@ void ModalLayer::uncover() {
     disconnect(m_content, nullptr, this, nullptr);
     if (m_content->window())
         PressGuard::of(*m_content->window()).coverChanged();
+    ModalLayer *const above = layerAbove();
     m_content.clear();
     setVisible(false);
+    if (above) {
+        setEnabled(true);
+        above->m_covered.removeAll(this);
+        above->m_covered += std::exchange(m_covered, {});
+        above->m_formerFocus = m_formerFocus;
+        return;
+    }
     for (const QPointer<QQuickItem> &item : std::exchange(m_covered, {})) {
         if (item)
             item->setEnabled(true);
     }
     m_formerFocus.giveBack();
+}
+
+ModalLayer *ModalLayer::layerAbove() const {
+    for (QQuickItem *const child : m_content->childItems()) {
+        auto *const layer = qobject_cast<ModalLayer *>(child);
+        if (layer && layer->m_covered.contains(this))
+            return layer;
+    }
+    return nullptr;
 }
 
 void ModalLayer::fillWindow() {
