@@ -130,6 +130,29 @@ TEST_F(ShellKeyboard, ASheetThatCameBeforeAClosedWindowWasShownAgainHandsTheFocu
     EXPECT_EQ(ui().focusedName(), u"Start Session"_s);
 }
 
+TEST_F(ShellKeyboard, TheRingIsThereAgainWhenTheWindowComesBack) {
+    for (const auto reason : {Qt::ActiveWindowFocusReason, Qt::OtherFocusReason}) {
+        tabTo(u"Menu"_s);
+        ASSERT_TRUE(isFocusDrawn());
+        for (int times = 0; times < 2; ++times) {
+            ui().leaveWindow(reason);
+            ui().returnToWindow(reason);
+            ASSERT_EQ(ui().focusedName(), u"Menu"_s);
+            EXPECT_TRUE(isFocusDrawn()) << reason;
+        }
+        ui().tab();
+    }
+}
+
+TEST_F(ShellKeyboard, ThereIsNoRingWhereTheMouseWasUsedWhenTheWindowComesBack) {
+    for (const auto reason : {Qt::ActiveWindowFocusReason, Qt::OtherFocusReason}) {
+        ASSERT_EQ(ui().focusedName(), u"Start Session"_s);
+        ui().leaveWindow(reason);
+        ui().returnToWindow(reason);
+        EXPECT_FALSE(isFocusDrawn()) << reason;
+    }
+}
+
 TEST_F(ShellKeyboard, AnAlertHandsTheFocusBackDrawn) {
     openSettings();
     ASSERT_TRUE(ui().click(u"Enter your Gemini API key"_s));
