@@ -153,6 +153,34 @@ TEST_F(ShellKeyboard, ThereIsNoRingWhereTheMouseWasUsedWhenTheWindowComesBack) {
     }
 }
 
+TEST_F(ShellKeyboard, AMenuThatASheetHasCoveredHandsTheFocusToWhatIsShown) {
+    startSession(u"Read"_s);
+    ASSERT_EQ(ui().focusedName(), u"Pause"_s);
+    ASSERT_TRUE(ui().click(u"Menu"_s));
+    ASSERT_TRUE(ui().waitUntil([&] { return ui().has(u"Quit TARNE"_s); }));
+    runOut();
+    finishSession();
+    ui().key(Qt::Key_Escape);
+    EXPECT_TRUE(ui().waitUntil([&] { return ui().focusedName() == u"Start Session"_s; }))
+        << qPrintable(ui().focusedName());
+    ui().key(Qt::Key_Space);
+    EXPECT_TRUE(ui().has(u"Select Session Duration"_s));
+    EXPECT_FALSE(content().sessionViewModel().isTimerActive());
+}
+
+TEST_F(ShellKeyboard, AMenuThatASheetHasCoveredBehindAnotherWindowHandsTheFocusBack) {
+    startSession(u"Read"_s);
+    pressByKey(u"Menu"_s);
+    ASSERT_TRUE(ui().waitUntil([&] { return ui().has(u"Quit TARNE"_s); }));
+    ui().leaveWindow();
+    runOut();
+    ui().returnToWindow();
+    pressByKey(u"Close"_s);
+    EXPECT_EQ(ui().focusedName(), u"Menu"_s);
+    EXPECT_FALSE(ui().has(u"Quit TARNE"_s));
+    EXPECT_TRUE(isFocusDrawn());
+}
+
 TEST_F(ShellKeyboard, AnAlertHandsTheFocusBackDrawn) {
     openSettings();
     ASSERT_TRUE(ui().click(u"Enter your Gemini API key"_s));
