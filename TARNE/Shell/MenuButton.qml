@@ -50,6 +50,11 @@ IconButton {
         }
     }
 
+    MenuFocus {
+        id: formerFocus
+
+        onCoverChanging: menu.close()
+    }
     T.Menu {
         id: menu
 
@@ -63,18 +68,9 @@ IconButton {
         closePolicy: T.Popup.CloseOnEscape | T.Popup.CloseOnPressOutsideParent
         onAboutToShow: {
             contentItem.parent.Accessible.name = button.text;
-            formerFocus = button.Window.activeFocusItem;
-            formerReason = formerFocus?.["focusReason"] ?? Qt.PopupFocusReason;
+            formerFocus.note();
         }
-        onClosed: {
-            // It leaves the focus to the window as a whole, where no key reaches anything.
-            if (button.Window.activeFocusItem === button.Window.contentItem)
-                formerFocus?.forceActiveFocus(formerReason);
-        }
-
-        // What had the focus when it opened, and how it came by it.
-        property Item formerFocus
-        property int formerReason
+        onClosed: formerFocus.giveBack()
 
         Entry {
             text: "New Session"

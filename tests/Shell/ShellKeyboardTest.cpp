@@ -45,6 +45,21 @@ protected:
         content().sessionViewModel().saveSessionHistory(
             {coachedAt(time.now()), coachedAt(time.now() - 3600.0)});
     }
+    /// Lets the time of a session run out, and its reflection come.
+    void runOut() {
+        pass(1501);
+        ui().settle();
+        ASSERT_TRUE(ui().has(u"How did you do with your goals?"_s, QAccessible::Dialog));
+    }
+    /// Goes through the two sheets that end a session.
+    void finishSession() {
+        pressByKey(u"Completed"_s);
+        pressByKey(u"Complete reflection"_s);
+        ASSERT_TRUE(ui().waitUntil([&] { return !feedback.gemini.requests.empty(); }));
+        pressByKey(u"Finish session"_s);
+        ASSERT_TRUE(ui().waitUntil([&] { return ui().has(u"Start Session"_s); }));
+    }
+
     /// What has the focus one after the other, from the next on, until it is back where it was.
     std::vector<std::string> roundOfTab() {
         const QQuickItem *const start = ui().view().activeFocusItem();
@@ -91,6 +106,79 @@ TEST_F(ShellKeyboard, AWindowThatComesBackHasTheFocusWhereItWas) {
     EXPECT_FALSE(ui().view().activeFocusItem());
     ui().returnToWindow();
     EXPECT_EQ(ui().focusedName(), u"Menu"_s);
+}
+
+TEST_F(ShellKeyboard, ASheetThatCameBehindAnotherWindowHandsTheFocusBack) {
+    startSession(u"Read"_s);
+    ASSERT_EQ(ui().focusedName(), u"Pause"_s);
+    ui().leaveWindow();
+    runOut();
+    ui().returnToWindow();
+    finishSession();
+    EXPECT_EQ(ui().focusedName(), u"Start Session"_s);
+}
+
+TEST_F(ShellKeyboard, ASheetThatCameBeforeAClosedWindowWasShownAgainHandsTheFocusBack) {
+    startSession(u"Read"_s);
+    ui().view().hide();
+    ui().leaveWindow();
+    app().windowClosed();
+    app().windowShown();
+    content().timerView()->resetTimer();
+    ui().returnToWindow();
+    finishSession();
+    EXPECT_EQ(ui().focusedName(), u"Start Session"_s);
+}
+
+TEST_F(ShellKeyboard, TheRingIsThereAgainWhenTheWindowComesBack) {
+    for (const auto reason : {Qt::ActiveWindowFocusReason, Qt::OtherFocusReason}) {
+        tabTo(u"Menu"_s);
+        ASSERT_TRUE(isFocusDrawn());
+        for (int times = 0; times < 2; ++times) {
+            ui().leaveWindow(reason);
+            ui().returnToWindow(reason);
+            ASSERT_EQ(ui().focusedName(), u"Menu"_s);
+            EXPECT_TRUE(isFocusDrawn()) << reason;
+        }
+        ui().tab();
+    }
+}
+
+TEST_F(ShellKeyboard, ThereIsNoRingWhereTheMouseWasUsedWhenTheWindowComesBack) {
+    for (const auto reason : {Qt::ActiveWindowFocusReason, Qt::OtherFocusReason}) {
+        ASSERT_EQ(ui().focusedName(), u"Start Session"_s);
+        ui().leaveWindow(reason);
+        ui().returnToWindow(reason);
+        EXPECT_FALSE(isFocusDrawn()) << reason;
+    }
+}
+
+TEST_F(ShellKeyboard, AMenuThatASheetHasCoveredHandsTheFocusToWhatIsShown) {
+    startSession(u"Read"_s);
+    ASSERT_EQ(ui().focusedName(), u"Pause"_s);
+    ASSERT_TRUE(ui().click(u"Menu"_s));
+    ASSERT_TRUE(ui().waitUntil([&] { return ui().has(u"Quit TARNE"_s); }));
+    runOut();
+    finishSession();
+    ui().key(Qt::Key_Escape);
+    EXPECT_TRUE(ui().waitUntil([&] { return ui().focusedName() == u"Start Session"_s; }))
+        << qPrintable(ui().focusedName());
+    ui().key(Qt::Key_Space);
+    EXPECT_TRUE(ui().has(u"Select Session Duration"_s));
+    EXPECT_FALSE(content().sessionViewModel().isTimerActive());
+}
+
+TEST_F(ShellKeyboard, AMenuThatASheetHasCoveredBehindAnotherWindowHandsTheFocusBack) {
+    startSession(u"Read"_s);
+    pressByKey(u"Menu"_s);
+    ASSERT_TRUE(ui().waitUntil([&] { return ui().has(u"Quit TARNE"_s); }));
+    ui().leaveWindow();
+    runOut();
+    ui().returnToWindow();
+    pressByKey(u"Close"_s);
+    EXPECT_EQ(ui().focusedName(), u"Menu"_s);
+    EXPECT_FALSE(ui().has(u"Quit TARNE"_s));
+    EXPECT_TRUE(isFocusDrawn());
 }
 
 TEST_F(ShellKeyboard, AnAlertHandsTheFocusBackDrawn) {

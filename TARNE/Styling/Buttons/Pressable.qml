@@ -17,10 +17,23 @@ T.AbstractButton {
     // AccessibleItem reads this one.
     property int accessibleRole: Accessible.Button
 
+    // How it came by the focus. A loss of the focus says nothing of that; nor does its return with the
+    // window, whose reason would leave the ring away.
+    property int ownFocusReason: Qt.OtherFocusReason
+    // Ends only after the focus is back.
+    property bool isWindowLeft: false
+
     implicitWidth: Math.max(implicitBackgroundWidth, implicitContentWidth + leftPadding + rightPadding)
     implicitHeight: Math.max(implicitBackgroundHeight, implicitContentHeight + topPadding + bottomPadding)
     enabled: isAvailable
     focusPolicy: Qt.TabFocus
+    Window.onActiveChanged: isWindowLeft = !Window.active
+    onFocusReasonChanged: {
+        if (isWindowLeft || !activeFocus)
+            focusReason = ownFocusReason;
+        else
+            ownFocusReason = focusReason;
+    }
     Accessible.name: text
     Accessible.onPressAction: clicked()
     // What an input method still composes belongs to what the press is about. This handler comes

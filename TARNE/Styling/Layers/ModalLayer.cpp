@@ -6,23 +6,6 @@
 #include <QQuickWindow>
 
 namespace tarne {
-namespace {
-
-/// How `item` came by the focus, which decides whether it shows that it has it.
-Qt::FocusReason focusReasonOf(const QQuickItem *item) {
-    const QVariant reason = item ? item->property("focusReason") : QVariant();
-    return reason.isValid() ? reason.value<Qt::FocusReason>() : Qt::PopupFocusReason;
-}
-
-/// The item may have the focus again already, by being enabled, which counts as no reason at all.
-void giveFocus(QQuickItem &item, Qt::FocusReason reason) {
-    item.forceActiveFocus(reason);
-    QQuickItem *const focused = item.window() ? item.window()->activeFocusItem() : nullptr;
-    if (focused && focused->metaObject()->indexOfProperty("focusReason") >= 0)
-        focused->setProperty("focusReason", reason);
-}
-
-} // namespace
 
 ModalLayer::ModalLayer(QQuickItem *parent) : WindowMoveArea(parent) {
     setVisible(false);
@@ -72,8 +55,7 @@ void ModalLayer::cover() {
         return;
     PressGuard::of(*window()).coverChanged();
     m_content = window()->contentItem();
-    m_formerFocus = window()->activeFocusItem();
-    m_formerReason = focusReasonOf(m_formerFocus);
+    m_formerFocus = FormerFocus(*window());
     const QList<QQuickItem *> siblings = m_content->childItems();
     for (QQuickItem *sibling : siblings) {
         if (sibling == this || !sibling->isEnabled())
@@ -100,19 +82,30 @@ void ModalLayer::uncover() {
     disconnect(m_content, nullptr, this, nullptr);
     if (m_content->window())
         PressGuard::of(*m_content->window()).coverChanged();
+    ModalLayer *const above = layerAbove();
     m_content.clear();
     setVisible(false);
+    if (above) {
+        setEnabled(true);
+        above->m_covered.removeAll(this);
+        above->m_covered += std::exchange(m_covered, {});
+        above->m_formerFocus = m_formerFocus;
+        return;
+    }
     for (const QPointer<QQuickItem> &item : std::exchange(m_covered, {})) {
         if (item)
             item->setEnabled(true);
     }
-    // Where what had the focus is gone, its surroundings know best who is next.
-    QQuickItem *next = m_formerFocus;
-    while (next && !(next->isEnabled() && next->isVisible() &&
-                     (next == m_formerFocus || next->isFocusScope())))
-        next = next->parentItem();
-    if (next)
-        giveFocus(*next, m_formerReason);
+    m_formerFocus.giveBack();
+}
+
+ModalLayer *ModalLayer::layerAbove() const {
+    for (QQuickItem *const child : m_content->childItems()) {
+        auto *const layer = qobject_cast<ModalLayer *>(child);
+        if (layer && layer->m_covered.contains(this))
+            return layer;
+    }
+    return nullptr;
 }
 
 void ModalLayer::fillWindow() {

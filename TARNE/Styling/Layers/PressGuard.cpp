@@ -20,6 +20,7 @@ PressGuard::PressGuard(QQuickWindow &window) : QObject(&window) {
 void PressGuard::coverChanged() {
     m_spentPress = m_lastPress;
     m_spentKeys = m_heldKeys;
+    Q_EMIT coverChanging();
 }
 
 bool PressGuard::eventFilter(QObject *watched, QEvent *event) {

@@ -29,6 +29,10 @@ public:
     /// Other things than before lie under the pointer or have the focus from now on.
     void coverChanged();
 
+Q_SIGNALS:
+    /// Told before other things than before have the focus.
+    void coverChanging();
+
 protected:
     bool eventFilter(QObject *watched, QEvent *event) override;
 

@@ -26,8 +26,11 @@ SheetPanel {
         target: sheet.view
 
         function onFocusReleased(): void {
-            if (sheet.Window.activeFocusItem)
-                sheet.Window.activeFocusItem.focus = false;
+            // Only from what Tab reaches: were it taken from the panel as well, and then from what
+            // is around that, no key would reach anything in the end.
+            const item = sheet.Window.activeFocusItem;
+            if (item?.activeFocusOnTab)
+                item.focus = false;
         }
     }
 

@@ -50,7 +50,8 @@ public:
 Q_SIGNALS:
     void sessionGoalChanged();
     void isGoalEmptyChanged();
-    /// The application came back 0.1 seconds ago: the window's focus item, if any, loses the focus.
+    /// The application came back 0.1 seconds ago: the window's control that has the focus, if any,
+    /// loses it.
     void focusReleased();
 
 private:

@@ -17,6 +17,13 @@ protected:
         return ui().focusedName() == u"Session Goal"_s && ui().view().activeFocusItem() &&
                ui().view().activeFocusItem()->property("cursorPosition").isValid();
     }
+    /// Goes on with Tab to the named control, and presses the space bar there.
+    void pressByTab(const QString &name) {
+        for (int steps = 0; steps < 10 && ui().focusedName() != name; ++steps)
+            ui().tab();
+        ASSERT_EQ(ui().focusedName(), name);
+        ui().key(Qt::Key_Space);
+    }
     /// Whether the start button can be pressed.
     bool canStart() { return ui().isEnabled(u"Start session"_s); }
 };
@@ -139,6 +146,19 @@ TEST_F(NotesSheetTest, IsReachedByTabAgainAfterItLostTheFocus) {
     passAndSettle(0.1);
     ui().tab();
     EXPECT_FALSE(ui().focusedName().isEmpty());
+}
+
+TEST_F(NotesSheetTest, IsReachedByTabHoweverOftenTheApplicationCameBack) {
+    openNotesSheet();
+    for (int times = 0; times < 6; ++times) {
+        center.post(notifications::didBecomeActive);
+        passAndSettle(0.1);
+        EXPECT_FALSE(editorHasFocus());
+    }
+    ui().tab();
+    EXPECT_FALSE(ui().focusedName().isEmpty());
+    pressByTab(u"Close"_s);
+    EXPECT_FALSE(view().showSessionNotes());
 }
 
 TEST_F(NotesSheetTest, DoesNothingOnTheKeysOfTheHint) {

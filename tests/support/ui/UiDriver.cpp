@@ -10,6 +10,7 @@
 #include <private/qquickwindow_p.h>
 #include <qpa/qplatformaccessibility.h>
 #include <qpa/qplatformintegration.h>
+#include <qpa/qwindowsysteminterface.h>
 
 #include <algorithm>
 
@@ -299,24 +300,26 @@ QString UiDriver::focusedName() const {
     return node ? node->text(QAccessible::Name) : QString();
 }
 
-void UiDriver::activate(QWindow &window) {
-    window.requestActivate();
+void UiDriver::activate(QWindow &window, Qt::FocusReason reason) {
+    window.show();
+    EXPECT_TRUE(QTest::qWaitForWindowExposed(&window));
+    QWindowSystemInterface::handleWindowActivated(&window, reason);
     EXPECT_TRUE(QTest::qWaitForWindowActive(&window));
     settle();
 }
 
-void UiDriver::leaveWindow() {
+void UiDriver::leaveWindow(Qt::FocusReason reason) {
     if (!m_otherWindow) {
         m_otherWindow = std::make_unique<QWindow>();
+        m_otherWindow->setFlag(Qt::WindowDoesNotAcceptFocus); // Not as it is shown.
         m_otherWindow->resize(200, 200);
-        m_otherWindow->show();
     }
-    activate(*m_otherWindow);
+    activate(*m_otherWindow, reason);
     EXPECT_FALSE(m_view->isActive());
 }
 
-void UiDriver::returnToWindow() {
-    activate(*m_view);
+void UiDriver::returnToWindow(Qt::FocusReason reason) {
+    activate(*m_view, reason);
 }
 
 bool UiDriver::waitUntil(const std::function<bool()> &condition) {

@@ -76,10 +76,11 @@ public:
     /// The accessible name of what has the focus, or an empty text.
     [[nodiscard]] QString focusedName() const;
 
-    /// Puts another window in front, as Alt+Tab does: this one stays visible and is not active.
-    void leaveWindow();
-    /// Brings the window back to the front.
-    void returnToWindow();
+    /// Puts another window in front, as Alt+Tab does: this one stays visible and is not active. X11
+    /// and Wayland give different reasons for that; a test may name one.
+    void leaveWindow(Qt::FocusReason reason = Qt::ActiveWindowFocusReason);
+    /// Brings the window back to the front, also where it was hidden.
+    void returnToWindow(Qt::FocusReason reason = Qt::ActiveWindowFocusReason);
 
     /// Handles what is pending until `condition` holds, and lays out what has changed; false when
     /// it does not within twenty seconds.
@@ -96,7 +97,7 @@ private:
     /// a busy machine: a press would miss what it was meant for.
     void layOut() const;
     void show(const QSize &size);
-    void activate(QWindow &window);
+    void activate(QWindow &window, Qt::FocusReason reason);
     void sendKey(Qt::Key key, QEvent::Type type, bool isRepeat);
     [[nodiscard]] QStringList namesOf(std::initializer_list<QAccessible::Role> roles) const;
 
