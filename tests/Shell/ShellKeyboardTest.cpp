@@ -160,9 +160,10 @@ TEST_F(ShellKeyboard, AMenuThatASheetHasCoveredHandsTheFocusToWhatIsShown) {
     ASSERT_TRUE(ui().waitUntil([&] { return ui().has(u"Quit TARNE"_s); }));
     runOut();
     finishSession();
+    EXPECT_FALSE(ui().has(u"Quit TARNE"_s));
+    EXPECT_EQ(ui().focusedName(), u"Start Session"_s);
     ui().key(Qt::Key_Escape);
-    EXPECT_TRUE(ui().waitUntil([&] { return ui().focusedName() == u"Start Session"_s; }))
-        << qPrintable(ui().focusedName());
+    EXPECT_EQ(ui().focusedName(), u"Start Session"_s);
     ui().key(Qt::Key_Space);
     EXPECT_TRUE(ui().has(u"Select Session Duration"_s));
     EXPECT_FALSE(content().sessionViewModel().isTimerActive());
@@ -179,6 +180,19 @@ TEST_F(ShellKeyboard, AMenuThatASheetHasCoveredBehindAnotherWindowHandsTheFocusB
     EXPECT_EQ(ui().focusedName(), u"Menu"_s);
     EXPECT_FALSE(ui().has(u"Quit TARNE"_s));
     EXPECT_TRUE(isFocusDrawn());
+}
+
+TEST_F(ShellKeyboard, AnAlertKeepsTheFocusWhenTheReflectionBelowItGoesWithAClosedWindow) {
+    startSession(u"Read"_s);
+    pressByKey(u"Stop"_s);
+    updateCheck.present({});
+    app().windowClosed();
+    app().windowShown();
+    ui().settle();
+    EXPECT_FALSE(ui().has(u"Pause"_s));
+    ui().key(Qt::Key_Return);
+    EXPECT_FALSE(updateCheck.isPresented());
+    EXPECT_EQ(ui().focusedName(), u"Stop"_s);
 }
 
 TEST_F(ShellKeyboard, AnAlertHandsTheFocusBackDrawn) {
