@@ -8,6 +8,7 @@
 #include <QDBusReply>
 
 #include <algorithm>
+#include <limits>
 #include <utility>
 #include <vector>
 
@@ -20,7 +21,8 @@ namespace {
 // Far above what TARNE asks for, and little enough to be held and shown.
 constexpr qsizetype longestIdentifier = 1'000;
 constexpr qsizetype longestText = 1'000'000;
-constexpr int busTimeoutMilliseconds = 2'000;
+/// A bus that is slow refuses nothing. It answers in the end, or is gone.
+constexpr int endlessly = std::numeric_limits<int>::max();
 
 QDBusMessage busCall(const QString &method, const QVariantList &arguments) {
     auto message = QDBusMessage::createMethodCall(u"org.freedesktop.DBus"_s, u"/"_s,
@@ -122,20 +124,19 @@ NotifierService::NotifierService(QDBusConnection sessionBus, Notifier &notifier)
 
 bool NotifierService::takeName() {
     // Who may call is known before the first call, which the bus delivers together with the name.
-    const QDBusReply<QString> client = m_bus.call(
-        busCall(u"GetNameOwner"_s, {QString(clientService)}), QDBus::Block, busTimeoutMilliseconds);
+    const QDBusReply<QString> client =
+        m_bus.call(busCall(u"GetNameOwner"_s, {QString(clientService)}), QDBus::Block, endlessly);
     if (client.isValid())
         m_client = client.value();
     constexpr uint doNotQueue = 4;
     constexpr uint primaryOwner = 1;
-    const QDBusReply<uint> taken =
-        m_bus.call(busCall(u"RequestName"_s, {QString(service), doNotQueue}), QDBus::Block,
-                   busTimeoutMilliseconds);
+    const QDBusReply<uint> taken = m_bus.call(
+        busCall(u"RequestName"_s, {QString(service), doNotQueue}), QDBus::Block, endlessly);
     return taken.isValid() && taken.value() == primaryOwner;
 }
 
 void NotifierService::giveNameBack() {
-    m_bus.call(busCall(u"ReleaseName"_s, {QString(service)}), QDBus::Block, busTimeoutMilliseconds);
+    m_bus.call(busCall(u"ReleaseName"_s, {QString(service)}), QDBus::Block, endlessly);
     QCoreApplication::sendPostedEvents();
 }
 
@@ -173,9 +174,7 @@ void NotifierService::serve() {
 /// The news of a name's owner may be slower than its calls.
 void NotifierService::askWhoHasName() {
     auto *watcher = new QDBusPendingCallWatcher(
-        m_bus.asyncCall(busCall(u"GetNameOwner"_s, {QString(clientService)}),
-                        busTimeoutMilliseconds),
-        this);
+        m_bus.asyncCall(busCall(u"GetNameOwner"_s, {QString(clientService)}), endlessly), this);
     connect(watcher, &QDBusPendingCallWatcher::finished, this,
             [this](QDBusPendingCallWatcher *finished) {
                 finished->deleteLater();

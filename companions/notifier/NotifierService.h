@@ -23,7 +23,8 @@ class NotifierService final : public QObject {
 public:
     NotifierService(QDBusConnection sessionBus, Notifier &notifier);
 
-    /// Takes the name. False when another process has it, or the bus is gone.
+    /// Takes the name, and waits for the bus as long as it needs. False when another process has
+    /// it, or the bus is gone.
     [[nodiscard]] bool takeName();
 
     /// Gives the name back. Calls that the bus has delivered before have been received afterwards.

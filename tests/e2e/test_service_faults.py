@@ -222,7 +222,6 @@ class ThePortal(FourFaults, ServiceCase):
         self.await_title_height(1.5 if self.fault in ("dies", "comes_later") else 1.0)
         if self.fault == "hangs":
             self.wake_owner()
-            self.desktop.change_setting("text_scale", 1.5)
             self.await_title_height(1.5)
 
     def await_title_height(self, scale):

@@ -19,8 +19,8 @@ struct DBusAddress {
 /// One service on a bus, called without ever waiting for it.
 ///
 /// The owner is followed: a service that goes and comes back is called again without further ado.
-/// Nothing here fails loudly; a missing bus, a missing service and one that hangs are error
-/// replies. Main thread only.
+/// Nothing here fails loudly; a missing bus, a missing service and one that hangs for longer than
+/// it is waited for are error replies. Main thread only.
 class DBusService final : public QObject {
     Q_OBJECT
 
@@ -31,10 +31,11 @@ public:
 
     [[nodiscard]] bool isBusConnected() const { return m_bus.isConnected(); }
 
-    /// How long an answer is waited for.
+    /// How long an answer is waited for. A service may take seconds to start, so a call whose late
+    /// answer would be missed is not to be given up.
     enum class Patience {
         TwoSeconds, ///< A service that hangs is an error.
-        Endless,    ///< The error comes when the service or the bus is gone.
+        Endless,    ///< The error comes when the service, its start or the bus has ended.
     };
 
     /// Calls a method, starting the service if the bus knows how to. `reply` gets the answer or the

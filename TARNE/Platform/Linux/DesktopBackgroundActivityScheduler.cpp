@@ -35,14 +35,15 @@ public:
 
 private:
     void take() {
+        const auto handleAnswer = [this](const QDBusMessage &reply) {
+            const bool taken =
+                reply.type() == QDBusMessage::ReplyMessage && reply.signature() == "h"_L1;
+            if (taken && m_isWanted)
+                m_lock = reply.arguments().constFirst().value<QDBusUnixFileDescriptor>();
+        };
+        // A lock that comes late still keeps the machine awake for the rest of the activity.
         m_logind.call(u"Inhibit"_s, {u"idle"_s, u"TARNE"_s, m_identifier, u"block"_s}, this,
-                      [this](const QDBusMessage &reply) {
-                          const bool taken = reply.type() == QDBusMessage::ReplyMessage &&
-                                             reply.signature() == "h"_L1;
-                          if (taken && m_isWanted)
-                              m_lock =
-                                  reply.arguments().constFirst().value<QDBusUnixFileDescriptor>();
-                      });
+                      handleAnswer, DBusService::Patience::Endless);
     }
 
     DBusService m_logind;

@@ -12,6 +12,9 @@ namespace {
 
 const QString daemonName = u"org.freedesktop.Notifications"_s;
 
+/// Each question is asked once, and an inhibition whose answer is not awaited cannot be undone.
+constexpr auto patience = DBusService::Patience::Endless;
+
 } // namespace
 
 DesktopQuiet::DesktopQuiet(const QDBusConnection &sessionBus, UserDefaults &defaults)
@@ -26,10 +29,11 @@ DesktopQuiet::DesktopQuiet(const QDBusConnection &sessionBus, UserDefaults &defa
     connect(&m_daemon, &DBusService::appeared, this, &DesktopQuiet::askDaemon);
     connect(&m_daemon, &DBusService::vanished, this, &DesktopQuiet::forgetDaemon);
     // A call of the daemon itself would start it.
-    m_names.call(u"NameHasOwner"_s, {daemonName}, this, [this](const QDBusMessage &reply) {
+    const auto handleAnswer = [this](const QDBusMessage &reply) {
         if (reply.type() == QDBusMessage::ReplyMessage && reply.arguments().value(0).toBool())
             askDaemon();
-    });
+    };
+    m_names.call(u"NameHasOwner"_s, {daemonName}, this, handleAnswer, patience);
 }
 
 DesktopQuiet::~DesktopQuiet() {
@@ -37,26 +41,27 @@ DesktopQuiet::~DesktopQuiet() {
 }
 
 void DesktopQuiet::askDaemon() {
-    m_daemon.call(u"GetCapabilities"_s, {}, this,
-                  [this, owner = m_owner](const QDBusMessage &reply) {
-                      if (owner != m_owner || reply.signature() != "as"_L1)
-                          return;
-                      if (reply.arguments().constFirst().toStringList().contains("inhibitions"_L1))
-                          setWay(Way::Inhibition);
-                      else
-                          askWhoItIs(owner);
-                  });
+    const auto handleAnswer = [this, owner = m_owner](const QDBusMessage &reply) {
+        if (owner != m_owner || reply.signature() != "as"_L1)
+            return;
+        if (reply.arguments().constFirst().toStringList().contains("inhibitions"_L1))
+            setWay(Way::Inhibition);
+        else
+            askWhoItIs(owner);
+    };
+    m_daemon.call(u"GetCapabilities"_s, {}, this, handleAnswer, patience);
 }
 
 void DesktopQuiet::askWhoItIs(quint64 owner) {
-    m_daemon.call(u"GetServerInformation"_s, {}, this, [this, owner](const QDBusMessage &reply) {
+    const auto handleAnswer = [this, owner](const QDBusMessage &reply) {
         if (owner != m_owner || reply.arguments().value(0).toString() != "gnome-shell"_L1)
             return;
         if (!m_banners)
             m_banners = NotificationBanners::find(m_defaults);
         if (m_banners)
             setWay(Way::Banners);
-    });
+    };
+    m_daemon.call(u"GetServerInformation"_s, {}, this, handleAnswer, patience);
 }
 
 void DesktopQuiet::forgetDaemon() {
@@ -93,16 +98,17 @@ void DesktopQuiet::apply() {
 
 void DesktopQuiet::inhibit() {
     m_isAsking = true;
+    const auto handleAnswer = [this, owner = m_owner](const QDBusMessage &reply) {
+        if (owner != m_owner)
+            return;
+        m_isAsking = false;
+        if (reply.signature() != "u"_L1)
+            return;
+        m_cookie = reply.arguments().constFirst().toUInt();
+        apply(); // The wish may be another one by now.
+    };
     m_daemon.call(u"Inhibit"_s, {u"com.tarne.app"_s, u"A focus session runs"_s, QVariantMap()},
-                  this, [this, owner = m_owner](const QDBusMessage &reply) {
-                      if (owner != m_owner)
-                          return;
-                      m_isAsking = false;
-                      if (reply.signature() != "u"_L1)
-                          return;
-                      m_cookie = reply.arguments().constFirst().toUInt();
-                      apply(); // The wish may be another one by now.
-                  });
+                  this, handleAnswer, patience);
 }
 
 } // namespace tarne

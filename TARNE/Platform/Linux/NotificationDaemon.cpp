@@ -22,10 +22,13 @@ constexpr int maximumAttempts = 3;
 /// The bus lets a program have a limited number of calls open at a time.
 constexpr int maximumCalls = 16;
 
+/// What the bus answers, or the service manager that starts programs for it.
 bool meansNoDaemon(const QString &errorName) {
     return errorName == "org.freedesktop.DBus.Error.ServiceUnknown"_L1 ||
            errorName == "org.freedesktop.DBus.Error.NameHasNoOwner"_L1 ||
-           errorName.startsWith("org.freedesktop.DBus.Error.Spawn."_L1);
+           errorName == "org.freedesktop.DBus.Error.TimedOut"_L1 ||
+           errorName.startsWith("org.freedesktop.DBus.Error.Spawn."_L1) ||
+           errorName.startsWith("org.freedesktop.systemd1."_L1);
 }
 
 } // namespace
@@ -87,7 +90,7 @@ void NotificationDaemon::askForAbilities() {
     ++m_asking;
     // Asked each time: the daemon may be another one than last time. Where it does not say, the
     // body is escaped: a visible "&amp;" is better than text from outside read as markup.
-    m_daemon.call(u"GetCapabilities"_s, {}, this, [this](const QDBusMessage &reply) {
+    const auto handleAnswer = [this](const QDBusMessage &reply) {
         --m_asking;
         const bool answered =
             reply.type() == QDBusMessage::ReplyMessage && reply.signature() == "as"_L1;
@@ -101,7 +104,9 @@ void NotificationDaemon::askForAbilities() {
         m_queue.pop_front();
         notify(std::move(next), {.escapesBody = !answered || told.contains("body-markup"_L1),
                                  .hasActions = told.contains("actions"_L1)});
-    });
+    };
+    // A daemon may take seconds to start, and a notification that is given up is lost.
+    m_daemon.call(u"GetCapabilities"_s, {}, this, handleAnswer, DBusService::Patience::Endless);
 }
 
 void NotificationDaemon::notify(Delivery delivery, Abilities abilities) {
@@ -121,20 +126,21 @@ void NotificationDaemon::notify(Delivery delivery, Abilities abilities) {
         hints,
         -1, // Stays for as long as the daemon likes.
     };
-    m_daemon.call(u"Notify"_s, arguments, this,
-                  [this, delivery = std::move(delivery), isClickable = abilities.hasActions,
-                   owner = m_owner](const QDBusMessage &reply) {
-                      --m_calls;
-                      if (reply.type() == QDBusMessage::ErrorMessage) {
-                          handleFailure(delivery, reply, owner);
-                      } else {
-                          const bool isNumber = reply.signature() == "u"_L1;
-                          if (isClickable && isNumber && owner == m_owner)
-                              m_clickable.insert(reply.arguments().constFirst().toUInt());
-                          finish(delivery);
-                      }
-                      askForAbilities();
-                  });
+    auto handleAnswer = [this, delivery = std::move(delivery), isClickable = abilities.hasActions,
+                         owner = m_owner](const QDBusMessage &reply) {
+        --m_calls;
+        if (reply.type() == QDBusMessage::ErrorMessage) {
+            handleFailure(delivery, reply, owner);
+        } else {
+            const bool isNumber = reply.signature() == "u"_L1;
+            if (isClickable && isNumber && owner == m_owner)
+                m_clickable.insert(reply.arguments().constFirst().toUInt());
+            finish(delivery);
+        }
+        askForAbilities();
+    };
+    m_daemon.call(u"Notify"_s, arguments, this, std::move(handleAnswer),
+                  DBusService::Patience::Endless);
     askForAbilities();
 }
 
@@ -145,6 +151,8 @@ void NotificationDaemon::finish(const Delivery &delivery) {
 
 void NotificationDaemon::handleFailure(Delivery delivery, const QDBusMessage &error,
                                        quint64 owner) {
+    if (!m_daemon.isBusConnected())
+        return; // The user's session has ended, and nobody has refused it.
     const bool daemonWent = m_owner != owner;
     const bool canWait =
         (meansNoDaemon(error.errorName()) || daemonWent) && delivery.attempts < maximumAttempts;
@@ -157,7 +165,7 @@ void NotificationDaemon::handleFailure(Delivery delivery, const QDBusMessage &er
     if (m_waiting.empty()) // One line for all of them.
         qCWarning(desktopLog, "notification waits for a daemon to show it: %s",
                   qPrintable(error.errorName()));
-    if (!daemonWent)
+    if (!daemonWent && !m_hasDaemon)
         --delivery.attempts; // Nobody has got it yet.
     m_waiting.push_back(std::move(delivery));
     if (m_hasDaemon) // Its successor came before the failure.

@@ -18,15 +18,17 @@ namespace tarne {
 /// The desktop's notification daemon, org.freedesktop.Notifications on the session bus.
 ///
 /// Notifications are shown in the order in which they were handed over, a few at a time. One that
-/// finds no daemon waits until one appears. The body is escaped where the daemon reads markup, so
-/// that it is shown as the plain text it is. Where the daemon has actions, a click on a
-/// notification and its button "Open" are told by `activated`. Main thread only.
+/// finds no daemon waits until one appears, and one that takes its time is waited for. The body is
+/// escaped where the daemon reads markup, so that it is shown as the plain text it is. Where the
+/// daemon has actions, a click on a notification and its button "Open" are told by `activated`.
+/// Main thread only.
 class NotificationDaemon final : public QObject {
     Q_OBJECT
 
 public:
     /// Called once, when the notification is no longer this object's business: the daemon has taken
-    /// it, or has refused it for good, which standard error was told.
+    /// it, or has refused it for good, which standard error was told. Not called where the bus ends
+    /// before.
     using Done = std::function<void()>;
 
     explicit NotificationDaemon(QDBusConnection sessionBus);

@@ -91,24 +91,24 @@ PortalWishes::PortalWishes(QDBusConnection sessionBus, DrawnScale drawnScale, Ch
 void PortalWishes::ask() {
     const QStringList groups{common, gnome, gnomeAccessibility, kde};
     m_changedMeanwhile.emplace();
-    m_portal.call(
-        u"ReadAll"_s, {groups}, this, [this, asked = ++m_asked](const QDBusMessage &reply) {
-            if (asked != m_asked)
-                return;
-            const auto changes = std::exchange(m_changedMeanwhile, std::nullopt);
-            if (reply.type() != QDBusMessage::ReplyMessage || reply.signature() != u"a{sa{sv}}"_s)
-                return;
-            m_settings = {};
-            const auto values =
-                qdbus_cast<QMap<QString, QVariantMap>>(reply.arguments().constFirst());
-            for (auto group = values.begin(); group != values.end(); ++group) {
-                for (auto entry = group->begin(); entry != group->end(); ++entry)
-                    note({group.key(), entry.key(), unwrapped(entry.value())});
-            }
-            for (const Change &change : *changes)
-                note(change);
-            tell();
-        });
+    const auto handleAnswer = [this, asked = ++m_asked](const QDBusMessage &reply) {
+        if (asked != m_asked)
+            return;
+        const auto changes = std::exchange(m_changedMeanwhile, std::nullopt);
+        if (reply.type() != QDBusMessage::ReplyMessage || reply.signature() != u"a{sa{sv}}"_s)
+            return;
+        m_settings = {};
+        const auto values = qdbus_cast<QMap<QString, QVariantMap>>(reply.arguments().constFirst());
+        for (auto group = values.begin(); group != values.end(); ++group) {
+            for (auto entry = group->begin(); entry != group->end(); ++entry)
+                note({group.key(), entry.key(), unwrapped(entry.value())});
+        }
+        for (const Change &change : *changes)
+            note(change);
+        tell();
+    };
+    // At a login the portal takes seconds to start, and it is asked only once.
+    m_portal.call(u"ReadAll"_s, {groups}, this, handleAnswer, DBusService::Patience::Endless);
 }
 
 void PortalWishes::handleChange(const QDBusMessage &signal) {

@@ -1,6 +1,7 @@
 #include "SingleInstance.h"
 
 #include <QDBusAbstractAdaptor>
+#include <QDBusError>
 #include <QDBusMessage>
 #include <QDeadlineTimer>
 
@@ -53,6 +54,10 @@ QDBusMessage busCall(const QString &method) {
                                           u"org.freedesktop.DBus"_s, method);
 }
 
+QDBusMessage requestOfName(uint flags) {
+    return busCall(u"RequestName"_s) << QString(name) << flags;
+}
+
 /// Asks the owner of the name on this bus to show its window.
 void sendActivate(QDBusConnection &bus) {
     QVariantMap platformData;
@@ -101,9 +106,14 @@ SingleInstance::Name SingleInstance::claimName() {
         return Name::NoBus;
     constexpr uint doNotQueue = 4;
     constexpr uint primaryOwner = 1;
-    auto request = busCall(u"RequestName"_s);
-    request << QString(name) << doNotQueue;
-    const QDBusMessage reply = bus.call(request, QDBus::Block, busTimeoutMilliseconds);
+    const QDBusMessage reply =
+        bus.call(requestOfName(doNotQueue), QDBus::Block, busTimeoutMilliseconds);
+    if (reply.errorName() == QDBusError::errorString(QDBusError::NoReply) && bus.isConnected()) {
+        // It will give us the name when it goes on. Where another start of the program is heard
+        // before us, the name is ours after that one, which the lock sends away.
+        bus.send(requestOfName(0));
+        return Name::Ours;
+    }
     const bool isAnswer = reply.type() == QDBusMessage::ReplyMessage && reply.signature() == "u"_L1;
     if (isAnswer && reply.arguments().constFirst().toUInt() == primaryOwner)
         return Name::Ours;
@@ -130,9 +140,12 @@ bool SingleInstance::claimStore() {
 }
 
 void SingleInstance::activateFirst() {
-    if (m_name == Name::Anothers) {
+    const QString address = m_place.lock.address();
+    // A further connection to a bus that hangs would be waited for without an end.
+    const bool isOnOurBus = address == m_place.busAddress && m_place.sessionBus.isConnected();
+    if (m_name == Name::Anothers || (isOnOurBus && !address.isEmpty())) {
         sendActivate(m_place.sessionBus);
-    } else if (const QString address = m_place.lock.address(); !address.isEmpty()) {
+    } else if (!address.isEmpty()) {
         const auto connection = u"com.tarne.app first"_s;
         QDBusConnection bus = QDBusConnection::connectToBus(address, connection);
         if (bus.isConnected())

@@ -15,8 +15,9 @@ namespace tarne {
 /// Construction claims both: the name com.tarne.app on the session bus, with the interface
 /// org.freedesktop.Application under it, and the lock of the store, since two programs may live on
 /// two buses or on none. To be constructed before anything else is opened, logged or swept. The bus
-/// daemon is waited for, for 2 s at most; so is a program that is about to end, for 30 s; any other
-/// process never is. To be destroyed after the store is closed.
+/// daemon is waited for, for 2 s at most; where it answers later, the lock decides, and the first
+/// has the name then. A program that is about to end is waited for too, for 30 s; any other process
+/// never is. To be destroyed after the store is closed.
 class SingleInstance final : public QObject {
     Q_OBJECT
 
@@ -54,7 +55,11 @@ public:
     void beginEnding();
 
 private:
-    enum class Name { Ours, Anothers, NoBus };
+    enum class Name {
+        Ours, ///< Or as soon as the bus answers.
+        Anothers,
+        NoBus,
+    };
 
     [[nodiscard]] Name claimName();
     void releaseName();

@@ -139,6 +139,16 @@ TEST_F(ADesktopBackgroundActivity, AHangingLogindIsNotWaitedFor) {
     m_logind->resume();
 }
 
+TEST_F(ADesktopBackgroundActivity, TakesALockThatComesLate) {
+    startLogind();
+    m_logind->hang();
+    m_activity->schedule([](const auto &) {});
+    EXPECT_FALSE(serveUntil([] { return false; }, 2500ms));
+    m_logind->resume();
+    EXPECT_TRUE(m_logind->waitForCalls(u"Inhibit"_s, 1));
+    EXPECT_FALSE(serveUntil([&] { return inhibitors().isEmpty(); }, 500ms));
+}
+
 TEST_F(ADesktopBackgroundActivity, ARestartedLogindIsAskedAnew) {
     startLogind();
     m_activity->schedule([](const auto &) {});

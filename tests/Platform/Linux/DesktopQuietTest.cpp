@@ -6,12 +6,14 @@
 
 #include <QDBusMessage>
 #include <QDBusPendingCall>
+#include <QTimer>
 
 #include <gmock/gmock.h>
 
 #include <gio/gio.h>
 
 using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
 
 namespace tarne::test {
 namespace {
@@ -41,21 +43,37 @@ public:
 
     QStringList calls;
     bool wasAskedWhoItIs = false;
+    std::chrono::milliseconds delay = 0ms; ///< Of each answer.
 
 public Q_SLOTS:
-    QStringList GetCapabilities() { return m_abilities; }
-    QString GetServerInformation(QString &vendor, QString &version, QString &specification) {
+    QStringList GetCapabilities(const QDBusMessage &call) {
+        answerLate(call, {m_abilities});
+        return m_abilities;
+    }
+    QString GetServerInformation(const QDBusMessage &call, QString &vendor, QString &version,
+                                 QString &specification) {
         wasAskedWhoItIs = true;
         vendor = version = specification = u"1"_s;
+        answerLate(call, {m_program, vendor, version, specification});
         return m_program;
     }
-    uint Inhibit(const QString &application, const QString &, const QVariantMap &) {
+    uint Inhibit(const QString &application, const QString &, const QVariantMap &,
+                 const QDBusMessage &call) {
         calls += u"Inhibit "_s + application;
-        return ++m_cookie;
+        answerLate(call, {++m_cookie});
+        return m_cookie;
     }
     void UnInhibit(uint cookie) { calls += u"UnInhibit %1"_s.arg(cookie); }
 
 private:
+    void answerLate(const QDBusMessage &call, const QVariantList &answer) {
+        if (delay == 0ms)
+            return;
+        call.setDelayedReply(true);
+        QTimer::singleShot(delay, this,
+                           [this, call, answer] { m_bus.send(call.createReply(answer)); });
+    }
+
     QDBusConnection m_bus;
     QStringList m_abilities;
     QString m_program;
@@ -110,6 +128,34 @@ TEST_F(AQuietDesktop, ThatIsNotWantedAnyMoreBeforeTheAnswerIsUndoneByIt) {
     m_quiet->setQuiet(true);
     m_quiet->setQuiet(false);
     EXPECT_TRUE(getsCalls({inhibited, u"UnInhibit 7"_s}));
+}
+
+TEST_F(AQuietDesktop, ThatIsAnsweredLateIsUndoneAllTheSame) {
+    startInhibitingDaemon();
+    make();
+    ASSERT_TRUE(isPossible());
+    m_daemon->delay = 2500ms;
+    m_quiet->setQuiet(true);
+    ASSERT_TRUE(getsCalls({inhibited}));
+    EXPECT_FALSE(serveUntil([] { return false; }, 2300ms));
+    m_quiet->setQuiet(false);
+    EXPECT_TRUE(getsCalls({inhibited, u"UnInhibit 7"_s}));
+}
+
+TEST_F(AQuietDesktop, IsPossibleWithADaemonThatAnswersLate) {
+    startInhibitingDaemon();
+    m_daemon->delay = 2500ms;
+    make();
+    EXPECT_TRUE(isPossible());
+}
+
+TEST_F(AQuietDesktop, IsPossibleOnABusThatAnswersLate) {
+    startInhibitingDaemon();
+    m_bus.hang();
+    make();
+    EXPECT_FALSE(serveUntil([] { return false; }, 2500ms));
+    m_bus.resume();
+    EXPECT_TRUE(isPossible());
 }
 
 TEST_F(AQuietDesktop, ComesWithADaemonThatComesLaterAndWithItsSuccessor) {
@@ -186,6 +232,12 @@ TEST_F(AQuietGnome, ShowsNoBannersAndThenAgain) {
     EXPECT_TRUE(showsBanners());
     EXPECT_TRUE(isUntouched());
     EXPECT_TRUE(m_defaults.values().isEmpty());
+}
+
+TEST_F(AQuietGnome, IsPossibleWhereItAnswersLate) {
+    m_daemon->delay = 2500ms;
+    make();
+    EXPECT_TRUE(isPossible());
 }
 
 TEST_F(AQuietGnome, GetsBackWhatTheUserHadChosen) {

@@ -190,6 +190,16 @@ TEST_F(DesktopsWishes, AHangingPortalHoldsNobodyUp) {
     m_portal->resume();
 }
 
+TEST_F(DesktopsWishes, AreHeardFromAPortalThatAnswersLate) {
+    startPortal(holding(gnome, u"text-scaling-factor"_s, u"1.25"_s));
+    m_portal->hang();
+    follow();
+    EXPECT_FALSE(serveUntil([] { return false; }, 2500ms));
+    m_portal->resume();
+    ASSERT_TRUE(waitForTold(1));
+    EXPECT_THAT(m_told, ElementsAre(DesktopWishes{.textScale = 1.25}));
+}
+
 TEST(DesktopsWishesWithoutABus, AreNone) {
     bool told = false;
     PortalWishes wishes(

@@ -43,6 +43,7 @@ PrivateBus::PrivateBus(const QString &services, const QStringList &environment) 
     config.write("<busconfig><type>session</type><listen>unix:path=" +
                  QFile::encodeName(m_folder.filePath(u"bus"_s)) + "</listen><auth>EXTERNAL</auth>" +
                  QFile::encodeName(folder) +
+                 "<include ignore_missing=\"yes\">limits.conf</include>"
                  "<policy context=\"default\">"
                  "<allow send_destination=\"*\" eavesdrop=\"true\"/>"
                  "<allow eavesdrop=\"true\"/><allow own=\"*\"/></policy></busconfig>");
@@ -110,6 +111,22 @@ void PrivateBus::resume() {
     signalProcess(m_daemon, SIGCONT);
 }
 
+void PrivateBus::reload() {
+    const QDBusMessage reply = connect().call(
+        QDBusMessage::createMethodCall(u"org.freedesktop.DBus"_s, u"/org/freedesktop/DBus"_s,
+                                       u"org.freedesktop.DBus"_s, u"ReloadConfig"_s));
+    EXPECT_EQ(reply.type(), QDBusMessage::ReplyMessage) << qPrintable(reply.errorMessage());
+}
+
+void PrivateBus::limitStarts(std::chrono::milliseconds limit) {
+    QFile limits(m_folder.filePath(u"limits.conf"_s));
+    EXPECT_TRUE(limits.open(QIODevice::WriteOnly));
+    limits.write("<busconfig><limit name=\"service_start_timeout\">" +
+                 QByteArray::number(qint64(limit.count())) + "</limit></busconfig>");
+    limits.close();
+    reload();
+}
+
 QDBusConnection noBus() {
     return QDBusConnection(u"no bus"_s);
 }
@@ -140,6 +157,13 @@ std::unique_ptr<MockService> MockService::bare(PrivateBus &bus, const QString &n
     return mock;
 }
 
+std::unique_ptr<MockService> MockService::startedBy(PrivateBus &bus, const QString &name) {
+    std::unique_ptr<MockService> mock(
+        new MockService(bus, name, u"/"_s + QString(name).replace(u'.', u'/'), name));
+    mock->awaitName();
+    return mock;
+}
+
 MockService::~MockService() {
     kill();
 }
@@ -153,6 +177,10 @@ void MockService::start(const QStringList &arguments) {
     m_process.setStandardOutputFile(QProcess::nullDevice());
     // Debian's own interpreter: its packages hold the mock.
     m_process.start(u"/usr/bin/python3"_s, QStringList{u"-m"_s, u"dbusmock"_s} + arguments);
+    awaitName();
+}
+
+void MockService::awaitName() {
     EXPECT_TRUE(serveUntil([&] {
         return m_connection.interface()->isServiceRegistered(m_name).value();
     })) << qPrintable(m_name);

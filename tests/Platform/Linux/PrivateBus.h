@@ -5,6 +5,7 @@
 #include <QStringList>
 #include <QTemporaryDir>
 
+#include <chrono>
 #include <memory>
 #include <vector>
 
@@ -38,6 +39,11 @@ public:
     void hang();
     void resume();
 
+    /// The daemon looks at the folder of services anew.
+    void reload();
+    /// From now on a started program has so long to take its name, and then is killed.
+    void limitStarts(std::chrono::milliseconds limit);
+
 private:
     void start();
 
@@ -60,6 +66,8 @@ public:
     /// An object without methods; add them with `addMethod`.
     static std::unique_ptr<MockService> bare(PrivateBus &bus, const QString &name,
                                              const QString &path, const QString &interface);
+    /// A template's service that the bus starts, once it has the name. Its process is the bus's.
+    static std::unique_ptr<MockService> startedBy(PrivateBus &bus, const QString &name);
 
     ~MockService();
     MockService(const MockService &) = delete;
@@ -91,6 +99,7 @@ public:
 private:
     MockService(PrivateBus &bus, QString name, QString path, QString interface);
     void start(const QStringList &arguments);
+    void awaitName();
     QVariantList callMock(const QString &method, const QVariantList &arguments);
 
     PrivateBus &m_bus;

@@ -111,6 +111,19 @@ protected:
         return pending.reply();
     }
 
+    QString ownerOfName() {
+        return m_bus.connect().interface()->serviceOwner(u"com.tarne.app"_s).value();
+    }
+    /// Whether one more start brings the window up, once the bus has given the name away.
+    bool isReachable() {
+        EXPECT_TRUE(serveUntil([&] { return !ownerOfName().isEmpty(); }));
+        m_activations.clear();
+        const auto another = start();
+        EXPECT_FALSE(another->isFirst());
+        another->activateFirst();
+        return serveUntil([&] { return !m_activations.isEmpty(); }, 5s);
+    }
+
     LockState m_lock;
     PrivateBus m_bus;
     QStringList m_activations; ///< The tokens.
@@ -169,6 +182,36 @@ TEST_F(AProcessOnABus, ABusThatHangsIsWaitedForAFewSecondsOnly) {
     EXPECT_LT(timeOf([&] { instance = startAt(connection, m_bus.address()); }), 4s);
     EXPECT_TRUE(instance->isFirst()); // By the lock.
     m_bus.resume();
+    EXPECT_TRUE(isReachable());
+}
+
+TEST_F(AProcessOnABus, AsksTheFirstAlsoOnABusThatHangs) {
+    const auto first = start();
+    const QDBusConnection connection = m_bus.connect();
+    m_bus.hang();
+    const auto second = startAt(connection, m_bus.address());
+    EXPECT_FALSE(second->isFirst());
+    EXPECT_LT(timeOf([&] { second->activateFirst(); }), 4s);
+    m_bus.resume();
+    EXPECT_TRUE(serveUntil([&] { return m_activations.size() == 1; }));
+    EXPECT_TRUE(isReachable());
+}
+
+TEST_F(AProcessOnABus, HasTheNameInTheEndWhereTwoAreStartedOnABusThatHangs) {
+    // The bus may hear the second one before the first.
+    for (const bool isFirstConnectedFirst : {true, false}) {
+        QDBusConnection one = m_bus.connect();
+        QDBusConnection other = m_bus.connect();
+        if (!isFirstConnectedFirst)
+            std::swap(one, other);
+        m_bus.hang();
+        const auto first = startAt(one, m_bus.address());
+        EXPECT_TRUE(first->isFirst());
+        EXPECT_FALSE(startAt(other, m_bus.address())->isFirst());
+        m_bus.resume();
+        EXPECT_TRUE(serveUntil([&] { return ownerOfName() == one.baseService(); }));
+        EXPECT_TRUE(isReachable());
+    }
 }
 
 TEST_F(AProcessOnABus, SurvivesABusThatVanishes) {

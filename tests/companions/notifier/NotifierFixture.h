@@ -27,6 +27,21 @@ protected:
             QStringLiteral(R"({"capabilities": "%1"})").arg(capabilities));
     }
 
+    /// A daemon that does this, in Python, with every notification.
+    void startDaemonThat(const QString &code) {
+        const QString name = QStringLiteral("org.freedesktop.Notifications");
+        m_daemon =
+            MockService::bare(m_bus, name, QStringLiteral("/org/freedesktop/Notifications"), name);
+        m_daemon->addMethod(QStringLiteral("GetCapabilities"), {}, QStringLiteral("as"),
+                            QStringLiteral("ret = []"));
+        m_daemon->addMethod(QStringLiteral("Notify"), QStringLiteral("susssasa{sv}i"),
+                            QStringLiteral("u"), code);
+    }
+    void startRefusingDaemon(const QString &error) {
+        startDaemonThat(
+            QStringLiteral("raise dbus.exceptions.DBusException('no', name='%1')").arg(error));
+    }
+
     /// Starts the notifier, or ends it and starts it again.
     void start() {
         end();

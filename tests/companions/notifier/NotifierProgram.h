@@ -20,14 +20,16 @@
 
 namespace tarne::test {
 
-/// A folder with the notifier's service file and nothing else in it.
+/// A folder with the notifier's service file, and at first nothing else in it.
 class ServiceFolder {
 public:
     explicit ServiceFolder(const QString &program = QStringLiteral(TARNE_NOTIFIER)) {
-        QFile file(m_folder.filePath(QStringLiteral("com.tarne.app.Notifier1.service")));
+        offer(QStringLiteral("com.tarne.app.Notifier1"), program);
+    }
+    void offer(const QString &name, const QString &command) {
+        QFile file(m_folder.filePath(name + QStringLiteral(".service")));
         EXPECT_TRUE(file.open(QIODevice::WriteOnly));
-        file.write("[D-BUS Service]\nName=com.tarne.app.Notifier1\nExec=" + program.toUtf8() +
-                   "\n");
+        file.write("[D-BUS Service]\nName=" + name.toUtf8() + "\nExec=" + command.toUtf8() + "\n");
     }
     QString path() const { return m_folder.path(); }
 
@@ -54,6 +56,11 @@ public:
     QString dataFolder() const { return m_data.path(); }
     QString folder() const { return m_data.filePath(QStringLiteral("com.tarne.app/notifier")); }
     PrivateBus &bus() { return m_bus; }
+    /// From now on the bus starts a program for another name too.
+    void offer(const QString &name, const QString &command) {
+        m_services.offer(name, command);
+        m_bus.reload();
+    }
     QDBusConnection connection() { return m_caller; }
 
     /// The caller takes TARNE's name, as every caller of the notifier must.

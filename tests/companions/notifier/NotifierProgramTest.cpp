@@ -114,6 +114,58 @@ TEST_F(TheNotifierProgram, ThatIsKilledShowsLateWhatItMissed) {
     EXPECT_THAT(shown(), ElementsAre(u"missed"_s));
 }
 
+TEST_F(TheNotifierProgram, ShowsOnceWhatItMissedByADaemonThatTakesSecondsToStart) {
+    m_program.becomeTarne();
+    const Date moment = in(0.5);
+    m_program.add(u"missed"_s, components(moment));
+    m_program.kill();
+    EXPECT_TRUE(serveUntil([&] { return m_clock.now() > moment; }));
+    m_program.offer(notifications,
+                    u"/bin/sh -c \"sleep 5; exec /usr/bin/python3 -m dbusmock --template "
+                    "notification_daemon\""_s);
+    m_program.connection().interface()->startService(notifier::service);
+    m_daemon = MockService::startedBy(m_program.bus(), notifications);
+    EXPECT_TRUE(m_program.hasEnded());
+    EXPECT_THAT(shown(), ElementsAre(u"missed"_s));
+}
+
+TEST_F(TheNotifierProgram, KeepsADueRequestWhereTheBusGivesUpOnTheDaemonsStart) {
+    m_program.becomeTarne();
+    m_program.add(u"due"_s, farAway()); // Only to have the notifier running already.
+    m_program.bus().limitStarts(1s);
+    QTemporaryDir folder;
+    const QString starts = folder.filePath(u"starts"_s);
+    m_program.offer(notifications, u"/bin/sh -c \"echo $$ >>%1; exec sleep 1000\""_s.arg(starts));
+    m_program.add(u"due"_s, components(in(0.5)));
+    // Once for the question what it can do, once for the notification.
+    QList<QByteArray> processes;
+    ASSERT_TRUE(serveUntil([&] {
+        QFile file(starts);
+        if (file.open(QIODevice::ReadOnly))
+            processes = file.readAll().split('\n');
+        return processes.size() == 3;
+    }));
+    EXPECT_TRUE(NotifierProgram::hasGone(processes.at(0).toInt()));
+    EXPECT_TRUE(NotifierProgram::hasGone(processes.at(1).toInt()));
+    EXPECT_THAT(m_program.pending(), ElementsAre(u"due"_s));
+    startDaemon();
+    EXPECT_TRUE(m_program.hasEnded());
+    EXPECT_THAT(shown(), ElementsAre(u"due"_s));
+}
+
+TEST_F(TheNotifierProgram, ShowsByItsSuccessorWhatAHangingDaemonWasAskedFor) {
+    m_program.becomeTarne();
+    startDaemon();
+    m_daemon->hang();
+    m_program.add(u"now"_s, std::nullopt);
+    // Longer than two answers are waited for elsewhere.
+    EXPECT_FALSE(serveUntil([&] { return !m_program.isRunning(); }, 5s));
+    m_daemon->kill();
+    startDaemon();
+    EXPECT_TRUE(m_program.hasEnded());
+    EXPECT_THAT(shown(), ElementsAre(u"now"_s));
+}
+
 TEST_F(TheNotifierProgram, StartedAtLoginEndsAtOnceWhenNothingIsPending) {
     QProcess atLogin;
     startBeside(atLogin, m_program.bus());

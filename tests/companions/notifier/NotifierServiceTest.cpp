@@ -6,7 +6,11 @@
 #include <QDBusReply>
 #include <QElapsedTimer>
 
+#include <chrono>
+#include <thread>
+
 using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
 
 namespace tarne::test {
 namespace {
@@ -50,6 +54,20 @@ protected:
     QDBusConnection m_caller = m_bus.connect();
     std::unique_ptr<notifier::NotifierService> m_service;
 };
+
+TEST_F(TheNotifiersInterface, TakesItsNameFromABusThatAnswersLate) {
+    becomeTarne();
+    m_service->giveNameBack();
+    m_bus.hang();
+    // Longer than two questions are waited for elsewhere.
+    std::thread resumption([this] {
+        std::this_thread::sleep_for(5s);
+        m_bus.resume();
+    });
+    EXPECT_TRUE(m_service->takeName());
+    resumption.join();
+    EXPECT_EQ(add(u"a"_s).type(), QDBusMessage::ReplyMessage);
+}
 
 TEST_F(TheNotifiersInterface, AddsListsAndRemoves) {
     becomeTarne();

@@ -257,18 +257,50 @@ TEST_F(ANotifier, KeepsAReplacementThatComesWhileTheFirstIsBeingShown) {
     EXPECT_EQ(m_next, at(3, 2, 12));
 }
 
+TEST_F(ANotifier, KeepsWhatTheDaemonHasNotTakenWhenTheBusEnds) {
+    const QString asked = m_folder.filePath(u"asked"_s);
+    startDaemonThat(u"import time; open('%1', 'w').close(); time.sleep(1000)"_s.arg(asked));
+    add(u"a"_s, at(3, 2, 11));
+    arriveAt(at(3, 2, 11));
+    ASSERT_TRUE(serveUntil([&] { return QFile::exists(asked); }));
+    m_bus.stop();
+    EXPECT_TRUE(serveUntil([&] { return !m_connection.isConnected(); }));
+    EXPECT_FALSE(serveUntil([&] { return stored().isEmpty(); }, 500ms));
+}
+
 TEST_F(ANotifier, GivesUpWhatTheDaemonRefuses) {
     const ExpectedWarning warning(u"was not taken"_s);
-    m_daemon =
-        MockService::bare(m_bus, u"org.freedesktop.Notifications"_s,
-                          u"/org/freedesktop/Notifications"_s, u"org.freedesktop.Notifications"_s);
-    m_daemon->addMethod(u"GetCapabilities"_s, {}, u"as"_s, u"ret = []"_s);
-    m_daemon->addMethod(u"Notify"_s, u"susssasa{sv}i"_s, u"u"_s,
-                        u"raise dbus.exceptions.DBusException('no', name='org.example.No')"_s);
+    startRefusingDaemon(u"org.example.No"_s);
     add(u"a"_s, at(3, 2, 11));
     arriveAt(at(3, 2, 11));
     EXPECT_TRUE(serveUntil([&] { return subject().isIdle(); }));
     EXPECT_TRUE(comesToStoreNothing());
+}
+
+TEST_F(ANotifier, GivesUpAfterThreeTimesWhatADaemonSaysThatNobodyShows) {
+    const ExpectedWarning warning(u"notification wa"_s); // It waits, and then was not taken.
+    start();
+    startRefusingDaemon(u"org.freedesktop.DBus.Error.TimedOut"_s);
+    add(u"a"_s, at(3, 2, 11));
+    arriveAt(at(3, 2, 11));
+    EXPECT_TRUE(serveUntil([&] { return subject().isIdle(); }));
+    EXPECT_TRUE(comesToStoreNothing());
+    EXPECT_THAT(m_daemon->calls(u"Notify"_s), testing::SizeIs(3));
+}
+
+TEST_F(ANotifier, KeepsWhatTheServiceManagerStartsNoDaemonFor) {
+    // Asked by the bus, the service manager answers in the daemon's place.
+    startRefusingDaemon(u"org.freedesktop.systemd1.NoSuchUnit"_s);
+    {
+        const ExpectedWarning warning(u"waits for a daemon"_s);
+        add(u"a"_s, at(3, 2, 11));
+        arriveAt(at(3, 2, 11));
+        EXPECT_TRUE(serveUntil([&] { return warning.isMet(); }));
+    }
+    EXPECT_THAT(stored(), ElementsAre(u"a"_s));
+    m_daemon.reset();
+    startDaemon();
+    EXPECT_THAT(shown(), ElementsAre(u"a"_s));
 }
 
 TEST_F(ANotifier, ShowsAThousandThatAreDueAtOnceInTheirOrder) {
