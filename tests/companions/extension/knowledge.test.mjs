@@ -1,40 +1,11 @@
 import assert from "node:assert/strict";
-import { webcrypto } from "node:crypto";
 import { test } from "node:test";
-import { Knowledge } from "../../../companions/extension/background/knowledge.js";
 import { RuleKeeper } from "../../../companions/extension/background/ruleKeeper.js";
 import { parseFrame } from "../../../companions/extension/shared/frames.js";
-
-// Debian's runtime has it under this name only.
-globalThis.crypto ??= webcrypto;
+import { makeKnowledge, watching } from "./knowing.mjs";
 
 const off = { verdict: "off_task", confidence: 0.9, reason: "" };
 const page = "https://example.org/a";
-
-/** A storage as the browser's: what is stored is a copy. */
-function makeArea(content = {}) {
-  return { content,
-    get: async (keys) => Object.fromEntries(keys.filter((key) => key in content)
-      .map((key) => [key, structuredClone(content[key])])),
-    set: async (values) => { Object.assign(content, structuredClone(values)); } };
-}
-
-async function makeKnowledge({ local = makeArea(), session = makeArea() } = {}) {
-  const time = { now: 1_000_000 };
-  const knowledge = new Knowledge({ storage: { local, session }, clock: () => time.now });
-  await knowledge.load();
-  const say = (frame) => knowledge.takeFrame(parseFrame({ v: 1, ...frame }));
-  const start = (goals = "Write", id = "A") => say({ type: "session", state: "active", id, goals,
-    ends: time.now + 1500, duration: 1500 });
-  return { knowledge, time, say, start, areas: { local, session } };
-}
-
-async function watching(areas) {
-  const made = await makeKnowledge(areas);
-  made.start();
-  made.say({ type: "server", state: "ready" });
-  return made;
-}
 
 test("a restarted worker knows nothing until the bridge speaks, and then what it knew", async () => {
   const { knowledge, areas } = await watching();
