@@ -62,6 +62,23 @@ class BlockingTest(BrowserTestCase):
         self.assertEqual(self.browser.run("return document.querySelector('#field').value"), "half")
         self.assert_stays(lambda: not self.is_blocked, "the page stays")
 
+    def test_input_that_the_page_takes_for_its_default_is_covered_too(self):
+        """As libraries do it that hold what a field shows."""
+        for name, tag in (("input", "<input {}>"), ("textarea", "<textarea {}></textarea>")):
+            for keys in ((), (self.browser.keys.TAB,)):
+                with self.subTest(name, keys=keys):
+                    host = f"controlled-{name}-{len(keys)}.example"
+                    self.web.put(host, "/", tag.format(
+                        "id='field' oninput='this.defaultValue = this.value'") + "<button>Send</button>")
+                    self.visit(f"http://{host}/")
+                    self.browser.type("#field", "half")
+                    self.browser.press(*keys)
+                    self.start_session(lambda page: off_task(), goals=f"Goals for {host}")
+                    self.eventually(lambda: self.is_covered, "the page is covered")
+                    self.assertEqual(self.browser.address, f"http://{host}/")
+                    self.bridge.end_session()
+                    self.eventually(lambda: not self.is_covered, "it is free")
+
     def test_edited_text_is_covered(self):
         self.cover("note.example", lambda: self.browser.type("#note", "a letter"))
 
@@ -84,6 +101,11 @@ class BlockingTest(BrowserTestCase):
         self.web.put("untouched.example", "/", FORM.format(method="post"))
         self.start_session(lambda page: off_task())
         self.block("http://untouched.example/")
+
+    def test_a_filled_form_that_nobody_has_touched_is_left(self):
+        self.web.put("filled.example", "/", "<input value='given'><textarea>given</textarea>")
+        self.start_session(lambda page: off_task())
+        self.block("http://filled.example/")
 
     def test_the_answer_to_a_posted_form_is_covered(self):
         self.web.put("posted.example", "/", FORM.format(method="post"))

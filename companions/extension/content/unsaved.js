@@ -10,12 +10,17 @@
     }
   }
 
+  // Some pages make all that is typed the default of its field at once. The browser knows which fields
+  // the user has changed, but says it only when the focus has left them.
+  const isTyped = (field) => field.value !== "" && (field.getRootNode().activeElement === field
+    || field.matches(":user-valid, :user-invalid"));
+  const isChangedText = (field) => field.value !== field.defaultValue || isTyped(field);
   const isChangedInput = (input) => {
     if (["hidden", "button", "submit", "reset", "image"].includes(input.type)) return false;
     if (["checkbox", "radio"].includes(input.type)) return input.checked !== input.defaultChecked;
     // These two have a value of their own where the page gives none.
     if (["range", "color"].includes(input.type) && !input.hasAttribute("value")) return false;
-    return input.value !== input.defaultValue;
+    return isChangedText(input);
   };
   const isChangedSelect = (select) => {
     const options = [...select.options];
@@ -30,7 +35,7 @@
 
   const holds = (root, selector, test) => [...root.querySelectorAll(selector)].some(test);
   return roots.some((root) => holds(root, "input", isChangedInput)
-    || holds(root, "textarea", (area) => area.value !== area.defaultValue)
+    || holds(root, "textarea", isChangedText)
     || holds(root, "select", isChangedSelect)
     || holds(root, "[contenteditable]", hasEditableText))
     || (document.designMode === "on" && (document.body?.textContent ?? "").trim() !== "");
