@@ -141,6 +141,41 @@ class BlockingTest(BrowserTestCase):
         self.eventually(lambda: not self.tab_state("http://muted.example/")["mutedInfo"]["muted"],
                         "no longer muted")
 
+    def test_a_cover_that_comes_back_from_the_history_goes_where_its_session_is_over(self):
+        self.cover("again.example", lambda: self.browser.type("#field", "half"))
+        self.bridge.judge = lambda page: on_task()
+        self.browser.run("window.isSameDocument = true")
+        self.browser.run("location.href = 'http://meanwhile.example/'")
+        self.wait_until_at("http://meanwhile.example/")
+        self.wait_until_asked("http://meanwhile.example")
+        self.bridge.end_session()
+        # Behind the script's end: a driver runs one again whose page goes while it runs.
+        self.browser.run("setTimeout(() => history.back())")
+        self.wait_until_at("http://again.example/")
+        self.eventually(lambda: not self.is_covered, "it is free")
+        self.assertEqual(self.browser.run("return document.querySelector('#field').value"), "half")
+        # The other browser loads the page anew, with what was typed.
+        if self.browser.name == "firefox":
+            self.assertTrue(self.browser.run("return window.isSameDocument"), "the page was kept")
+
+    def test_a_cover_goes_with_its_session_when_the_worker_was_ended_meanwhile(self):
+        if self.browser.name != "chromium":
+            self.skipTest("Only this browser lets its worker be ended over the wire.")
+        self.cover("outlived.example", lambda: self.browser.type("#field", "half"))
+        covered = self.browser.tab
+        self.browser.new_tab()
+        self.assertTrue(self.tab_state("http://outlived.example/")["mutedInfo"]["muted"])
+        hellos = len(self.bridge.hellos)
+        self.browser.end_workers()
+        self.bridge.end_session()
+        self.browser.show(covered)
+        self.eventually(lambda: len(self.bridge.hellos) > hellos, "the worker is there again")
+        self.eventually(lambda: not self.is_covered, "it is free")
+        self.assertEqual(self.browser.run("return document.querySelector('#field').value"), "half")
+        self.browser.new_tab()
+        self.eventually(lambda: not self.tab_state("http://outlived.example/")["mutedInfo"]["muted"],
+                        "no longer muted")
+
     def test_escape_does_not_take_the_cover_away(self):
         self.cover("escape.example", lambda: self.browser.type("#field", "half"))
         keys = self.browser.keys

@@ -52,14 +52,14 @@ export class TabView {
     if (tab !== null && !tab.mutedInfo?.muted) await this.#mute(tabId, true);
   }
 
-  /** Takes away what `showStrip` and `cover` have put on the page. */
+  /** Takes away what `showStrip` and `cover` have put on the page. Gives whether it could be reached. */
   async clear(tabId) {
     const frames = await this.#run({ tabId }, { func: () => {
-      const isCovered = globalThis.tarneCompanionCover?.hide() === true;
+      globalThis.tarneCompanionCover?.hide();
       globalThis.tarneCompanionStrip?.hide();
-      return isCovered;
     } });
-    if (frames?.[0]?.result === true) await this.unmute(tabId);
+    await this.unmute(tabId);
+    return frames !== null && frames.length > 0;
   }
 
   // Only where the extension has muted it: the user's own muting stays.
