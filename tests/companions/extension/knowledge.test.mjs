@@ -81,6 +81,28 @@ test("a site of which a part is allowed is not stopped by a rule", async () => {
   assert.equal(knowledge.decide("https://docs.a.org/work/x").action, "pass");
 });
 
+for (const [blockedEntry, allowedEntry, address] of [
+  ["a.org", "a.org/work", "https://a.org/work/x"],
+  ["old.a.org", "a.org/work", "https://old.a.org/work/x"],
+  ["a.org/work/old", "a.org/work", "https://a.org/work/old/x"],
+  ["a.org/work", "docs.a.org/work/x", "https://docs.a.org/work/x"],
+  ["a.org/work", "a.org/work", "https://a.org/work"],
+]) {
+  test(`no rule for ${blockedEntry} stops what is allowed by ${allowedEntry}`, async () => {
+    const { knowledge } = await watching();
+    await knowledge.changeSettings({ blockList: [blockedEntry, "b.org"], allowList: [allowedEntry] });
+    assert.equal(knowledge.decide(address).action, "pass");
+    assert.deepEqual(knowledge.blockedNow.blockList, ["b.org"]);
+  });
+}
+
+test("a rule stays where what is allowed lies beside it", async () => {
+  const { knowledge } = await watching();
+  const blockList = ["a.org/play", "b.org", "bb.org/worker", "docs.a.org/play"];
+  await knowledge.changeSettings({ blockList, allowList: ["a.org/work", "bb.org/work"] });
+  assert.deepEqual(knowledge.blockedNow.blockList, blockList);
+});
+
 test("an error that says nothing about the next page changes nothing", async () => {
   const { knowledge } = await watching();
   assert.equal(knowledge.takeError(parseFrame({ v: 1, id: 1, error: "no_session" })), false);
