@@ -11,6 +11,8 @@ export class Inquiry {
   #onLearnt;
   #asked = new Set();
   #fresh = new Set();
+  // The goals with which the model has failed at an address.
+  #failed = new Map();
 
   /** `onLearnt` is called when something new is known: rules and visible pages follow it. */
   constructor({ knowledge, bridge, view, onLearnt }) {
@@ -80,12 +82,20 @@ export class Inquiry {
     const { error, verdict, confidence, reason } = answer;
     if (error === undefined) {
       this.#learn(session, address, { verdict, confidence, reason, page });
-    } else if (error === "bad_request") {
-      // What the server cannot read now it cannot read later either.
+    } else if (error === "bad_request" || (error === "model" && this.#hasFailed(session, address))) {
+      // What the server cannot read now it cannot read later either. A page that the model refuses would
+      // be asked about again and again, and silence the questions about all others each time.
       this.#learn(session, address, { verdict: "unsure", confidence: 0, reason: "" });
     } else if (this.#knowledge.takeError(answer)) {
       this.#onLearnt();
     }
+  }
+
+  // Notes that the model has failed. Gives whether it had done so before.
+  #hasFailed(session, address) {
+    const isAgain = this.#failed.get(address) === session.goals;
+    this.#failed.set(address, session.goals);
+    return isAgain;
   }
 
   // An answer about the goals of a session that is over says nothing about this one.

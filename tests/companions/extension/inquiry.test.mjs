@@ -1,4 +1,5 @@
 import assert from "node:assert/strict";
+import { EventEmitter, once } from "node:events";
 import { test } from "node:test";
 import { Inquiry } from "../../../companions/extension/background/inquiry.js";
 import { watching } from "./knowing.mjs";
@@ -8,26 +9,27 @@ const seen = { address: page, title: "A title", description: "", isSensitive: fa
 
 /** An inquiry whose looks at pages end when the test says so. */
 async function makeInquiry() {
-  const made = { ...await watching(), questions: [], tab: { active: true }, looks: [] };
+  const made = { ...await watching(), questions: [], tab: { active: true }, looks: [],
+    events: new EventEmitter(), answer: { kind: "answer", verdict: "on_task", confidence: 1, reason: "" } };
   await made.knowledge.changeSettings({ consent: "title" });
   const view = {
-    look: () => new Promise((resolve) => made.looks.push(resolve)),
+    look: () => new Promise((resolve) => {
+      made.looks.push(resolve);
+      made.events.emit("look");
+    }),
     tab: async () => made.tab,
   };
   const bridge = { ask: async (question) => {
     made.questions.push(question);
-    return { verdict: "on_task", confidence: 1, reason: "" };
+    return made.answer;
   } };
   made.inquiry = new Inquiry({ knowledge: made.knowledge, bridge, view, onLearnt: () => {} });
   return made;
 }
 
 /** Waits until the page is being looked at. */
-async function reachLook({ looks }) {
-  for (let turn = 0; turn < 1000 && looks.length === 0; turn += 1) {
-    await new Promise((resolve) => setImmediate(resolve));
-  }
-  assert.ok(looks.length > 0, "the page is looked at");
+async function reachLook({ looks, events }) {
+  if (looks.length === 0) await once(events, "look");
 }
 
 /** Asks about the page while `meanwhile` happens; gives what `ask` has given. */
@@ -117,4 +119,40 @@ test("a page that other goals already let through is not asked about for them", 
   await askWhile(made, ({ start }) => start("Read", "D"));
   assert.deepEqual(made.questions, []);
   assert.equal(made.knowledge.verdict(page).isByUser, true);
+});
+
+const failure = { kind: "answer", error: "model", retryAfter: 0 };
+
+test("a page that the model fails at twice counts as unsure, and silences no others", async () => {
+  const made = await makeInquiry();
+  made.answer = failure;
+  await askWhile(made, () => {});
+  assert.equal(made.knowledge.phase, "blind");
+  assert.equal(made.knowledge.verdict(page), undefined);
+  made.time.now += 15;
+  await askWhile(made, () => {});
+  assert.equal(made.knowledge.phase, "watching");
+  assert.equal(made.knowledge.verdict(page).verdict, "unsure");
+  assert.equal(made.questions.length, 2);
+});
+
+test("a model that failed at a page is asked about it for other goals", async () => {
+  const made = await makeInquiry();
+  made.answer = failure;
+  await askWhile(made, () => {});
+  made.start("Read", "B");
+  made.time.now += 15;
+  await askWhile(made, () => {});
+  assert.equal(made.knowledge.verdict(page), undefined);
+  assert.equal(made.knowledge.phase, "blind");
+});
+
+test("another error says nothing about the page, however often it comes", async () => {
+  const made = await makeInquiry();
+  made.answer = { ...failure, error: "offline" };
+  for (let time = 0; time < 3; time += 1) {
+    await askWhile(made, () => {});
+    made.time.now += 15;
+  }
+  assert.equal(made.knowledge.verdict(page), undefined);
 });
