@@ -264,6 +264,30 @@ class BlockingTest(BrowserTestCase):
         self.eventually(lambda: second not in self.browser.tabs and len(self.browser.tabs) == 2,
                         "a new tab has taken its place")
 
+    def test_each_block_page_of_a_history_stands_for_its_own_page(self):
+        self.start_session(self.off_task_but("aside"))
+        self.block("http://one.example/")
+        self.visit("http://aside.example/")
+        self.browser.run("location.href = 'http://two.example/'")
+        self.wait_until_blocked()
+        self.assertIn("two.example", self.text("#heading"))
+        self.browser.click("#back")
+        self.wait_until_at("http://aside.example/")
+        self.browser.run("setTimeout(() => history.back())")
+        self.wait_until_blocked()
+        self.eventually(lambda: "one.example" in self.text("#heading"), "it stands for the first page")
+        self.browser.click("#onTask")
+        self.wait_until_at("http://one.example/")
+
+    def test_a_block_page_from_which_another_blocked_page_is_opened_stands_for_that(self):
+        self.start_session(lambda page: off_task())
+        self.block("http://later.example/")
+        self.block("http://sooner.example/")
+        self.assertIn("sooner.example", self.text("#heading"))
+        self.browser.open("http://later.example/")
+        self.wait_until_blocked()
+        self.eventually(lambda: "later.example" in self.text("#heading"), "it stands for that page")
+
     def test_always_allow_frees_the_site(self):
         self.start_session(lambda page: off_task())
         self.block("http://allowed.example/a")

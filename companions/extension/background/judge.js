@@ -66,6 +66,11 @@ export class Judge {
     this.#dressed.delete(tabId);
   }
 
+  /** Whether a block page is on its way to the tab. */
+  isOpening(tabId) {
+    return this.#opening.has(tabId);
+  }
+
   /**
    * A page was stopped by a rule. Where the browser still shows the page before it, that one may hold
    * input, and is not left.
