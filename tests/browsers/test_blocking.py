@@ -68,8 +68,8 @@ class BlockingTest(BrowserTestCase):
             for keys in ((), (self.browser.keys.TAB,)):
                 with self.subTest(name, keys=keys):
                     host = f"controlled-{name}-{len(keys)}.example"
-                    self.web.put(host, "/", tag.format(
-                        "id='field' oninput='this.defaultValue = this.value'") + "<button>Send</button>")
+                    field = tag.format("id='field' oninput='this.defaultValue = this.value'")
+                    self.web.put(host, "/", field + "<button>Send</button>")
                     self.visit(f"http://{host}/")
                     self.browser.type("#field", "half")
                     self.browser.press(*keys)
@@ -360,6 +360,17 @@ class BlockingTest(BrowserTestCase):
         self.open_own("pages/options.html")
         self.eventually(lambda: "No session" in self.text("#phase"), "the end is known")
         self.visit("http://listed.example/")
+
+    def test_an_entry_that_is_too_long_for_a_rule_takes_no_other_rule_away(self):
+        path = "/" + "/".join(["a-part-of-a-long-path"] * 40)
+        entries = [f"long.example{path}", "short.example", "some.example/part"]
+        self.settings(consent=None, block=entries)
+        self.start_session()
+        self.block(f"http://long.example{path}")
+        for address in ("http://short.example/", "http://some.example/part/a"):
+            self.browser.new_tab()
+            self.block(address)
+        self.assertEqual(self.web.visits("short.example") + self.web.visits("some.example"), 0)
 
     def test_the_allow_list_comes_first(self):
         self.settings(consent="title", allow=["docs.both.example"], block=["both.example"])

@@ -121,6 +121,8 @@ test("an error that comes after the bridge is lost does not bring it back", asyn
 function makeRules({ refuses = () => false } = {}) {
   const made = { rules: [], calls: 0,
     getSessionRules: async () => made.rules,
+    isRegexSupported: async ({ regex }) => ({
+      isSupported: !refuses({ condition: { regexFilter: regex } }) }),
     updateSessionRules: async ({ removeRuleIds, addRules }) => {
       made.calls += 1;
       if (addRules.some(refuses)) throw new Error("refused");
@@ -160,4 +162,12 @@ test("changes that come at once end in the last one", async () => {
   await Promise.all([keeper.apply(blocked), keeper.apply(null), keeper.apply({ ...blocked,
     addresses: ["https://example.org/last"] })]);
   assert.equal(rules.rules[0].condition.urlFilter, "|https://example.org/last|");
+});
+
+test("a part of a site that the browser can make no rule of takes no other rule away", async () => {
+  const rules = makeRules({ refuses: ({ condition }) => condition.regexFilter?.length > 99 });
+  const tooLong = `a.org/${"x".repeat(100)}`;
+  await new RuleKeeper(rules).apply({ ...blocked, blockList: [tooLong, "a.org/short", "b.org"] });
+  assert.deepEqual(rules.rules.map(({ condition }) => condition.requestDomains ?? condition.urlFilter),
+    [["b.org"], ["a.org"], `|${page}|`, `|${page}#`]);
 });
