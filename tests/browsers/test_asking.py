@@ -11,7 +11,7 @@ class AskingTest(BrowserTestCase):
         self.visit(address)
         origin = origin or address.rpartition("/")[0]
         self.assert_stays(lambda: self.bridge.asked_about(origin) == [],
-                          f"{address} is not asked about")
+                          f"{address} is not asked about", seconds=2.0)
 
     def test_a_page_is_asked_about_once(self):
         self.start_session()
@@ -47,6 +47,9 @@ class AskingTest(BrowserTestCase):
             "card": "<input autocomplete='section-a cc-number'>",
             "frame": "<iframe srcdoc=\"<input type='password'>\"></iframe>",
             "shadow": "<div><template shadowrootmode='open'><input type='password'></template></div>",
+            "closed": "<p><template shadowrootmode='closed'><input type='password'></template></p>",
+            "late": "<script>setTimeout(() => { document.body.append(Object.assign("
+                    "document.createElement('input'), {type: 'password'})); }, 200)</script>",
         }
         self.start_session()
         for name, body in bodies.items():

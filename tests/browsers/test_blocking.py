@@ -62,6 +62,23 @@ class BlockingTest(BrowserTestCase):
         self.assertEqual(self.browser.run("return document.querySelector('#field').value"), "half")
         self.assert_stays(lambda: not self.is_blocked, "the page stays")
 
+    def test_input_that_the_page_takes_for_its_default_is_covered_too(self):
+        """As libraries do it that hold what a field shows."""
+        for name, tag in (("input", "<input {}>"), ("textarea", "<textarea {}></textarea>")):
+            for keys in ((), (self.browser.keys.TAB,)):
+                with self.subTest(name, keys=keys):
+                    host = f"controlled-{name}-{len(keys)}.example"
+                    field = tag.format("id='field' oninput='this.defaultValue = this.value'")
+                    self.web.put(host, "/", field + "<button>Send</button>")
+                    self.visit(f"http://{host}/")
+                    self.browser.type("#field", "half")
+                    self.browser.press(*keys)
+                    self.start_session(lambda page: off_task(), goals=f"Goals for {host}")
+                    self.eventually(lambda: self.is_covered, "the page is covered")
+                    self.assertEqual(self.browser.address, f"http://{host}/")
+                    self.bridge.end_session()
+                    self.eventually(lambda: not self.is_covered, "it is free")
+
     def test_edited_text_is_covered(self):
         self.cover("note.example", lambda: self.browser.type("#note", "a letter"))
 
@@ -84,6 +101,11 @@ class BlockingTest(BrowserTestCase):
         self.web.put("untouched.example", "/", FORM.format(method="post"))
         self.start_session(lambda page: off_task())
         self.block("http://untouched.example/")
+
+    def test_a_filled_form_that_nobody_has_touched_is_left(self):
+        self.web.put("filled.example", "/", "<input value='given'><textarea>given</textarea>")
+        self.start_session(lambda page: off_task())
+        self.block("http://filled.example/")
 
     def test_the_answer_to_a_posted_form_is_covered(self):
         self.web.put("posted.example", "/", FORM.format(method="post"))
@@ -117,6 +139,41 @@ class BlockingTest(BrowserTestCase):
         self.assertEqual(self.browser.run("return document.querySelector('#field').value"), "half")
         self.browser.new_tab()
         self.eventually(lambda: not self.tab_state("http://muted.example/")["mutedInfo"]["muted"],
+                        "no longer muted")
+
+    def test_a_cover_that_comes_back_from_the_history_goes_where_its_session_is_over(self):
+        self.cover("again.example", lambda: self.browser.type("#field", "half"))
+        self.bridge.judge = lambda page: on_task()
+        self.browser.run("window.isSameDocument = true")
+        self.browser.run("location.href = 'http://meanwhile.example/'")
+        self.wait_until_at("http://meanwhile.example/")
+        self.wait_until_asked("http://meanwhile.example")
+        self.bridge.end_session()
+        # Behind the script's end: a driver runs one again whose page goes while it runs.
+        self.browser.run("setTimeout(() => history.back())")
+        self.wait_until_at("http://again.example/")
+        self.eventually(lambda: not self.is_covered, "it is free")
+        self.assertEqual(self.browser.run("return document.querySelector('#field').value"), "half")
+        # The other browser loads the page anew, with what was typed.
+        if self.browser.name == "firefox":
+            self.assertTrue(self.browser.run("return window.isSameDocument"), "the page was kept")
+
+    def test_a_cover_goes_with_its_session_when_the_worker_was_ended_meanwhile(self):
+        if self.browser.name != "chromium":
+            self.skipTest("Only this browser lets its worker be ended over the wire.")
+        self.cover("outlived.example", lambda: self.browser.type("#field", "half"))
+        covered = self.browser.tab
+        self.browser.new_tab()
+        self.assertTrue(self.tab_state("http://outlived.example/")["mutedInfo"]["muted"])
+        hellos = len(self.bridge.hellos)
+        self.browser.end_workers()
+        self.bridge.end_session()
+        self.browser.show(covered)
+        self.eventually(lambda: len(self.bridge.hellos) > hellos, "the worker is there again")
+        self.eventually(lambda: not self.is_covered, "it is free")
+        self.assertEqual(self.browser.run("return document.querySelector('#field').value"), "half")
+        self.browser.new_tab()
+        self.eventually(lambda: not self.tab_state("http://outlived.example/")["mutedInfo"]["muted"],
                         "no longer muted")
 
     def test_escape_does_not_take_the_cover_away(self):
@@ -207,6 +264,30 @@ class BlockingTest(BrowserTestCase):
         self.eventually(lambda: second not in self.browser.tabs and len(self.browser.tabs) == 2,
                         "a new tab has taken its place")
 
+    def test_each_block_page_of_a_history_stands_for_its_own_page(self):
+        self.start_session(self.off_task_but("aside"))
+        self.block("http://one.example/")
+        self.visit("http://aside.example/")
+        self.browser.run("location.href = 'http://two.example/'")
+        self.wait_until_blocked()
+        self.assertIn("two.example", self.text("#heading"))
+        self.browser.click("#back")
+        self.wait_until_at("http://aside.example/")
+        self.browser.run("setTimeout(() => history.back())")
+        self.wait_until_blocked()
+        self.eventually(lambda: "one.example" in self.text("#heading"), "it stands for the first page")
+        self.browser.click("#onTask")
+        self.wait_until_at("http://one.example/")
+
+    def test_a_block_page_from_which_another_blocked_page_is_opened_stands_for_that(self):
+        self.start_session(lambda page: off_task())
+        self.block("http://later.example/")
+        self.block("http://sooner.example/")
+        self.assertIn("sooner.example", self.text("#heading"))
+        self.browser.open("http://later.example/")
+        self.wait_until_blocked()
+        self.eventually(lambda: "later.example" in self.text("#heading"), "it stands for that page")
+
     def test_always_allow_frees_the_site(self):
         self.start_session(lambda page: off_task())
         self.block("http://allowed.example/a")
@@ -279,6 +360,17 @@ class BlockingTest(BrowserTestCase):
         self.open_own("pages/options.html")
         self.eventually(lambda: "No session" in self.text("#phase"), "the end is known")
         self.visit("http://listed.example/")
+
+    def test_an_entry_that_is_too_long_for_a_rule_takes_no_other_rule_away(self):
+        path = "/" + "/".join(["a-part-of-a-long-path"] * 40)
+        entries = [f"long.example{path}", "short.example", "some.example/part"]
+        self.settings(consent=None, block=entries)
+        self.start_session()
+        self.block(f"http://long.example{path}")
+        for address in ("http://short.example/", "http://some.example/part/a"):
+            self.browser.new_tab()
+            self.block(address)
+        self.assertEqual(self.web.visits("short.example") + self.web.visits("some.example"), 0)
 
     def test_the_allow_list_comes_first(self):
         self.settings(consent="title", allow=["docs.both.example"], block=["both.example"])

@@ -152,6 +152,16 @@ class FailuresTest(BrowserTestCase):
         self.wait_until_at("http://quota.example/")
         self.wait_until_blocked()
 
+    def test_a_page_that_the_model_refuses_opens_no_other_for_long(self):
+        self.start_session(lambda page: {"error": "model"} if "refused" in page["origin"]
+                           else off_task())
+        self.visit("http://refused.example/")
+        self.eventually(lambda: len(self.bridge.asked_about("http://refused.example")) == 2,
+                        "it is asked about once more after a silence", within=25)
+        self.browser.new_tab()
+        self.block("http://unlike.example/")
+        self.assertEqual(len(self.bridge.asked_about("http://refused.example")), 2)
+
     def test_odd_answers_are_unsure(self):
         for index, answer in enumerate((
                 {"verdict": "block", "confidence": 1, "reason": ""},

@@ -49,7 +49,7 @@ export class Inbox {
   #pageHandlers = {
     state: () => this.#state(),
     tab: ({ tabId }) => this.#tab(tabId),
-    record: ({ lastUrl }, tab) => this.#record(tab, lastUrl),
+    record: ({ ownUrl }, tab) => this.#record(tab, ownUrl),
     "block/onTask": async (_, tab) => {
       await this.#judge.override(this.#knowledge.record(tab.id).url);
       await this.#onChosen();
@@ -106,13 +106,15 @@ export class Inbox {
     return tab?.url?.startsWith(this.#ownOrigin) === true;
   }
 
-  // A restored browser shows block pages whose tabs have other numbers now. Such a page still knows
-  // what it stood for.
-  async #record(tab, lastUrl) {
+  // The user may have gone back to an older block page of the tab, and in a restored browser the tabs have
+  // other numbers. Such a page still knows what it stands for; one that is being left says nothing new.
+  async #record(tab, ownUrl) {
     if (tab === undefined) return { isBlocked: false, url: null };
     let record = this.#knowledge.record(tab.id);
-    if (record === undefined && typeof lastUrl === "string" && identityOf(lastUrl) !== null) {
-      record = { url: lastUrl, why: "verdict", reason: "" };
+    const own = typeof ownUrl === "string" ? identityOf(ownUrl) : null;
+    const isOther = own !== null && own !== identityOf(record?.url ?? "");
+    if (isOther && !this.#judge.isOpening(tab.id)) {
+      record = { url: ownUrl, why: "verdict", reason: this.#knowledge.verdict(own)?.reason ?? "" };
       this.#knowledge.setRecord(tab.id, record);
     }
     if (record === undefined) return { isBlocked: false, url: null };

@@ -11,6 +11,8 @@ export class Judge {
   #view;
   #onLearnt;
   #opening = new Map();
+  // What each tab's document has on it, null where it is bare. Without an entry nobody knows: it may
+  // have come back from the history with a cover, or be older than this worker.
   #dressed = new Map();
   #settling = new Settling((tabId) => void this.visit(tabId));
   #running = new Map();
@@ -49,7 +51,7 @@ export class Judge {
     if (this.#settling.takeTitle(tabId, title)) await this.visit(tabId);
   }
 
-  /** The tab shows another document: whatever was put on the old one is gone. */
+  /** The tab shows another document: whatever was put on the old one is out of sight. */
   forgetDocument(tabId) {
     this.#settling.forget(tabId);
     this.#opening.delete(tabId);
@@ -62,6 +64,11 @@ export class Judge {
     this.#settling.forget(tabId);
     this.#opening.delete(tabId);
     this.#dressed.delete(tabId);
+  }
+
+  /** Whether a block page is on its way to the tab. */
+  isOpening(tabId) {
+    return this.#opening.has(tabId);
   }
 
   /**
@@ -178,17 +185,17 @@ export class Judge {
 
   #isDressed(tabId, address, kind) {
     const dress = this.#dressed.get(tabId);
-    return dress !== undefined && dress.address === address && dress.kind === kind;
+    return dress?.address === address && dress.kind === kind;
   }
 
   // Takes away what does not belong to the page any more. A notice stays as long as it is true.
   async #undress(tabId, address, action) {
     const dress = this.#dressed.get(tabId);
-    if (dress === undefined) return;
-    if (dress.kind === "notice" && this.#knowledge.phase === "blind") return;
-    if (dress.kind === "doubt" && dress.address === address && action === "strip") return;
-    this.#dressed.delete(tabId);
-    await this.#view.clear(tabId);
+    if (dress === null) return;
+    if (dress?.kind === "notice" && this.#knowledge.phase === "blind") return;
+    if (dress?.kind === "doubt" && dress.address === address && action === "strip") return;
+    this.#dressed.set(tabId, null);
+    if (!await this.#view.clear(tabId)) this.#dressed.delete(tabId);
   }
 
   async #tellBlindness(tabId, address) {

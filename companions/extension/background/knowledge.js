@@ -5,6 +5,7 @@ import { decide, grantLength, isBlocking, liveGrants } from "../shared/decision.
 import { identityOf, siteOf } from "../shared/address.js";
 import { isLive, newSalt, overrideKey, withOverride } from "../shared/overrides.js";
 import { settingsFrom } from "../shared/settings.js";
+import { overlap } from "../shared/siteList.js";
 import { afterFrame, blindness, connected, disconnected, isSameSession, phaseOf }
   from "../shared/sessionState.js";
 import { VerdictStore } from "../shared/verdictStore.js";
@@ -186,8 +187,8 @@ export class Knowledge {
     const addresses = this.#verdicts.addresses(isBlocking)
       .filter((address) => this.decide(address).action === "block");
     // A rule for a site would stop the allowed part of it as well.
-    const isPartlyAllowed = (entry) => allowList.some((allowed) => allowed.startsWith(`${entry}/`)
-      || (allowed.includes("/") && allowed.split("/")[0].endsWith(`.${entry}`)));
+    const allowedParts = allowList.filter((entry) => entry.includes("/"));
+    const isPartlyAllowed = (entry) => allowedParts.some((allowed) => overlap(entry, allowed));
     return { addresses, blockList: blockList.filter((entry) => !isPartlyAllowed(entry)),
       passingSites: [...new Set([...wholeSites, ...granted])] };
   }

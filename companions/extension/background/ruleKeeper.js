@@ -15,8 +15,19 @@ export class RuleKeeper {
   /** Brings the rules to `blocked` (see Knowledge.blockedNow; null: no rules). */
   apply(blocked) {
     const rules = blocked === null ? [] : rulesFor(blocked);
-    this.#last = this.#last.then(() => this.#replace(rules)).catch(() => this.#replace([]));
+    this.#last = this.#last.then(() => this.#replace(rules))
+      .catch(async () => this.#replace(await this.#possible(rules)))
+      .catch(() => this.#replace([]));
     return this.#last;
+  }
+
+  // A browser refuses all rules for one pattern that is too long for it. What that one would have stopped
+  // is stopped when it has come.
+  async #possible(rules) {
+    const isSupported = async ({ condition: { regexFilter: regex } }) => regex === undefined
+      || (await this.#declarativeNetRequest.isRegexSupported({ regex, isCaseSensitive: true })).isSupported;
+    const areSupported = await Promise.all(rules.map(isSupported));
+    return rules.filter((_, index) => areSupported[index]);
   }
 
   async #replace(rules) {

@@ -3,6 +3,8 @@
 import { blockPage, supportsReplacing } from "./platform.js";
 
 const lookPatience = 2000;
+// More than a page is given to come to rest, as a busy one keeps its own time badly.
+const settledPatience = 4000;
 
 export class TabView {
   #browser;
@@ -26,9 +28,10 @@ export class TabView {
 
   /** {address, title, description, isSensitive}; null for a page that is not there yet, or not ours. */
   async look(tabId) {
-    const settled = await this.#run({ tabId }, { files: ["content/settled.js"] });
+    const settled = await this.#run({ tabId }, { files: ["content/settled.js"] }, settledPatience);
     if (settled?.[0]?.result !== true) return null;
-    const frames = await this.#run({ tabId, allFrames: true }, { files: ["content/look.js"] });
+    const frames = await this.#run({ tabId, allFrames: true },
+      { files: ["content/roots.js", "content/look.js"] });
     const main = frames?.find(({ frameId }) => frameId === 0)?.result;
     if (!main) return null;
     return { ...main, isSensitive: frames.some(({ result }) => result?.isSensitive === true) };
@@ -36,7 +39,8 @@ export class TabView {
 
   /** Whether the page holds input that leaving would lose; null where it does not say in time. */
   async hasUnsavedInput(tabId) {
-    const frames = await this.#run({ tabId, allFrames: true }, { files: ["content/unsaved.js"] });
+    const frames = await this.#run({ tabId, allFrames: true },
+      { files: ["content/roots.js", "content/unsaved.js"] });
     if (frames === null) return null;
     return frames.some(({ result }) => result === true);
   }
@@ -52,14 +56,14 @@ export class TabView {
     if (tab !== null && !tab.mutedInfo?.muted) await this.#mute(tabId, true);
   }
 
-  /** Takes away what `showStrip` and `cover` have put on the page. */
+  /** Takes away what `showStrip` and `cover` have put on the page. Gives whether it could be reached. */
   async clear(tabId) {
     const frames = await this.#run({ tabId }, { func: () => {
-      const isCovered = globalThis.tarneCompanionCover?.hide() === true;
+      globalThis.tarneCompanionCover?.hide();
       globalThis.tarneCompanionStrip?.hide();
-      return isCovered;
     } });
-    if (frames?.[0]?.result === true) await this.unmute(tabId);
+    await this.unmute(tabId);
+    return frames !== null && frames.length > 0;
   }
 
   // Only where the extension has muted it: the user's own muting stays.
@@ -95,13 +99,13 @@ export class TabView {
   }
 
   // Null for a page that no script may enter, a tab that is gone, and one that does not answer.
-  async #run(target, script) {
+  async #run(target, script, patience = lookPatience) {
     let timer;
-    const patience = new Promise((resolve) => {
-      timer = setTimeout(resolve, lookPatience, null);
+    const isOver = new Promise((resolve) => {
+      timer = setTimeout(resolve, patience, null);
     });
     try {
-      return await Promise.race([patience,
+      return await Promise.race([isOver,
         this.#browser.scripting.executeScript({ target, injectImmediately: true, ...script })]);
     } catch {
       return [];

@@ -82,12 +82,9 @@
       // Escape closes a dialog at the second time, whatever its page says.
       dialog.addEventListener("close", () => host?.isConnected && dialog.showModal());
     },
-    /** Gives whether there was one. */
     hide() {
-      const wasThere = host !== null;
       host?.remove();
       host = null;
-      return wasThere;
     },
   };
 })();

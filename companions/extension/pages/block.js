@@ -1,5 +1,5 @@
 // The block page. It reads nothing from its own address: the background knows what this tab was kept
-// from. It leaves to pages of the web only.
+// from, and the page keeps that with its own place in the tab's history. It leaves to pages of the web only.
 
 import { ask, browser, byId, fillTexts, isAlone, onChange, show, text } from "./page.js";
 import { webAddress } from "../shared/address.js";
@@ -14,15 +14,18 @@ let countdown;
 async function look() {
   // A tab that nobody sees goes back when it is shown.
   if (document.visibilityState !== "visible") return;
-  const record = await ask("record", { lastUrl: sessionStorage.getItem("url") });
+  const record = await ask("record", { ownUrl: history.state?.url ?? null });
   const url = webAddress(record?.url ?? "");
   if (url === null) {
     showNothing();
     return;
   }
-  sessionStorage.setItem("url", url.href);
-  if (record.isBlocked) showRecord(record);
-  else location.replace(url.href);
+  if (!record.isBlocked) {
+    location.replace(url.href);
+    return;
+  }
+  showRecord(record);
+  if (history.state?.url !== url.href) history.replaceState({ url: url.href }, "");
 }
 
 function showNothing() {

@@ -38,6 +38,13 @@ function entryCovers(entry, url) {
   return path === "" || url.pathname === path || url.pathname.startsWith(`${path}/`);
 }
 
+/** Whether there may be a page that both entries cover. */
+export function overlap(one, other) {
+  const [{ host, path }, { host: otherHost, path: otherPath }] = [partsOf(one), partsOf(other)];
+  const areHostsNested = `.${host}`.endsWith(`.${otherHost}`) || `.${otherHost}`.endsWith(`.${host}`);
+  return areHostsNested && (`${path}/`.startsWith(`${otherPath}/`) || `${otherPath}/`.startsWith(`${path}/`));
+}
+
 /** The list with the entry, in the order of the alphabet and each entry once. */
 export function withEntry(list, entry) {
   return [...new Set([...list, entry])].sort().slice(0, listLimit);

@@ -1,40 +1,11 @@
 import assert from "node:assert/strict";
-import { webcrypto } from "node:crypto";
 import { test } from "node:test";
-import { Knowledge } from "../../../companions/extension/background/knowledge.js";
 import { RuleKeeper } from "../../../companions/extension/background/ruleKeeper.js";
 import { parseFrame } from "../../../companions/extension/shared/frames.js";
-
-// Debian's runtime has it under this name only.
-globalThis.crypto ??= webcrypto;
+import { makeKnowledge, watching } from "./knowing.mjs";
 
 const off = { verdict: "off_task", confidence: 0.9, reason: "" };
 const page = "https://example.org/a";
-
-/** A storage as the browser's: what is stored is a copy. */
-function makeArea(content = {}) {
-  return { content,
-    get: async (keys) => Object.fromEntries(keys.filter((key) => key in content)
-      .map((key) => [key, structuredClone(content[key])])),
-    set: async (values) => { Object.assign(content, structuredClone(values)); } };
-}
-
-async function makeKnowledge({ local = makeArea(), session = makeArea() } = {}) {
-  const time = { now: 1_000_000 };
-  const knowledge = new Knowledge({ storage: { local, session }, clock: () => time.now });
-  await knowledge.load();
-  const say = (frame) => knowledge.takeFrame(parseFrame({ v: 1, ...frame }));
-  const start = (goals = "Write", id = "A") => say({ type: "session", state: "active", id, goals,
-    ends: time.now + 1500, duration: 1500 });
-  return { knowledge, time, say, start, areas: { local, session } };
-}
-
-async function watching(areas) {
-  const made = await makeKnowledge(areas);
-  made.start();
-  made.say({ type: "server", state: "ready" });
-  return made;
-}
 
 test("a restarted worker knows nothing until the bridge speaks, and then what it knew", async () => {
   const { knowledge, areas } = await watching();
@@ -110,6 +81,28 @@ test("a site of which a part is allowed is not stopped by a rule", async () => {
   assert.equal(knowledge.decide("https://docs.a.org/work/x").action, "pass");
 });
 
+for (const [blockedEntry, allowedEntry, address] of [
+  ["a.org", "a.org/work", "https://a.org/work/x"],
+  ["old.a.org", "a.org/work", "https://old.a.org/work/x"],
+  ["a.org/work/old", "a.org/work", "https://a.org/work/old/x"],
+  ["a.org/work", "docs.a.org/work/x", "https://docs.a.org/work/x"],
+  ["a.org/work", "a.org/work", "https://a.org/work"],
+]) {
+  test(`no rule for ${blockedEntry} stops what is allowed by ${allowedEntry}`, async () => {
+    const { knowledge } = await watching();
+    await knowledge.changeSettings({ blockList: [blockedEntry, "b.org"], allowList: [allowedEntry] });
+    assert.equal(knowledge.decide(address).action, "pass");
+    assert.deepEqual(knowledge.blockedNow.blockList, ["b.org"]);
+  });
+}
+
+test("a rule stays where what is allowed lies beside it", async () => {
+  const { knowledge } = await watching();
+  const blockList = ["a.org/play", "b.org", "bb.org/worker", "docs.a.org/play"];
+  await knowledge.changeSettings({ blockList, allowList: ["a.org/work", "bb.org/work"] });
+  assert.deepEqual(knowledge.blockedNow.blockList, blockList);
+});
+
 test("an error that says nothing about the next page changes nothing", async () => {
   const { knowledge } = await watching();
   assert.equal(knowledge.takeError(parseFrame({ v: 1, id: 1, error: "no_session" })), false);
@@ -128,6 +121,8 @@ test("an error that comes after the bridge is lost does not bring it back", asyn
 function makeRules({ refuses = () => false } = {}) {
   const made = { rules: [], calls: 0,
     getSessionRules: async () => made.rules,
+    isRegexSupported: async ({ regex }) => ({
+      isSupported: !refuses({ condition: { regexFilter: regex } }) }),
     updateSessionRules: async ({ removeRuleIds, addRules }) => {
       made.calls += 1;
       if (addRules.some(refuses)) throw new Error("refused");
@@ -167,4 +162,12 @@ test("changes that come at once end in the last one", async () => {
   await Promise.all([keeper.apply(blocked), keeper.apply(null), keeper.apply({ ...blocked,
     addresses: ["https://example.org/last"] })]);
   assert.equal(rules.rules[0].condition.urlFilter, "|https://example.org/last|");
+});
+
+test("a part of a site that the browser can make no rule of takes no other rule away", async () => {
+  const rules = makeRules({ refuses: ({ condition }) => condition.regexFilter?.length > 99 });
+  const tooLong = `a.org/${"x".repeat(100)}`;
+  await new RuleKeeper(rules).apply({ ...blocked, blockList: [tooLong, "a.org/short", "b.org"] });
+  assert.deepEqual(rules.rules.map(({ condition }) => condition.requestDomains ?? condition.urlFilter),
+    [["b.org"], ["a.org"], `|${page}|`, `|${page}#`]);
 });
