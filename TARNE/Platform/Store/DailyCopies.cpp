@@ -64,7 +64,8 @@ QStringList DailyCopies::latestFirst(Date now) const {
     QStringList paths =
         folder.entryList({fileName(u"*"_s)}, QDir::Files, QDir::Name | QDir::Reversed);
     const QString today = fileName(dayName(now));
-    std::ranges::stable_partition(paths, [&](const QString &name) { return name <= today; });
+    std::stable_partition(paths.begin(), paths.end(),
+                          [&](const QString &name) { return name <= today; });
     for (QString &path : paths)
         path = folder.filePath(path);
     return paths;
